@@ -1,0 +1,58 @@
+#pragma once
+
+#include "model/model.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velm {
+
+/// The SQL that creates an empty model database, with units and meaning of each column as comments.
+[[nodiscard]] std::string_view model_schema();
+
+/// One thing wrong with a model database, placed as exactly as it can be.
+struct StoreProblem {
+    std::string table;   ///< empty when the file as a whole is meant
+    std::string row;     ///< the row's key in words, such as "system 3, boundary 2, pair 17"; may be empty
+    std::string column;  ///< may be empty
+    std::string value;   ///< the offending value as text; may be empty
+    std::string message; ///< what is wrong
+    std::string remedy;  ///< what to do about it
+
+    /// "table boundary_value, system 3, boundary 2, pair 17, column time: 'abc' is not a number; store a number"
+    [[nodiscard]] std::string text() const;
+};
+
+/// A model database that cannot be read or written. what() joins all problems, a line each.
+class StoreError : public std::runtime_error {
+public:
+    StoreError(std::vector<StoreProblem> found, bool more_than_listed);
+    std::vector<StoreProblem> problems;
+    bool more; ///< true when the limit cut the list
+};
+
+struct LoadOptions {
+    bool quick_check = false;                            ///< also let SQLite verify the file's structure
+    std::size_t most_problems = 100;                     ///< how many to collect before giving up
+    std::function<void(std::uint64_t rows)> on_progress; ///< called now and then with the rows read so far
+};
+
+/// Reads a whole model into memory. The file is opened read-only and without trust and is never changed.
+/// Throws StoreError with all problems found.
+[[nodiscard]] Model load_model(const std::filesystem::path& database, const LoadOptions& options = {});
+
+/// Writes `model` into a new database file. Throws StoreError when the file exists or cannot be written, or
+/// when the model has what the schema refuses; then no file is left.
+void save_model(const Model& model, const std::filesystem::path& database);
+
+/// Creates a database file from SQL text: the schema alone, or the schema and statements that fill it.
+/// Throws StoreError when the file exists or the SQL fails; then no file is left.
+void create_database(std::string_view sql, const std::filesystem::path& database);
+
+} // namespace velm
