@@ -1,5 +1,6 @@
 #pragma once
 
+#include "headless_host/model_answers.hpp"
 #include "headless_host/prevelmwdll.h"
 #include "model/model.hpp"
 
@@ -14,36 +15,57 @@ namespace velm {
 /// texts blank-padded to the plug-in's field. Never writes outside a field and never fails: a request that it
 /// cannot answer is left unanswered and recorded as a fault.
 ///
-/// Attach it to the host library with velm_host_attach(&HeadlessHost::answer, &host).
+/// Attach it to the host library with velm_host_attach(&HeadlessHost::answer, &host). One host serves one
+/// export; panel, progress, requests and faults go on from export to export when it serves more.
 class HeadlessHost {
 public:
     /// Serves `model`, which must outlive the host and not change, and `output_file_name` (1 to 512 bytes in
-    /// the file system's encoding). Throws std::invalid_argument for a name of another length.
+    /// the file system's encoding). Throws std::invalid_argument for a name of another length and for one that
+    /// cannot travel in a blank-padded field: with a NUL in it, or a blank at its end.
     HeadlessHost(const Model& model, std::string output_file_name);
+    ~HeadlessHost() = default;
+    HeadlessHost(const HeadlessHost&) = delete;
+    HeadlessHost& operator=(const HeadlessHost&) = delete;
+    HeadlessHost(HeadlessHost&&) = delete;
+    HeadlessHost& operator=(HeadlessHost&&) = delete;
 
     /// The function to attach; `host` is a HeadlessHost.
     static void answer(void* host, const velm_host_request* request) noexcept;
 
-    /// Called after every 65,536 requests with the number of requests so far.
+    /// Called after every 65,536 requests with the number of requests so far. Must not throw.
     std::function<void(std::uint64_t requests)> on_progress;
 
     /// What was wrong with requests, in words: the key, its indices, what the model has. At most 100 are
     /// kept; fault_count counts them all.
-    [[nodiscard]] const std::vector<std::string>& faults() const;
-    [[nodiscard]] std::uint64_t fault_count() const;
+    [[nodiscard]] const std::vector<std::string>& faults() const { return faults_; }
+    [[nodiscard]] std::uint64_t fault_count() const { return fault_count_; }
 
     /// The HTML of the information panel: all fragments up to their NUL, joined in the order received.
-    [[nodiscard]] const std::string& panel() const;
+    [[nodiscard]] const std::string& panel() const { return panel_; }
     /// True when the completion message was the last to come.
-    [[nodiscard]] bool export_completed() const;
+    [[nodiscard]] bool export_completed() const { return export_completed_; }
     /// The last value sent with PPROGRESS; -1 before any.
-    [[nodiscard]] std::int32_t progress() const;
-    [[nodiscard]] std::uint64_t requests() const;
+    [[nodiscard]] std::int32_t progress() const { return progress_; }
+    /// Sound or not, all requests that came.
+    [[nodiscard]] std::uint64_t requests() const { return requests_; }
 
-    // the implementer adds private members and may improve this interface
+private:
+    void serve(const Request& request);
+    void append_to_panel(std::string_view fragment);
+    void record_fault(const char* words) noexcept;
+
+    ModelAnswers model_answers_;
+    std::string output_file_name_;
+    std::vector<std::string> faults_;
+    std::string panel_;
+    std::uint64_t requests_ = 0;
+    std::uint64_t fault_count_ = 0;
+    std::int32_t progress_ = -1;
+    bool export_completed_ = false;
 };
 
-/// Number of requests that an export of `model` takes, from the version panel to the completion message.
+/// Number of requests that a successful export of `model` takes, from the output file name to the completion
+/// message: what HeadlessHost::requests() says after it.
 [[nodiscard]] std::uint64_t requests_of_an_export(const Model& model);
 
 } // namespace velm
