@@ -1,0 +1,27 @@
+#pragma once
+
+#include "tool/exit_code.hpp"
+
+#include <functional>
+
+namespace CLI {
+class App;
+}
+
+namespace velm {
+
+/// A command of the tool: its arguments, which the command line parser fills, and what it does with them.
+/// run() may throw: ToolError, StoreError or anything else that is a std::exception.
+struct Command {
+    CLI::App* arguments;
+    std::function<ExitCode()> run;
+};
+
+/// Each makes one command below `tool`, in a file of its own. main.cpp lists them in the order of the help.
+Command export_command(CLI::App& tool);
+Command new_command(CLI::App& tool);
+Command example_command(CLI::App& tool);
+Command schema_command(CLI::App& tool);
+Command info_command(CLI::App& tool);
+
+} // namespace velm

@@ -1,0 +1,29 @@
+#include "model_store/model_store.hpp"
+#include "tool/commands.hpp"
+#include "tool/model_file.hpp"
+
+#include <CLI/CLI.hpp>
+
+namespace velm {
+
+extern const std::string_view example_statements; // examples/estuary.sql, carried in the tool
+
+Command example_command(CLI::App& tool)
+{
+    auto database = std::make_shared<std::string>();
+    CLI::App* const arguments = tool.add_subcommand("example", "Create the database of the bundled estuary model");
+    arguments->add_option("MODEL", *database, "Database to create; an existing file is never touched")->required();
+    arguments->footer("Example:\n"
+                      "  velm example estuary.db\n"
+                      "  velm info estuary.db\n"
+                      "  velm export estuary.db estuary.inp");
+    return {arguments, [database] {
+                const auto create = [&] {
+                    create_database(std::string(model_schema()) + '\n' + std::string(example_statements), *database);
+                };
+                create_model_file(*database, create, "the estuary model");
+                return ExitCode::done;
+            }};
+}
+
+} // namespace velm

@@ -1,0 +1,186 @@
+#include "headless_host/headless_host.hpp"
+#include "tool/commands.hpp"
+#include "tool/model_file.hpp"
+#include "tool/panel_page.hpp"
+#include "tool/plug_in.hpp"
+#include "tool/progress_bar.hpp"
+#include "tool/replaced_file.hpp"
+#include "tool/terminal.hpp"
+#include "tool/written_file.hpp"
+
+#include <CLI/CLI.hpp>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <iomanip>
+#include <iostream>
+#include <optional>
+
+namespace velm {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t longest_file_name = 512; // the plug-in's field
+
+struct ExportArguments {
+    std::string model;
+    std::string output;
+    std::string panel;   ///< empty: not saved
+    std::string plug_in; ///< empty: the tool's own
+    bool quiet = false;
+};
+
+class AttachedHost {
+public:
+    explicit AttachedHost(HeadlessHost& host) { velm_host_attach(&HeadlessHost::answer, &host); }
+    ~AttachedHost() { velm_host_attach(nullptr, nullptr); }
+    AttachedHost(const AttachedHost&) = delete;
+    AttachedHost& operator=(const AttachedHost&) = delete;
+    AttachedHost(AttachedHost&&) = delete;
+    AttachedHost& operator=(AttachedHost&&) = delete;
+};
+
+void refuse_same_file(const std::string& one, const std::string& other, const std::string& which)
+{
+    if (fs::weakly_canonical(one) == fs::weakly_canonical(other)) {
+        throw ToolError(ExitCode::usage, which + " are the same file, " + one + "; one would replace the other");
+    }
+}
+
+void check(const ExportArguments& arguments)
+{
+    refuse_stream(arguments.output, "OUTPUT",
+                  "an export replaces its file only when it is whole, which a stream cannot; give a file name");
+    refuse_same_file(arguments.output, arguments.model, "OUTPUT and MODEL");
+    if (!arguments.panel.empty()) {
+        refuse_stream(arguments.panel, "The panel's file", "the page is saved in a file; give a file name");
+        refuse_same_file(arguments.panel, arguments.output, "The panel's file and OUTPUT");
+        refuse_same_file(arguments.panel, arguments.model, "The panel's file and MODEL");
+    }
+}
+
+void check_length(const std::string& file_name)
+{
+    if (file_name.size() > longest_file_name) {
+        throw ToolError(ExitCode::usage, "the path " + file_name + " takes " + std::to_string(file_name.size()) +
+                                             " bytes, the plug-in has room for " + std::to_string(longest_file_name) +
+                                             "; run velm in OUTPUT's directory and give the file name alone");
+    }
+}
+
+/// Runs the plug-in; returns what it threw in words, empty when it returned.
+std::string run_plug_in(const PlugIn& plug_in, const Model& model, HeadlessHost& host, bool quiet)
+{
+    ProgressBar bar("export", "requests", requests_of_an_export(model), !quiet && has_capable_terminal());
+    host.on_progress = [&](std::uint64_t requests) { bar.show(requests); };
+    const AttachedHost attached(host);
+    try {
+        plug_in.run_export();
+        return {};
+    } catch (const std::exception& error) {
+        return std::string("the plug-in threw ") + error.what();
+    } catch (...) {
+        return "the plug-in threw something that has no name";
+    }
+}
+
+/// Why the export is not to be trusted; empty when host and plug-in agree that it is complete.
+std::string failure_seen_by(const HeadlessHost& host)
+{
+    if (host.requests() == 0) {
+        return "the plug-in asked this tool nothing: it is bound to another host library";
+    }
+    if (host.fault_count() > 0) {
+        const auto others = host.fault_count() - 1;
+        return host.faults().front() + (others == 0 ? "" : " (and " + std::to_string(others) + " more faults)");
+    }
+    if (!host.export_completed()) {
+        const std::string last = last_panel_message(host.panel());
+        return "the plug-in did not announce completion" + (last.empty() ? "" : "; it said last: " + last);
+    }
+    return {};
+}
+
+/// Saves the page; returns what kept it from that, empty when nothing.
+std::string save_panel(ReplacedFile& file, const HeadlessHost& host)
+{
+    try {
+        std::ofstream page(file.temporary(), std::ios::binary);
+        page << panel_page(host.panel());
+        page.close();
+        if (!page) {
+            return "the panel cannot be written to " + file.temporary().string();
+        }
+        file.put_in_place();
+        return {};
+    } catch (const std::exception& error) {
+        return std::string("the panel cannot be saved: ") + error.what();
+    }
+}
+
+void print_summary(const std::string& output, const WrittenFile& written, double seconds)
+{
+    std::cerr << "velm: " << output << ": " << written.sections << " sections, " << written.records << " records, "
+              << written.bytes << " bytes in " << std::fixed << std::setprecision(2) << seconds << " seconds\n";
+}
+
+ExitCode export_model(const ExportArguments& arguments)
+{
+    const auto start = std::chrono::steady_clock::now();
+    check(arguments);
+    ReplacedFile output(arguments.output);
+    check_length(output.temporary().string());
+    std::optional<ReplacedFile> panel;
+    if (!arguments.panel.empty()) {
+        panel.emplace(arguments.panel);
+    }
+    const PlugIn plug_in(arguments.plug_in.empty() ? default_plug_in() : fs::path(arguments.plug_in));
+    const Model model = read_model_file(arguments.model, arguments.quiet);
+    HeadlessHost host(model, output.temporary().string());
+
+    std::string failure = run_plug_in(plug_in, model, host, arguments.quiet);
+    if (failure.empty()) {
+        failure = failure_seen_by(host);
+    }
+    const WrittenFile written = read_written_file(output.temporary());
+    if (failure.empty()) {
+        failure = written.incompleteness();
+    }
+    if (panel) {
+        const std::string panel_failure = save_panel(*panel, host);
+        failure = failure.empty() ? panel_failure : failure;
+    }
+    if (!failure.empty()) {
+        throw ToolError(ExitCode::failed, "the export failed, " + arguments.output + " is as it was: " + failure);
+    }
+    output.put_in_place();
+    if (!arguments.quiet) {
+        const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
+        print_summary(arguments.output, written, seconds.count());
+    }
+    return ExitCode::done;
+}
+
+} // namespace
+
+Command export_command(CLI::App& tool)
+{
+    auto values = std::make_shared<ExportArguments>();
+    CLI::App* const arguments = tool.add_subcommand("export", "Write a model's input file through the export plug-in");
+    arguments->add_option("MODEL", values->model, "Model database")->required();
+    arguments->add_option("OUTPUT", values->output, "Input file to write; replaced only by a complete one")->required();
+    arguments->add_option("--panel", values->panel, "Save the plug-in's messages as a web page, also after a failure")
+        ->type_name("FILE");
+    arguments->add_option("--plugin", values->plug_in, "Run another build of the plug-in")->type_name("LIBRARY");
+    arguments->add_flag("--quiet", values->quiet, "Print nothing but errors");
+    arguments->footer("Examples:\n"
+                      "  velm export estuary.db estuary.inp\n"
+                      "  velm export estuary.db estuary.inp --panel panel.html\n"
+                      "  velm export estuary.db estuary.inp --plugin build/release/libvelm_export.so --quiet\n\n"
+                      "Whatever fails, an existing OUTPUT stays as it was.");
+    return {arguments, [values] { return export_model(*values); }};
+}
+
+} // namespace velm

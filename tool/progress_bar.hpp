@@ -1,0 +1,40 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace velm {
+
+/// One line at the foot of the terminal: how far a work is, how fast it goes and how long it will take.
+/// The line is removed when the bar goes.
+class ProgressBar {
+public:
+    /// `total` is how much there is to do; 0 when that is not known. Nothing is drawn unless `shown`.
+    ProgressBar(std::string_view work, std::string_view unit, std::uint64_t total, bool shown);
+    ~ProgressBar();
+    ProgressBar(const ProgressBar&) = delete;
+    ProgressBar& operator=(const ProgressBar&) = delete;
+    ProgressBar(ProgressBar&&) = delete;
+    ProgressBar& operator=(ProgressBar&&) = delete;
+
+    /// Redraws when the last time is long enough ago.
+    void show(std::uint64_t done);
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    std::string_view work;
+    std::string_view unit;
+    std::uint64_t total;
+    bool shown;
+    Clock::time_point start = Clock::now();
+    Clock::time_point next_drawing = start;
+};
+
+/// The bar's text: "export [########........]  50 %  1.2 M requests/s  0:03 left", at most `columns` characters.
+[[nodiscard]] std::string progress_text(std::string_view work, std::string_view unit, std::uint64_t done,
+                                        std::uint64_t total, double seconds, std::size_t columns);
+
+} // namespace velm
