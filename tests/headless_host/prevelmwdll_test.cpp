@@ -1,0 +1,120 @@
+#include "headless_host/prevelmwdll.h"
+
+#include "host_link/host_exchange.h"
+#include "host_link/host_keys.hpp"
+#include "tests/headless_host/asking.hpp"
+
+#include <gtest/gtest.h>
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace velm {
+namespace {
+
+/// Attaches itself, and keeps the requests that come.
+struct Recorder {
+    std::vector<velm_host_request> requests;
+
+    Recorder() { velm_host_attach(&Recorder::record, this); }
+    ~Recorder() { velm_host_attach(nullptr, nullptr); }
+    Recorder(const Recorder&) = delete;
+    Recorder& operator=(const Recorder&) = delete;
+
+    static void record(void* self, const velm_host_request* request)
+    {
+        static_cast<Recorder*>(self)->requests.push_back(*request);
+    }
+};
+
+TEST(HostLibrary, HandsEveryKeyOnWithItsLengthsAndValues)
+{
+    std::int32_t slots[5] = {1, 2, 3, 4, 5};
+    for (std::size_t position = 0; position < std::size(host_keys); ++position) {
+        const HostKey& key = host_keys[position];
+        std::vector<void*> values;
+        std::vector<std::int32_t> texts;
+        for (std::size_t i = 0; i < key.argument_count; ++i) {
+            values.push_back(&slots[i]);
+            if (key.arguments[i].kind == Kind::text) {
+                texts.push_back(static_cast<std::int32_t>(1000 + i));
+            }
+        }
+        Recorder recorder;
+        call(std::string(key.name) + '\0', values, texts);
+
+        ASSERT_EQ(recorder.requests.size(), 1U);
+        const velm_host_request& request = recorder.requests[0];
+        EXPECT_EQ(request.key_position, static_cast<std::int32_t>(position)) << key.name;
+        EXPECT_EQ(request.key_length, key.length());
+        EXPECT_EQ(request.call_form, static_cast<std::int32_t>(values.size())) << key.name;
+        values.resize(5, nullptr);
+        EXPECT_TRUE(std::ranges::equal(request.values, values)) << key.name;
+        texts.resize(2, 0);
+        EXPECT_TRUE(std::ranges::equal(request.text_lengths, texts)) << key.name;
+    }
+}
+
+TEST(HostLibrary, ReadsNoByteBeyondAKeyAndTakesNoneForAnother)
+{
+    const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    void* const pages = mmap(nullptr, 2 * page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(pages, MAP_FAILED);
+    char* const end = static_cast<char*>(pages) + page;
+    ASSERT_EQ(mprotect(end, page, PROT_NONE), 0);
+
+    std::vector<std::string> strangers = {"", "X", std::string(1, '\0'), std::string(300, 'G'), "gnumseg\0"};
+    for (const HostKey& key : host_keys) {
+        const std::string name(key.name);
+        strangers.push_back(name);                  // no NUL
+        strangers.push_back(name.substr(1) + '\0'); // without its first character
+        strangers.push_back(name + "X" + '\0');     // one more
+        strangers.push_back(name + '\0' + '\0');    // a second NUL
+        strangers.push_back(name.substr(0, 3) + "~" + name.substr(3) + '\0');
+    }
+    Recorder recorder;
+    for (const std::string& key : strangers) {
+        char* const at_the_end = end - key.size();
+        std::ranges::copy(key, at_the_end);
+        std::int32_t value = 0;
+        host_exchange_1(at_the_end, &value, static_cast<std::int32_t>(key.size()));
+        EXPECT_EQ(recorder.requests.back().key_position, velm_unknown_key) << key;
+        EXPECT_EQ(recorder.requests.back().text_lengths[0], 0) << key;
+    }
+    for (const std::int32_t length : {-1, -2147483647 - 1}) {
+        host_exchange_1(end, nullptr, length);
+        EXPECT_EQ(recorder.requests.back().key_position, velm_unknown_key);
+    }
+    munmap(pages, 2 * page);
+}
+
+TEST(HostLibrary, ReadsNoTextLengthsForAnotherCallForm)
+{
+    Recorder recorder;
+    std::int32_t value = 0;
+    host_exchange_2("GSYSNAME", &value, &value, 9, 30, 5);
+    EXPECT_EQ(host_keys[recorder.requests[0].key_position].name, "GSYSNAME");
+    EXPECT_EQ(recorder.requests[0].call_form, 2);
+    EXPECT_EQ(recorder.requests[0].text_lengths[0], 0);
+    EXPECT_EQ(recorder.requests[0].text_lengths[1], 0);
+}
+
+TEST(HostLibrary, LeavesARequestUnansweredWhenNobodyAnswersIt)
+{
+    std::int32_t value = 12;
+    velm_host_attach(nullptr, nullptr);
+    host_exchange_1("GNUMSEG", &value, 8);
+    EXPECT_EQ(value, 12);
+    velm_host_attach([](void*, const velm_host_request*) { throw std::runtime_error("lost"); }, nullptr);
+    EXPECT_NO_THROW(host_exchange_1("GNUMSEG", &value, 8));
+    EXPECT_EQ(value, 12);
+    velm_host_attach(nullptr, nullptr);
+}
+
+} // namespace
+} // namespace velm
