@@ -18,12 +18,16 @@ namespace velm {
 struct TimeSeries {
     std::vector<float> times;
     std::vector<float> values;
+
+    bool operator==(const TimeSeries&) const = default;
 };
 
 /// A boundary concentration or a load: where it enters, and how it changes with time.
 struct SegmentSeries {
     std::int32_t segment = 0;
     TimeSeries series;
+
+    bool operator==(const SegmentSeries&) const = default;
 };
 
 /// The boundaries or the loads of one system, with the factors that the engine multiplies them by.
@@ -31,11 +35,15 @@ struct SegmentSeriesSet {
     float scale_factor = 1;
     float conversion_factor = 1;
     std::vector<SegmentSeries> items;
+
+    bool operator==(const SegmentSeriesSet&) const = default;
 };
 
 struct InitialCondition {
     float concentration = 0;
     float dissolved_fraction = 0; ///< 0 to 1
+
+    bool operator==(const InitialCondition&) const = default;
 };
 
 /// A transported constituent: temperature, an oxygen, nutrient or solids fraction.
@@ -48,6 +56,8 @@ struct System {
     float solids_density = 0; ///< g/mL
     float maximum_concentration = 0;
     std::vector<InitialCondition> initial_conditions; ///< one for each segment
+
+    bool operator==(const System&) const = default;
 };
 
 /// One computational element of the water body or its bed.
@@ -72,6 +82,8 @@ struct Segment {
     float initial_depth = 0;
     float weir_height = 0;
     float weir_type = 0;
+
+    bool operator==(const Segment&) const = default;
 };
 
 /// Part of a flow function's way through the segments. Segment 0 is the world outside the model.
@@ -79,12 +91,16 @@ struct FlowPath {
     std::int32_t first_segment = 0;
     std::int32_t second_segment = 0;
     float fraction = 0; ///< of the function's flow
+
+    bool operator==(const FlowPath&) const = default;
 };
 
 struct FlowFunction {
     std::string description; ///< at most 80 characters
     std::vector<FlowPath> paths;
     TimeSeries series;
+
+    bool operator==(const FlowFunction&) const = default;
 };
 
 /// Surface water, pore water, solids 1 to 3, evaporation and precipitation, in this order.
@@ -92,6 +108,8 @@ struct FlowField {
     float scale_factor = 1;
     float conversion_factor = 1;
     std::vector<FlowFunction> functions;
+
+    bool operator==(const FlowField&) const = default;
 };
 
 /// Two segments that mix through a common area over a mixing length. Segment 0 is outside the model.
@@ -100,12 +118,16 @@ struct ExchangePair {
     std::int32_t second_segment = 0;
     float area = 0;
     float length = 0;
+
+    bool operator==(const ExchangePair&) const = default;
 };
 
 struct ExchangeFunction {
     std::string description; ///< at most 80 characters
     std::vector<ExchangePair> pairs;
     TimeSeries series;
+
+    bool operator==(const ExchangeFunction&) const = default;
 };
 
 /// Surface water, then pore water.
@@ -113,12 +135,16 @@ struct ExchangeField {
     float scale_factor = 1;
     float conversion_factor = 1;
     std::vector<ExchangeFunction> functions;
+
+    bool operator==(const ExchangeField&) const = default;
 };
 
 struct TimeFunction {
     bool used = false;
     std::string description; ///< at most 80 characters
     TimeSeries series;
+
+    bool operator==(const TimeFunction&) const = default;
 };
 
 struct Parameter {
@@ -126,12 +152,16 @@ struct Parameter {
     std::string description; ///< at most 60 characters
     float scale_factor = 1;
     std::vector<float> values; ///< one for each segment
+
+    bool operator==(const Parameter&) const = default;
 };
 
 struct Constant {
     bool used = false;
     std::string description; ///< at most 60 characters
     float value = 0;
+
+    bool operator==(const Constant&) const = default;
 };
 
 /// A type of time function, parameter or constant, known by its ISC number, with its instances.
@@ -139,6 +169,8 @@ template <class Instance>
 struct InstanceType {
     std::int32_t isc = 0; ///< unique among the types of its class
     std::vector<Instance> instances;
+
+    bool operator==(const InstanceType&) const = default;
 };
 
 struct Model {
@@ -176,6 +208,8 @@ struct Model {
     std::vector<InstanceType<TimeFunction>> time_function_types;
     std::vector<InstanceType<Parameter>> parameter_types;
     std::vector<InstanceType<Constant>> constant_types;
+
+    bool operator==(const Model&) const = default;
 };
 
 } // namespace velm

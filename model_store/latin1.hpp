@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace velm {
+
+/// ISO 8859-1 as UTF-8; every byte has a character.
+[[nodiscard]] std::string utf8_from_latin1(std::string_view latin1);
+
+/// UTF-8 as ISO 8859-1, or what keeps it from being so.
+struct Latin1Text {
+    std::string text;
+    bool valid_utf8 = true;
+    std::string foreign_character; ///< the first that ISO 8859-1 lacks, such as "→ (U+2192)"; empty when there is none
+};
+[[nodiscard]] Latin1Text latin1_from_utf8(std::string_view utf8);
+
+/// Text for a message: bytes that are control characters or no UTF-8 become \xNN, and a long text is cut.
+[[nodiscard]] std::string printable(std::string_view utf8);
+
+} // namespace velm

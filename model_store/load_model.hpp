@@ -1,0 +1,12 @@
+#pragma once
+
+#include "model_store/model_store.hpp"
+
+#include <filesystem>
+
+namespace velm {
+
+/// Everything that load_model() refuses, without keeping what is read.
+void check_model(const std::filesystem::path& database);
+
+} // namespace velm

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "model/model.hpp"
+#include "model_store/table_reader.hpp"
+
+#include <cstdint>
+#include <functional>
+#include <string_view>
+
+namespace velm {
+
+// The parts of a load in their order; each fills its piece of the model.
+
+void load_run(LoadState& load, Model& model);
+/// Also notes the segments' numbers, which the parts after it check against.
+void load_segments(LoadState& load, Model& model);
+/// The systems with their initial conditions, boundaries and loads.
+void load_systems(LoadState& load, Model& model);
+void load_flows(LoadState& load, Model& model);
+void load_exchanges(LoadState& load, Model& model);
+void load_time_functions(LoadState& load, Model& model);
+void load_parameters(LoadState& load, Model& model);
+void load_constants(LoadState& load, Model& model);
+
+/// What a time series table's row belongs to. Called on a series' first row, while the load is sound.
+using FindSeries = std::function<TimeSeries&(const TableReader& row)>;
+
+constexpr std::int64_t any_number_of_pairs = INT64_MAX;
+
+/// Reads a table of time pairs into the series that its rows belong to.
+void load_series(LoadState& load, std::string_view table, const ParentKeys& parents, const FindSeries& find,
+                 std::int64_t most_pairs = any_number_of_pairs);
+
+/// Reads a table that has a row for each segment under each of its parents, and reports the rows that it lacks.
+void load_for_each_segment(LoadState& load, std::string_view table, const ParentKeys& parents,
+                           const std::function<void(TableReader& row)>& read);
+
+} // namespace velm

@@ -1,0 +1,93 @@
+#include "model_store/new_file.hpp"
+
+#include "model_store/open_model.hpp"
+
+#include <random>
+#include <string>
+#include <utility>
+
+namespace velm {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void fail(const fs::path& file, std::string message, std::string remedy)
+{
+    throw StoreError({file_problem(file, std::move(message), std::move(remedy))}, false);
+}
+
+[[noreturn]] void fail_as_existing(const fs::path& file)
+{
+    fail(file, "exists already", "give another name, or remove the file first");
+}
+
+/// A name beside the file to come, so that the two lie on one file system; removed with the object.
+class TemporaryFile {
+public:
+    explicit TemporaryFile(const fs::path& file) : path_(file)
+    {
+        std::random_device random;
+        path_ += ".new-" + std::to_string(random()) + std::to_string(random());
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    TemporaryFile(TemporaryFile&&) = delete;
+    TemporaryFile& operator=(TemporaryFile&&) = delete;
+    ~TemporaryFile()
+    {
+        std::error_code ignored;
+        fs::remove(path_, ignored);
+    }
+
+    [[nodiscard]] const fs::path& path() const { return path_; }
+
+private:
+    fs::path path_;
+};
+
+void fill_in_one_transaction(const fs::path& file, const std::function<void(const Database&)>& fill)
+{
+    const Database database(file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    // nobody else sees the file yet, so a journal on disk would protect nothing
+    database.run("PRAGMA journal_mode = MEMORY; PRAGMA foreign_keys = ON; BEGIN");
+    fill(database);
+    database.run("COMMIT");
+}
+
+/// A hard link fails where the name is taken, a rename would replace. File systems without links get the rename.
+void give_name(const fs::path& written, const fs::path& file)
+{
+    std::error_code error;
+    fs::create_hard_link(written, file, error);
+    if (error && fs::exists(fs::symlink_status(file))) {
+        fail_as_existing(file);
+    }
+    if (error) {
+        fs::rename(written, file, error);
+    }
+    if (error) {
+        fail(file, "cannot be written: " + error.message(), "choose a folder that can be written to");
+    }
+}
+
+} // namespace
+
+void write_new_database(const fs::path& file, const std::function<void(const Database&)>& fill,
+                        const std::function<void(const fs::path& written)>& check)
+{
+    if (fs::exists(fs::symlink_status(file))) {
+        fail_as_existing(file);
+    }
+    const TemporaryFile temporary(file);
+    try {
+        fill_in_one_transaction(temporary.path(), fill);
+    } catch (const SqliteError& error) {
+        fail(file, std::string("cannot be written: ") + error.what(),
+             "check that the folder exists, can be written to and has room");
+    }
+    check(temporary.path());
+    give_name(temporary.path(), file);
+}
+
+} // namespace velm

@@ -1,0 +1,169 @@
+#include "model_store/open_model.hpp"
+
+#include "model_store/latin1.hpp"
+#include "model_store/table_shape.hpp"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <utility>
+
+namespace velm {
+
+namespace {
+
+constexpr int longest_value = 1'000'000; ///< bytes; the longest text of a model has 512 characters
+constexpr int patience = 5'000;          ///< milliseconds to wait for a writer
+
+/// Reading a file in WAL mode leaves two files beside it, and fails where they cannot be made.
+bool is_in_wal_mode(const std::filesystem::path& file)
+{
+    constexpr std::size_t write_version = 18;
+    std::array<char, write_version + 2> header{};
+    std::ifstream(file, std::ios::binary).read(header.data(), header.size());
+    return header[write_version] == 2 || header[write_version + 1] == 2;
+}
+
+void refuse_unreadable(const std::filesystem::path& file, ProblemList& problems)
+{
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(file, error);
+    if (!std::filesystem::exists(status)) {
+        problems.add(file_problem(file, "does not exist", "give the path of a model database"));
+    } else if (!std::filesystem::is_regular_file(status)) {
+        problems.add(file_problem(file, "is not a file", "give the path of a model database"));
+    } else if (is_in_wal_mode(file)) {
+        problems.add(file_problem(file, "is in WAL mode, which cannot be read without writing beside the file",
+                                  "close the programs that use it, then run PRAGMA journal_mode = DELETE in it"));
+    }
+    problems.throw_if_any();
+}
+
+void distrust(const Database& database)
+{
+    sqlite3* connection = database.handle();
+    sqlite3_db_config(connection, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(connection, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+    sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
+    sqlite3_limit(connection, SQLITE_LIMIT_LENGTH, longest_value);
+    sqlite3_limit(connection, SQLITE_LIMIT_ATTACHED, 0);
+    sqlite3_busy_timeout(connection, patience);
+    database.run("PRAGMA cell_size_check = ON; PRAGMA query_only = ON");
+}
+
+void check_identity(const Database& database, const std::filesystem::path& file, ProblemList& problems)
+{
+    const SchemaIdentity found = identity_of(database);
+    const SchemaIdentity& known = model_identity();
+    if (found.application_id != known.application_id) {
+        problems.add(file_problem(file,
+                                  "is not a model database: its application_id is " +
+                                      std::to_string(found.application_id) + ", not " +
+                                      std::to_string(known.application_id),
+                                  "create one with the schema that this program prints"));
+    } else if (found.version > known.version) {
+        problems.add(file_problem(file,
+                                  "has tables of version " + std::to_string(found.version) +
+                                      ", this program knows version " + std::to_string(known.version),
+                                  "use a newer version of this program"));
+    } else if (found.version < known.version) {
+        problems.add(file_problem(file,
+                                  "has tables of version " + std::to_string(found.version) + ", which does not exist",
+                                  "set PRAGMA user_version to " + std::to_string(known.version) +
+                                      " when its tables are those that this program prints"));
+    }
+    problems.throw_if_any();
+}
+
+/// True for a table with rows of its own, as opposed to a view, a virtual table or nothing.
+bool check_kind(const Database& database, const std::string& table, ProblemList& problems)
+{
+    Statement entry(database, "SELECT type = 'table' AND rootpage > 0 FROM sqlite_schema WHERE type IN ('table', "
+                              "'view') AND name = '" +
+                                  table + "' COLLATE NOCASE");
+    if (!entry.step()) {
+        problems.add({table, "", "", "", "the table is missing", "create it as the schema has it"});
+        return false;
+    }
+    if (sqlite3_column_int(entry.handle(), 0) == 0) {
+        problems.add({table, "", "", "", "a view or virtual table stands in the table's place",
+                      "copy its rows into a table as the schema has it"});
+        return false;
+    }
+    return true;
+}
+
+void check_columns(const Database& database, const TableShape& table, ProblemList& problems)
+{
+    std::vector<std::string> missing = table.columns;
+    Statement columns(database, "SELECT lower(name), hidden FROM pragma_table_xinfo('" + table.name + "')");
+    while (columns.step()) {
+        const auto column = std::find(missing.begin(), missing.end(), columns.text(0));
+        if (column == missing.end()) {
+            continue;
+        }
+        if (sqlite3_column_int(columns.handle(), 1) != 0) {
+            problems.add({table.name, "", *column, "", "the column is computed", "store its values"});
+        }
+        missing.erase(column);
+    }
+    for (const std::string& column : missing) {
+        problems.add({table.name, "", column, "", "the column is missing", "create it as the schema has it"});
+    }
+}
+
+const char* remedy_for(int code)
+{
+    switch (code & 0xFF) { // the primary result code
+    case SQLITE_NOTADB: return "give the path of a model database";
+    case SQLITE_CORRUPT: return "restore the file from a copy, or save what the sqlite3 shell's .recover finds";
+    case SQLITE_READONLY: return "open it once with the program that was interrupted while changing it";
+    case SQLITE_BUSY: return "wait until the program that writes to it is done";
+    case SQLITE_TOOBIG: return "remove the text or BLOB of more than a million bytes";
+    default: return "";
+    }
+}
+
+} // namespace
+
+StoreProblem file_problem(const std::filesystem::path& file, std::string message, std::string remedy)
+{
+    return {"", "", "", file.string(), std::move(message), std::move(remedy)};
+}
+
+StoreProblem file_problem(const std::filesystem::path& file, const SqliteError& error, const std::string& table)
+{
+    StoreProblem problem = file_problem(file, "cannot be read: " + printable(error.what()), remedy_for(error.code));
+    problem.table = table;
+    return problem;
+}
+
+Database open_model(const std::filesystem::path& file, ProblemList& problems)
+{
+    refuse_unreadable(file, problems);
+    Database database(file, SQLITE_OPEN_READONLY);
+    distrust(database);
+    database.run("BEGIN");
+    check_identity(database, file, problems);
+    for (const TableShape& table : model_tables()) {
+        if (check_kind(database, table.name, problems)) {
+            check_columns(database, table, problems);
+        }
+    }
+    problems.throw_if_any();
+    return database;
+}
+
+void check_quickly(const Database& database, const std::filesystem::path& file, ProblemList& problems)
+{
+    Statement check(database, "PRAGMA quick_check");
+    while (check.step()) {
+        if (check.text(0) != "ok") {
+            problems.add(file_problem(file, "is damaged: " + printable(check.text(0)), remedy_for(SQLITE_CORRUPT)));
+        }
+    }
+    problems.throw_if_any();
+}
+
+} // namespace velm

@@ -1,0 +1,204 @@
+#include "model_store/load_model.hpp"
+#include "model_store/new_file.hpp"
+#include "model_store/table_writer.hpp"
+
+#include <string>
+
+namespace velm {
+
+namespace {
+
+void save_run(const Database& database, const Model& model)
+{
+    TableWriter(database, "model")
+        .insert(1, model.model_type, model.start_date[0], model.start_date[1], model.start_date[2], model.start_time[0],
+                model.start_time[1], model.start_time[2], model.skip_date[0], model.skip_date[1], model.skip_date[2],
+                model.skip_time[0], model.skip_time[1], model.skip_time[2], model.julian_end_time,
+                model.mass_balance_table_output, model.solution_technique, model.negative_solution, model.restart,
+                model.time_optimization, model.water_quality_linkage, model.topt_factor, model.maximum_time_step,
+                model.minimum_time_step, model.print_interval, model.bed_volume_option, model.bed_compaction_time_step,
+                model.volume_scale_factor, model.volume_conversion_factor, model.hydrodynamic_file, model.nps_option,
+                model.nps_file);
+}
+
+void save_segments(const Database& database, const Model& model)
+{
+    TableWriter row(database, "segment");
+    for (std::size_t number = 1; const Segment& segment : model.segments) {
+        row.insert(number++, segment.name, segment.bottom_segment, segment.type, segment.flow_option, segment.volume,
+                   segment.velocity_multiplier, segment.velocity_exponent, segment.depth_multiplier,
+                   segment.depth_exponent, segment.slope, segment.length, segment.width, segment.roughness,
+                   segment.minimum_depth, segment.initial_surface_elevation, segment.bottom_elevation,
+                   segment.side_slope, segment.initial_depth, segment.weir_height, segment.weir_type);
+    }
+}
+
+void refuse_uneven(const TimeSeries& series, const std::string& table, const std::string& row)
+{
+    if (series.times.size() != series.values.size()) {
+        throw StoreError({{table, row, "", "",
+                           "there are " + std::to_string(series.times.size()) + " times and " +
+                               std::to_string(series.values.size()) + " values",
+                           "give as many of both"}},
+                         false);
+    }
+}
+
+/// `parent` and `item` are the series' key; the row's words come from the table.
+void save_series(TableWriter& row, const std::string& table, std::size_t parent, std::size_t item,
+                 const TimeSeries& series)
+{
+    const TableShape& shape = model_table(table);
+    refuse_uneven(series, table,
+                  shape.key_word(0) + " " + std::to_string(parent) + ", " + shape.key_word(1) + " " +
+                      std::to_string(item));
+    for (std::size_t pair = 0; pair < series.times.size(); ++pair) {
+        row.insert(parent, item, pair + 1, series.times[pair], series.values[pair]);
+    }
+}
+
+void save_segment_series(const Database& database, const Model& model, const std::string& table,
+                         SegmentSeriesSet System::*set)
+{
+    TableWriter item_row(database, table);
+    TableWriter pair_row(database, table + "_value");
+    for (std::size_t system_number = 1; const System& system : model.systems) {
+        for (std::size_t number = 1; const SegmentSeries& item : (system.*set).items) {
+            item_row.insert(system_number, number, item.segment);
+            save_series(pair_row, table + "_value", system_number, number, item.series);
+            ++number;
+        }
+        ++system_number;
+    }
+}
+
+void save_systems(const Database& database, const Model& model)
+{
+    TableWriter system_row(database, "system");
+    TableWriter condition_row(database, "initial_condition");
+    for (std::size_t number = 1; const System& system : model.systems) {
+        system_row.insert(number, system.name, system.tag, system.boundaries.scale_factor,
+                          system.boundaries.conversion_factor, system.loads.scale_factor,
+                          system.loads.conversion_factor, system.solids_transport_field, system.solids_density,
+                          system.maximum_concentration);
+        for (std::size_t segment = 1; const InitialCondition& condition : system.initial_conditions) {
+            condition_row.insert(number, segment++, condition.concentration, condition.dissolved_fraction);
+        }
+        ++number;
+    }
+    save_segment_series(database, model, "boundary", &System::boundaries);
+    save_segment_series(database, model, "load", &System::loads);
+}
+
+void save_flows(const Database& database, const Model& model)
+{
+    TableWriter field_row(database, "flow_field");
+    TableWriter function_row(database, "flow_function");
+    TableWriter path_row(database, "flow_path");
+    TableWriter pair_row(database, "flow_value");
+    for (std::size_t field_number = 1; const FlowField& field : model.flow_fields) {
+        field_row.insert(field_number, field.scale_factor, field.conversion_factor);
+        for (std::size_t number = 1; const FlowFunction& function : field.functions) {
+            function_row.insert(field_number, number, function.description);
+            for (std::size_t path_number = 1; const FlowPath& path : function.paths) {
+                path_row.insert(field_number, number, path_number++, path.first_segment, path.second_segment,
+                                path.fraction);
+            }
+            save_series(pair_row, "flow_value", field_number, number, function.series);
+            ++number;
+        }
+        ++field_number;
+    }
+}
+
+void save_exchanges(const Database& database, const Model& model)
+{
+    TableWriter field_row(database, "exchange_field");
+    TableWriter function_row(database, "exchange_function");
+    TableWriter segments_row(database, "exchange_pair");
+    TableWriter pair_row(database, "exchange_value");
+    for (std::size_t field_number = 1; const ExchangeField& field : model.exchange_fields) {
+        field_row.insert(field_number, field.scale_factor, field.conversion_factor);
+        for (std::size_t number = 1; const ExchangeFunction& function : field.functions) {
+            function_row.insert(field_number, number, function.description);
+            for (std::size_t pair_number = 1; const ExchangePair& pair : function.pairs) {
+                segments_row.insert(field_number, number, pair_number++, pair.first_segment, pair.second_segment,
+                                    pair.area, pair.length);
+            }
+            save_series(pair_row, "exchange_value", field_number, number, function.series);
+            ++number;
+        }
+        ++field_number;
+    }
+}
+
+void save_time_functions(const Database& database, const Model& model)
+{
+    TableWriter type_row(database, "time_function_type");
+    TableWriter function_row(database, "time_function");
+    TableWriter pair_row(database, "time_function_value");
+    for (std::size_t type_number = 1; const auto& type : model.time_function_types) {
+        type_row.insert(type_number, type.isc);
+        for (std::size_t number = 1; const TimeFunction& function : type.instances) {
+            function_row.insert(type_number, number, function.used, function.description);
+            save_series(pair_row, "time_function_value", type_number, number, function.series);
+            ++number;
+        }
+        ++type_number;
+    }
+}
+
+void save_parameters(const Database& database, const Model& model)
+{
+    TableWriter type_row(database, "parameter_type");
+    TableWriter parameter_row(database, "parameter");
+    TableWriter value_row(database, "parameter_value");
+    for (std::size_t type_number = 1; const auto& type : model.parameter_types) {
+        type_row.insert(type_number, type.isc);
+        for (std::size_t number = 1; const Parameter& parameter : type.instances) {
+            parameter_row.insert(type_number, number, parameter.used, parameter.description, parameter.scale_factor);
+            for (std::size_t segment = 1; const float value : parameter.values) {
+                value_row.insert(type_number, number, segment++, value);
+            }
+            ++number;
+        }
+        ++type_number;
+    }
+}
+
+void save_constants(const Database& database, const Model& model)
+{
+    TableWriter type_row(database, "constant_type");
+    TableWriter constant_row(database, "constant");
+    for (std::size_t type_number = 1; const auto& type : model.constant_types) {
+        type_row.insert(type_number, type.isc);
+        for (std::size_t number = 1; const Constant& constant : type.instances) {
+            constant_row.insert(type_number, number++, constant.used, constant.description, constant.value);
+        }
+        ++type_number;
+    }
+}
+
+void save_tables(const Database& database, const Model& model)
+{
+    database.run(std::string(model_schema()).c_str());
+    save_run(database, model);
+    save_segments(database, model);
+    save_systems(database, model);
+    save_flows(database, model);
+    save_exchanges(database, model);
+    save_time_functions(database, model);
+    save_parameters(database, model);
+    save_constants(database, model);
+}
+
+} // namespace
+
+void save_model(const Model& model, const std::filesystem::path& database)
+{
+    // what the schema lets pass but a load would refuse is found by reading it back before it gets its name
+    write_new_database(
+        database, [&model](const Database& file) { save_tables(file, model); }, check_model);
+}
+
+} // namespace velm

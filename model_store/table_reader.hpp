@@ -1,0 +1,116 @@
+#pragma once
+
+#include "model_store/problem_list.hpp"
+#include "model_store/sqlite_database.hpp"
+#include "model_store/table_shape.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velm {
+
+/// The numbers of a parent row: its parent's and its own, or its own and 0.
+using ParentKey = std::array<std::int64_t, 2>;
+
+/// The rows that a table was found to have, in key order, for its child tables to be checked against.
+class ParentKeys {
+public:
+    void add(const ParentKey& key) { keys_.push_back(key); }
+    [[nodiscard]] bool contains(const ParentKey& key) const
+    {
+        return std::binary_search(keys_.begin(), keys_.end(), key);
+    }
+    [[nodiscard]] const std::vector<ParentKey>& all() const { return keys_; }
+
+private:
+    std::vector<ParentKey> keys_;
+};
+
+/// What the parts of a load share.
+struct LoadState {
+    const Database& database;
+    ProblemList& problems;
+    const LoadOptions& options;
+    std::string& table; ///< the one being read
+    bool keep = true;   ///< false to check the database without filling the model
+    ParentKeys segments{};
+    std::uint64_t rows = 0;
+
+    /// True while no problem is known. Only then is an item's place in its vector sure to be its number less 1, so
+    /// only then may anything be put into the model; after it, rows are read for their problems alone.
+    [[nodiscard]] bool sound() const { return keep && problems.empty(); }
+};
+
+/// Reads a table's rows in key order. Keys that are no integers, that have gaps or duplicates within their parent and
+/// parents that do not exist are reported as they pass; so is every column that cannot become its field. A column
+/// that was reported reads as 0 or "".
+class TableReader {
+public:
+    /// `parents`, when given, are the rows that the keys but the last must name. `own`, when given, receives this
+    /// table's keys.
+    TableReader(LoadState& load, std::string_view table, const ParentKeys* parents = nullptr,
+                ParentKeys* own = nullptr);
+
+    bool next();
+
+    /// True on the first row of another parent than the row before.
+    [[nodiscard]] bool enters_parent() const { return enters_parent_; }
+    /// True when the keys are integers. The other key functions need it.
+    [[nodiscard]] bool has_key() const { return has_key_; }
+    [[nodiscard]] std::int64_t number() const { return keys_[depth_]; }
+    [[nodiscard]] ParentKey parent() const { return parent_; }
+    /// The place in its vector of the parent named by the key column `level`. Needs a sound load.
+    [[nodiscard]] std::size_t place(std::size_t level) const { return static_cast<std::size_t>(keys_.at(level) - 1); }
+
+    /// Columns are asked for by name; in the schema's order they are found without a search.
+    [[nodiscard]] std::int32_t integer(std::string_view column);
+    [[nodiscard]] float real(std::string_view column);
+    [[nodiscard]] bool flag(std::string_view column);
+    /// In ISO 8859-1, of at most `longest` characters.
+    [[nodiscard]] std::string text(std::string_view column, std::size_t longest);
+    /// The number of an existing segment.
+    [[nodiscard]] std::int32_t segment(std::string_view column);
+    [[nodiscard]] std::int32_t segment_or_outside(std::string_view column);
+
+    /// Reports the current row.
+    void report(std::string_view column, std::string value, std::string message, std::string remedy);
+    /// The current row's key in words: "system 3, boundary 2, pair 17".
+    [[nodiscard]] std::string row_in_words() const;
+
+private:
+    void read_keys();
+    void check_parent();
+    void check_number();
+    [[nodiscard]] int find(std::string_view column);
+    [[nodiscard]] std::optional<std::int32_t> checked_integer(std::string_view column);
+    void check_segment(std::string_view column, std::int64_t segment);
+    [[nodiscard]] std::string value_in_words(int column) const;
+    [[nodiscard]] float single_precision(std::string_view column, int index);
+
+    LoadState& load_;
+    const TableShape& shape_;
+    const ParentKeys* parents_;
+    ParentKeys* own_;
+    Statement statement_;
+    std::size_t depth_;    ///< how many key columns name the parent
+    bool counts_segments_; ///< whether the last key is a segment's number
+    std::array<std::int64_t, 3> keys_{};
+    ParentKey parent_{};
+    std::int64_t expected_ = 1;
+    std::size_t next_column_ = 0;
+    bool has_key_ = false;
+    bool enters_parent_ = false;
+    bool first_row_ = true;
+};
+
+/// Says of a column that names a segment that the segment does not exist.
+[[nodiscard]] StoreProblem missing_segment(const LoadState& load, std::string row, std::string_view column,
+                                           std::int64_t segment);
+
+} // namespace velm

@@ -1,0 +1,89 @@
+#include "model_store/table_shape.hpp"
+
+#include "model_store/model_store.hpp"
+
+#include <algorithm>
+#include <cctype>
+
+namespace velm {
+
+namespace {
+
+struct Reference {
+    std::vector<TableShape> tables;
+    SchemaIdentity identity;
+};
+
+TableShape shape_of(const Database& database, std::string_view table)
+{
+    TableShape shape{std::string(table), {}, 0};
+    Statement columns(database, "SELECT name, pk FROM pragma_table_info('" + shape.name + "') ORDER BY cid");
+    while (columns.step()) {
+        shape.columns.emplace_back(columns.text(0));
+        shape.keys += sqlite3_column_int(columns.handle(), 1) > 0 ? 1U : 0U;
+    }
+    return shape;
+}
+
+const Reference& reference()
+{
+    static const Reference result = [] {
+        const Database database(":memory:", SQLITE_OPEN_READWRITE);
+        database.run(std::string(model_schema()).c_str());
+        Reference made{{}, identity_of(database)};
+        Statement tables(database, "SELECT name FROM sqlite_schema WHERE type = 'table' ORDER BY rowid");
+        while (tables.step()) {
+            made.tables.push_back(shape_of(database, tables.text(0)));
+        }
+        return made;
+    }();
+    return result;
+}
+
+std::string in_words(std::string name)
+{
+    std::replace(name.begin(), name.end(), '_', ' ');
+    return name;
+}
+
+} // namespace
+
+std::string TableShape::column_list() const
+{
+    std::string list;
+    for (const std::string& column : columns) {
+        list += (list.empty() ? "" : ", ") + column;
+    }
+    return list;
+}
+
+std::string TableShape::key_word(std::size_t key) const
+{
+    if (columns[key] != "number") {
+        return in_words(columns[key]);
+    }
+    return std::string_view(name).ends_with("_value") ? "pair" : in_words(name);
+}
+
+const std::vector<TableShape>& model_tables()
+{
+    return reference().tables;
+}
+
+const TableShape& model_table(std::string_view name)
+{
+    return *std::find_if(model_tables().begin(), model_tables().end(),
+                         [name](const TableShape& table) { return table.name == name; });
+}
+
+SchemaIdentity identity_of(const Database& database)
+{
+    return {database.integer("PRAGMA application_id"), database.integer("PRAGMA user_version")};
+}
+
+const SchemaIdentity& model_identity()
+{
+    return reference().identity;
+}
+
+} // namespace velm
