@@ -1,0 +1,109 @@
+#include "Utilities/Export/velm_export/export_to.hpp"
+#include "Utilities/Export/velm_export/panel.hpp"
+#include "Utilities/Export/velm_export/sections.hpp"
+#include "Utilities/IMPORT/import_export.hpp"
+
+#include <algorithm>
+#include <new>
+#include <string>
+
+using namespace velm;
+
+namespace {
+
+/// A text in a buffer of its own: what is said about a failure must not need storage.
+struct FailureText {
+    char characters[ExportFailure::message_room + 96] = {};
+    char* end = characters;
+
+    FailureText& add(const char* text)
+    {
+        for (; *text != '\0' && end != std::end(characters) - 1; ++text) {
+            *end++ = *text;
+        }
+        return *this;
+    }
+};
+
+void post_failure(const char* operation, const char* message)
+{
+    FailureText closing;
+    closing.add("File Export failed: ").add(message).add(" (").add(operation).add(" error on channel 5)</span></li>");
+    request<"PINFOHTML">("<li><span style=\"font-weight: bold; color: red;\">");
+    request<"PINFOHTML">(NulEndedText{closing.characters, static_cast<Integer>(closing.end - closing.characters) + 1});
+}
+
+void report(const char* operation, const char* message) noexcept
+{
+    FailureText lines;
+    lines.add("? ").add(message).add("\n? ").add(operation).add(" error on channel 5\n");
+    write_to_standard_error(lines.characters);
+    try {
+        post_failure(operation, message);
+    } catch (...) { // NOLINT(bugprone-empty-catch): a host that throws here cannot be told anything
+    }
+}
+
+void open_output(OutputFile& file)
+{
+    const auto& field = model.output_file_name;
+    const std::string path(field.begin(), std::find(field.begin(), field.end(), '\0'));
+    if (path.empty()) {
+        throw ExportFailure("OPEN", "no output file name");
+    }
+    file.open(path.c_str());
+}
+
+} // namespace
+
+void velm::export_to(OutputFile& file)
+{
+    request<"GFILENAME">(model.output_file_name);
+    end_with_nul(model.output_file_name);
+    intro();
+    open_output(file);
+    {
+        OutputChannel out(file);
+        sys_info(out);
+        segment(out);
+        flowpath(out);
+        flows(out);
+        dispexch(out);
+        boundaries(out);
+        loads(out);
+        time_functions(out);
+        parameters(out);
+        constants(out);
+        initial_conditions(out);
+        out.close();
+    }
+    announce("File Export is Complete</span></li>");
+}
+
+void velm::export_and_report(OutputFile& file) noexcept
+{
+    static bool under_way = false;
+    if (under_way) {
+        report("EXPORT", "another export is under way");
+        return;
+    }
+    under_way = true;
+    try {
+        export_to(file);
+    } catch (const ExportFailure& failure) {
+        report(failure.operation(), failure.what());
+    } catch (const std::bad_alloc&) {
+        report("EXPORT", "storage cannot be obtained");
+    } catch (const std::exception& unexpected) {
+        report("EXPORT", unexpected.what());
+    } catch (...) {
+        report("EXPORT", "the host has thrown an exception");
+    }
+    under_way = false;
+}
+
+void importexport()
+{
+    SystemFile file;
+    export_and_report(file);
+}

@@ -1,0 +1,203 @@
+#pragma once
+
+#include "record_output/decimal_digits.hpp"
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace velm {
+
+/// How single-precision reals become text. Of a value only its first eight significant digits are known
+/// (decimal_digits.hpp); later ones are 0. One rule rounds everywhere: the first digit that is not shown
+/// decides, 5 to 9 up, 0 to 4 down. When that digit is beyond the eighth, the eighth decides in its place: 5 to 9
+/// make it 0 and carry into the seventh, 0 to 4 leave it. Nothing here depends on the locale or rounding mode.
+
+/// Characters that render_free_real needs at most: "-1.234567E+12" and what its wide stores spill over.
+inline constexpr std::size_t free_real_room = 16;
+
+/// Renders `value` into a field of `width` columns with `decimals` digits after the point, writing exactly
+/// `width` characters (1 to 20, more than `decimals`). For every value, the rare ones included:
+/// - right-justified; one "0" before the point of a fraction, left out when just that column lacks;
+/// - "-" before the first digit, but not when all digits shown are 0;
+/// - INF, -INF, NaN right-justified;
+/// - asterisks when the field is too narrow.
+void render_real_field_in_full(char* field, std::size_t width, std::size_t decimals, float value) noexcept;
+
+/// The same for a width and decimals that the compiler knows: straight-line code for the common values.
+template <std::size_t width, std::size_t decimals>
+void render_real_field(char* field, float value) noexcept;
+
+/// Whether render_free_real begins with a minus sign: not for zero, and never for what is no number.
+constexpr bool shows_minus(float value) noexcept
+{
+    const auto bits = std::bit_cast<std::uint32_t>(value);
+    return bits > single::sign_bit && bits <= (single::sign_bit | single::infinity);
+}
+
+/// Renders `value` in the free form, without the blanks that separate it, and returns the end. Writes to at
+/// most free_real_room characters. Magnitudes from 0.1 up to 999,999 and zero have six significant
+/// digits and a point (0.500000, 86400.0, 999999.), others seven and an exponent (5.000000E-02).
+char* render_free_real(char* to, float value) noexcept;
+
+namespace detail {
+
+static_assert(std::endian::native == std::endian::little, "the first digit of eight is the lowest byte");
+
+inline constexpr std::uint64_t eight_zeros = 0x3030'3030'3030'3030U;  // "00000000"
+inline constexpr std::uint64_t eight_blanks = 0x2020'2020'2020'2020U; // "        "
+inline constexpr std::uint64_t blank_to_zero = eight_zeros - eight_blanks;
+
+/// The eight decimal digits of a number below 10^8, each as a byte from 0 to 9, the first in the lowest byte.
+/// Halves the number three times, all parts at once: 12345678 -> 1234|5678 -> 12|34|56|78 -> 1|2|...|8. The
+/// divisions by 100 and 10 are multiplications by 10486/2^20 and 103/2^10, exact below 10,000 and below 100.
+constexpr std::uint64_t eight_digits(std::uint32_t number) noexcept
+{
+    const std::uint32_t upper = number / 10'000;
+    const std::uint64_t fours = upper | std::uint64_t{number - upper * 10'000} << 32;
+    const std::uint64_t hundreds = ((fours * 10486) >> 20) & 0x0000'007f'0000'007fU;
+    const std::uint64_t twos = hundreds | (fours - hundreds * 100) << 16;
+    const std::uint64_t tens = ((twos * 103) >> 10) & 0x000f'000f'000f'000fU;
+    return tens | (twos - tens * 10) << 8;
+}
+
+static_assert(eight_digits(12345678) == 0x0807'0605'0403'0201U);
+static_assert(eight_digits(99999999) == 0x0909'0909'0909'0909U);
+
+/// Half a unit of the last of `shown` digits out of eight.
+inline constexpr std::uint32_t half_of_last_shown[8] = {50'000'000, 5'000'000, 500'000, 50'000, 5'000, 500, 50, 5};
+
+/// Rounds to `decimals` places after the point. Digits that are not shown are left as they fall, except that the
+/// eighth is right when it is shown.
+constexpr DecimalDigits rounded_to_places(DecimalDigits value, int decimals) noexcept
+{
+    const int shown = value.exponent + decimals;
+    std::uint32_t digits = value.digits;
+    if (shown >= 8) {
+        const std::uint32_t eighth = digits % 10;
+        digits += eighth >= 5 ? 10 - eighth : 0;
+    } else if (shown >= 0) {
+        digits += half_of_last_shown[shown];
+    }
+    if (digits >= eight_digit_limit) {
+        return {digits / 10, value.exponent + 1};
+    }
+    return {digits, value.exponent};
+}
+
+} // namespace detail
+
+template <std::size_t width, std::size_t decimals>
+inline void render_real_field(char* field, float value) noexcept
+{
+    static_assert(width > decimals && width <= 20);
+    if constexpr (decimals > 8) {
+        render_real_field_in_full(field, width, decimals, value);
+        return;
+    }
+    constexpr std::size_t columns = width - decimals - 1; // before the point
+    constexpr int most_digits = columns < 8 ? static_cast<int>(columns) : 8;
+
+    const auto bits = std::bit_cast<std::uint32_t>(value);
+    const std::uint32_t magnitude = bits & single::magnitude_bits;
+    if (magnitude >= single::infinity) [[unlikely]] {
+        render_real_field_in_full(field, width, decimals, value);
+        return;
+    }
+    DecimalDigits decimal = detail::rounded_to_places(decimal_digits(magnitude), static_cast<int>(decimals));
+    int negative = magnitude != 0 ? static_cast<int>(bits >> 31) : 0;
+    if (decimal.exponent + static_cast<int>(decimals) <= 0) { // every digit shown is 0
+        decimal = {};
+        negative = 0;
+    }
+    const int whole = decimal.exponent < 1 ? 1 : decimal.exponent; // digits before the point, a leading 0 included
+    if (whole + negative > most_digits) [[unlikely]] {
+        render_real_field_in_full(field, width, decimals, value);
+        return;
+    }
+
+    // eight columns that end at the point: blanks, then the digits before it
+    const std::uint64_t digits = detail::eight_digits(decimal.digits);
+    const std::uint64_t before_point = decimal.exponent < 1 ? 0 : digits << (64 - 8 * decimal.exponent);
+    const std::uint64_t integer_part =
+        before_point | detail::eight_blanks | (detail::blank_to_zero << (64 - 8 * whole));
+    if constexpr (columns >= 8) {
+        std::memset(field, ' ', columns - 8);
+        std::memcpy(field + (columns - 8), &integer_part, 8);
+    } else if constexpr (columns > 0) {
+        const std::uint64_t fitting = integer_part >> (8 * (8 - columns));
+        std::memcpy(field, &fitting, columns);
+    }
+    if (negative != 0) {
+        field[columns - static_cast<std::size_t>(whole) - 1] = '-';
+    }
+    field[columns] = '.';
+    // exponent is from 1 - decimals to 8; two shifts, because one by 64 has no meaning
+    const std::uint64_t after_point = decimal.exponent < 0
+                                          ? digits << (-8 * decimal.exponent)
+                                          : (digits >> (4 * decimal.exponent)) >> (4 * decimal.exponent);
+    const std::uint64_t fraction = after_point | detail::eight_zeros;
+    std::memcpy(field + columns + 1, &fraction, decimals);
+}
+
+inline char* render_free_real(char* to, float value) noexcept
+{
+    const auto bits = std::bit_cast<std::uint32_t>(value);
+    const std::uint32_t magnitude = bits & single::magnitude_bits;
+    if (magnitude > single::infinity) [[unlikely]] {
+        std::memcpy(to, "NaN", 3);
+        return to + 3;
+    }
+    *to = '-';
+    to += shows_minus(value) ? 1 : 0;
+    if (magnitude == single::infinity) [[unlikely]] {
+        std::memcpy(to, "INF", 3);
+        return to + 3;
+    }
+
+    // Six significant digits decide the form. A value is written with a point when its exponent after rounding
+    // to seven places is 0 to 6; that rounding can change the exponent only from -1 to 0, where seven places are
+    // six significant digits (0.09999999 becomes 0.100000). The places shown are then counted from
+    // the exponent after the rounding to six digits (9.999997 becomes 10.0000), and 999,999.5 and
+    // above, which would become 1000000., keep the exponent form.
+    const DecimalDigits decimal = decimal_digits(magnitude);
+    std::uint32_t six = decimal.digits + detail::half_of_last_shown[6];
+    const bool carried = six >= eight_digit_limit;
+    const int point = decimal.exponent + (carried ? 1 : 0);
+    if (magnitude == 0) {
+        std::memcpy(to, "0.000000", 8);
+        return to + 8;
+    }
+    if (point >= 0 && point <= 6) {
+        six = carried ? six / 10 : six;
+        const std::uint64_t digits = detail::eight_digits(six) | detail::eight_zeros;
+        if (point == 0) {
+            std::memcpy(to, "0.", 2);
+            std::memcpy(to + 2, &digits, 8);
+            return to + 8;
+        }
+        const std::uint64_t before = ~std::uint64_t{0} >> (64 - 8 * point);
+        const std::uint64_t text = (digits & before) | (std::uint64_t{'.'} << (8 * point)) | ((digits & ~before) << 8);
+        std::memcpy(to, &text, 8);
+        return to + 7;
+    }
+    std::uint32_t seven = decimal.digits + detail::half_of_last_shown[7];
+    int exponent = decimal.exponent - 1;
+    if (seven >= eight_digit_limit) {
+        seven /= 10;
+        ++exponent;
+    }
+    const std::uint64_t digits = detail::eight_digits(seven) | detail::eight_zeros;
+    std::memcpy(to + 1, &digits, 8);
+    to[0] = to[1];
+    to[1] = '.';
+    to[8] = 'E';
+    to[9] = exponent < 0 ? '-' : '+';
+    const int size = exponent < 0 ? -exponent : exponent;
+    to[10] = static_cast<char>('0' + size / 10);
+    to[11] = static_cast<char>('0' + size % 10);
+    return to + 12;
+}
+
+} // namespace velm
