@@ -1,0 +1,3 @@
+-- Nothing but the run itself: every count is 0, and each section has its fixed records only.
+
+INSERT INTO model DEFAULT VALUES;
