@@ -100,17 +100,17 @@ void call(const std::string& key_with_nul, const std::vector<void*>& v, const st
     }
 }
 
-std::string ask(const std::string& name, const std::vector<std::int32_t>& in_arguments)
+std::string ask(const std::string& key, const std::vector<std::int32_t>& in_arguments)
 {
-    const auto* const key = std::ranges::find(host_keys, name, &HostKey::name);
-    if (key == std::end(host_keys)) {
-        return name + " is no key";
+    const auto* const found = std::ranges::find(host_keys, key, &HostKey::name);
+    if (found == std::end(host_keys)) {
+        return key + " is no key";
     }
     std::vector<Slot> slots;
     std::vector<std::int32_t> text_lengths;
     std::vector<std::int32_t> unused = in_arguments;
-    for (std::size_t i = 0; i < key->argument_count; ++i) {
-        const Argument& argument = key->arguments[i];
+    for (std::size_t i = 0; i < found->argument_count; ++i) {
+        const Argument& argument = found->arguments[i];
         slots.emplace_back(argument);
         if (argument.direction == Direction::in && !unused.empty()) {
             slots.back().set(unused.front());
@@ -120,23 +120,23 @@ std::string ask(const std::string& name, const std::vector<std::int32_t>& in_arg
             text_lengths.push_back(argument.text_length);
         }
     }
-    EXPECT_TRUE(unused.empty()) << name << " has fewer in-arguments";
+    EXPECT_TRUE(unused.empty()) << key << " has fewer in-arguments";
 
     std::vector<void*> values;
     std::ranges::transform(slots, std::back_inserter(values), &Slot::data);
-    call(name + '\0', values, text_lengths);
+    call(key + '\0', values, text_lengths);
 
     std::string answer;
     std::vector<std::int32_t> in_arguments_after;
     for (std::size_t i = 0; i < slots.size(); ++i) {
-        EXPECT_TRUE(slots[i].guards_hold()) << name << " wrote beside argument " << i + 1;
-        if (key->arguments[i].direction == Direction::out) {
+        EXPECT_TRUE(slots[i].guards_hold()) << key << " wrote beside argument " << i + 1;
+        if (found->arguments[i].direction == Direction::out) {
             answer.append(answer.empty() ? "" : " ").append(slots[i].in_words());
         } else {
             std::memcpy(&in_arguments_after.emplace_back(), slots[i].data(), sizeof(std::int32_t));
         }
     }
-    EXPECT_EQ(in_arguments_after, in_arguments) << name << " changed an in-argument";
+    EXPECT_EQ(in_arguments_after, in_arguments) << key << " changed an in-argument";
     return answer;
 }
 

@@ -68,7 +68,8 @@ TEST(HostLibrary, ReadsNoByteBeyondAKeyAndTakesNoneForAnother)
     char* const end = static_cast<char*>(pages) + page;
     ASSERT_EQ(mprotect(end, page, PROT_NONE), 0);
 
-    std::vector<std::string> strangers = {"", "X", std::string(1, '\0'), std::string(300, 'G'), "gnumseg\0"};
+    std::vector<std::string> strangers = {"", "X", std::string(1, '\0'), std::string(300, 'G'),
+                                          std::string("gnumseg") + '\0'};
     for (const HostKey& key : host_keys) {
         const std::string name(key.name);
         strangers.push_back(name);                  // no NUL
