@@ -16,6 +16,7 @@
 #include <iomanip>
 #include <iostream>
 #include <optional>
+#include <system_error>
 
 namespace velm {
 namespace {
@@ -44,7 +45,9 @@ public:
 
 void refuse_same_file(const std::string& one, const std::string& other, const std::string& which)
 {
-    if (fs::weakly_canonical(one) == fs::weakly_canonical(other)) {
+    std::error_code unresolved; // a path that leads nowhere is no other file; its use will say what is wrong
+    const fs::path resolved = fs::weakly_canonical(fs::absolute(one), unresolved);
+    if (!resolved.empty() && resolved == fs::weakly_canonical(fs::absolute(other), unresolved)) {
         throw ToolError(ExitCode::usage, which + " are the same file, " + one + "; one would replace the other");
     }
 }

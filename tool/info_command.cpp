@@ -18,7 +18,7 @@ namespace {
 /// The beginning of a line: what it is about, in a column of its own.
 std::ostream& line(std::string_view subject)
 {
-    return std::cout << std::left << std::setw(18) << subject << std::right;
+    return std::cout << std::left << std::setw(22) << subject << std::right;
 }
 
 /// Number and time range of a class of series.
@@ -153,7 +153,7 @@ void print_series(const Model& model)
     dispersions.print("dispersion series");
     boundaries.print("boundary series");
     loads.print("load series");
-    time_functions.print("time functions");
+    time_functions.print("time-function series");
 }
 
 ExitCode print_info(const std::string& database)

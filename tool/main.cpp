@@ -54,8 +54,8 @@ ExitCode run(int argument_count, char** arguments)
     } catch (const CLI::ParseError& error) {
         return tool.exit(error) == 0 ? ExitCode::done : ExitCode::usage;
     }
-    const auto called = std::find_if(std::begin(commands), std::end(commands),
-                                     [](const Command& command) { return command.arguments->parsed(); });
+    const auto* const called = std::find_if(std::begin(commands), std::end(commands),
+                                            [](const Command& command) { return command.arguments->parsed(); });
     return called->run();
 }
 

@@ -14,9 +14,12 @@ namespace {
 
 constexpr auto why_no_stream = "SQLite keeps a database in a file, not in a stream; give a file name";
 
-/// The store's words below a line that names the file.
+/// The store's words: below a line that names the file, or alone when they are about the file as a whole.
 std::string problems_text(const std::string& heading, const StoreError& error)
 {
+    if (error.problems.size() == 1 && error.problems.front().table.empty()) {
+        return error.problems.front().text();
+    }
     std::string text = heading;
     for (const StoreProblem& problem : error.problems) {
         text += "\n  " + problem.text();

@@ -87,8 +87,8 @@ void take_signals_once()
 
 std::array<char, PATH_MAX>* place_of(const std::string& absolute_name)
 {
-    const auto found = std::find_if(temporary_files.begin(), temporary_files.end(),
-                                    [&](const auto& name) { return absolute_name == name.data(); });
+    auto* const found = std::find_if(temporary_files.begin(), temporary_files.end(),
+                                     [&](const auto& name) { return absolute_name == name.data(); });
     return found == temporary_files.end() ? nullptr : &*found;
 }
 
@@ -162,7 +162,7 @@ fs::path create_temporary_file(const fs::path& beginning, bool for_others)
 {
     take_signals_once();
     for (int attempt = 0; attempt < 100; ++attempt) {
-        const fs::path file = beginning.string() + random_characters();
+        fs::path file = beginning.string() + random_characters();
         const std::string absolute_name = fs::absolute(file).string();
         const SignalsHeld held;
         const int descriptor = open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, for_others ? 0666 : 0600);

@@ -28,7 +28,7 @@ PlugIn::PlugIn(const fs::path& library) : importexport(procedure_of(library)) {}
 
 fs::path default_plug_in()
 {
-    const fs::path built = executable_directory() / VELM_PLUG_IN_NAME;
+    fs::path built = executable_directory() / VELM_PLUG_IN_NAME;
     if (fs::exists(built)) {
         return built;
     }

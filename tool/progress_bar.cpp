@@ -24,7 +24,7 @@ std::string formatted(const char* format, Values... values)
 std::string short_number(double number)
 {
     if (number < 1e3) {
-        return formatted("%.0f ", number);
+        return formatted("%.0f", number);
     }
     return number < 1e6 ? formatted("%.1f k", number / 1e3) : formatted("%.1f M", number / 1e6);
 }
@@ -50,21 +50,22 @@ std::string progress_text(std::string_view work, std::string_view unit, std::uin
         const double part = std::min(1.0, static_cast<double>(done) / static_cast<double>(total));
         std::string bar(width, '.');
         bar.replace(0, static_cast<std::size_t>(part * width), static_cast<std::size_t>(part * width), '#');
-        text += " [" + bar + "] " + formatted("%3d %%", static_cast<int>(part * 100));
+        text.append(" [").append(bar).append("] ") += formatted("%3d %%", static_cast<int>(part * 100));
     } else {
-        text += " " + short_number(static_cast<double>(done)) + std::string(unit);
+        text.append(" ").append(short_number(static_cast<double>(done))).append(" ").append(unit);
     }
     if (rate > 0) {
-        text += "  " + short_number(rate) + std::string(unit) + "/s";
+        text.append("  ").append(short_number(rate)).append(" ").append(unit).append("/s");
     }
     if (rate > 0 && total > 0) {
-        text += "  " + clock_time(static_cast<double>(total - std::min(done, total)) / rate) + " left";
+        const double left = static_cast<double>(total - std::min(done, total)) / rate;
+        text.append("  ").append(clock_time(left)).append(" left");
     }
     return text.substr(0, columns);
 }
 
-ProgressBar::ProgressBar(std::string_view the_work, std::string_view its_unit, std::uint64_t how_much, bool is_shown)
-    : work(the_work), unit(its_unit), total(how_much), shown(is_shown)
+ProgressBar::ProgressBar(std::string_view work_name, std::string_view unit_name, std::uint64_t whole, bool drawn)
+    : work(work_name), unit(unit_name), total(whole), shown(drawn)
 {
 }
 

@@ -11,8 +11,8 @@ namespace velm {
 /// The line is removed when the bar goes.
 class ProgressBar {
 public:
-    /// `total` is how much there is to do; 0 when that is not known. Nothing is drawn unless `shown`.
-    ProgressBar(std::string_view work, std::string_view unit, std::uint64_t total, bool shown);
+    /// `whole` is how much there is to do; 0 when that is not known. The names outlive the bar.
+    ProgressBar(std::string_view work_name, std::string_view unit_name, std::uint64_t whole, bool drawn);
     ~ProgressBar();
     ProgressBar(const ProgressBar&) = delete;
     ProgressBar& operator=(const ProgressBar&) = delete;

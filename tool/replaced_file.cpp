@@ -42,7 +42,7 @@ void refuse_unless_replaceable(const fs::path& file)
 fs::path temporary_beginning(const fs::path& file)
 {
     constexpr std::size_t most_characters = 200; // a file system takes 255, this adds 13
-    return file.parent_path() / ("." + file.filename().string().substr(0, most_characters) + ".velm-");
+    return file.parent_path() / std::string(".").append(file.filename().string(), 0, most_characters).append(".velm-");
 }
 
 } // namespace

@@ -1,0 +1,217 @@
+"""velm as a modeller types it: what each command prints and leaves, and what it refuses."""
+
+import html.parser
+import os
+import re
+import sqlite3
+import stat
+import unittest
+
+from tool_case import ToolCase, VELM
+
+
+class Usage(ToolCase):
+    # arguments, decisive text of standard error; nothing is printed on standard output and no file changes
+    REFUSED = [
+        ([], "A subcommand is required\nRun with --help for more information.\n"),
+        (["exprot", "m.db", "o.inp"], "velm: there is no command exprot; did you mean export? See velm --help for all commands\n"),
+        (["sing"], "velm: there is no command sing; See velm --help for all commands\n"),
+        (["export"], "MODEL is required\nRun with --help for more information.\n"),
+        (["export", "m.db", "o.inp", "extra"], "The following argument was not expected: extra\nRun with --help for more information.\n"),
+        (["export", "m.db", "o.inp", "--panel"], "--panel: 1 required FILE missing\nRun with --help for more information.\n"),
+        (["export", "m.db", "-"], "velm: OUTPUT cannot be '-': an export replaces its file only when it is whole, which a stream cannot; give a file name\n"),
+        (["export", "m.db", ""], "velm: OUTPUT is empty; give a file name\n"),
+        (["export", "-", "o.inp"], "velm: MODEL cannot be '-': SQLite keeps a database in a file, not in a stream; give a file name\n"),
+        (["export", "m.db", "o.inp", "--panel", "-"], "velm: The panel's file cannot be '-': the page is saved in a file; give a file name\n"),
+        (["export", "m.db", "m.db"], "velm: OUTPUT and MODEL are the same file, m.db; one would replace the other\n"),
+        (["export", "m.db", "link.db"], "velm: OUTPUT and MODEL are the same file, link.db; one would replace the other\n"),
+        (["export", "m.db", "o.inp", "--panel", "./o.inp"], "velm: The panel's file and OUTPUT are the same file, ./o.inp; one would replace the other\n"),
+        (["export", "m.db", "folder"], "velm: folder is a directory; name a file in it\n"),
+        (["export", "m.db", "folder/"], "velm: folder/ is a directory; name a file in it\n"),
+        (["export", "m.db", "fifo"], "velm: fifo is a device, a pipe or a socket, which cannot be replaced by a complete file; name a regular file\n"),
+        (["export", "m.db", "/dev/null"], "velm: /dev/null is a device, a pipe or a socket, which cannot be replaced by a complete file; name a regular file\n"),
+        (["export", "m.db", "circle"], "velm: circle is a symbolic link that leads in a circle\n"),
+        (["new", "-"], "velm: MODEL cannot be '-': SQLite keeps a database in a file, not in a stream; give a file name\n"),
+        (["new", "m.db"], "velm: m.db exists and is left as it is; give a name that is not taken\n"),
+        (["example", "m.db"], "velm: m.db exists and is left as it is; give a name that is not taken\n"),
+        (["example", "folder"], "velm: folder exists and is left as it is; give a name that is not taken\n"),
+        (["new", "dangling"], "velm: dangling exists and is left as it is; give a name that is not taken\n"),
+    ]
+
+    def test_refused(self):
+        self.write("m.db", "precious")
+        (self.directory / "folder").mkdir()
+        os.mkfifo(self.directory / "fifo")
+        os.symlink("m.db", self.directory / "link.db")
+        os.symlink("circle", self.directory / "circle")
+        os.symlink("nowhere", self.directory / "dangling")
+        before = self.files()
+        for arguments, message in self.REFUSED:
+            with self.subTest(arguments):
+                self.assertEqual(self.velm(*arguments), (2, "", message))
+                self.assertEqual(self.files(), before)
+                self.assertEqual((self.directory / "m.db").read_text(), "precious")
+
+    def test_help_has_an_example_of_every_command_and_all_exit_codes(self):
+        code, text, messages = self.velm("--help")
+        self.assertEqual((code, messages), (0, ""))
+        self.assertEqual(re.findall(r"^  (\d)  ", text, re.M), list("01234"))
+        for command in re.findall(r"^  ([a-z]+) {2,}", text.split("Subcommands:")[1], re.M):
+            code, text, messages = self.velm(command, "--help")
+            self.assertEqual((code, messages), (0, ""))
+            self.assertRegex(text, rf"Examples?:\n  velm {command}\b")
+
+    def test_version(self):
+        code, text, messages = self.velm("--version")
+        self.assertRegex(text, r"^velm \d+\.\d+\.\d+\n$")
+        self.assertEqual((code, messages), (0, ""))
+
+
+class Printed(ToolCase):
+    def test_schema_creates_the_database_that_new_creates(self):
+        code, sql, messages = self.velm("schema")
+        self.assertEqual((code, messages), (0, ""))
+        self.velm("new", "new.db")
+        tables = "SELECT sql FROM sqlite_schema WHERE sql IS NOT NULL ORDER BY name"
+        printed = sqlite3.connect(":memory:")
+        printed.executescript(sql)
+        created = sqlite3.connect(self.directory / "new.db")
+        self.assertEqual(printed.execute(tables).fetchall(), created.execute(tables).fetchall())
+        printed.close()
+        created.close()
+
+    def test_info(self):
+        self.make_model()
+        code, text, messages = self.velm("info", "model.db")
+        self.assertEqual((code, messages), (0, ""))
+        for line in [
+            "segments              3, of type 1: 2, of type 3: 1",
+            "    1  Dissolved oxygen (DO), boundaries: 2, loads: 0",
+            "    2  Salinité (SAL), boundaries: 0, loads: 1",
+            "    1  functions: 2, paths: 2, time pairs: 11",
+            "    1  functions: 1, segment pairs: 2, time pairs: 2",
+            "flow series           series: 2, time pairs: 11, from 0 to 3e+06",
+            "dispersion series     series: 1, time pairs: 2, from 0 to 365",
+            "boundary series       series: 2, time pairs: 2, from -2 to 400",
+            "load series           series: 1, time pairs: 1, from 3 to 3",
+            "time-function series  series: 3, time pairs: 3, from 0 to 364",
+            "time functions        types: 3, used: 2, unused: 1",
+            "parameters            types: 1, used: 1, unused: 1",
+            "constants             types: 2, used: 1, unused: 1",
+        ]:
+            self.assertIn(line + "\n", text)
+
+    def test_names_cannot_steer_the_terminal(self):
+        self.make_model(sql="INSERT INTO system (name) VALUES ('a' || char(27) || '[2Jb' || char(155))")
+        self.assertIn("    1  a?[2Jb? (), ", self.velm("info", "model.db")[1])
+
+    def test_a_full_disk_behind_standard_output_is_a_failure(self):
+        with open("/dev/full", "w") as full:
+            self.assertEqual(self.velm("schema", stdout=full),
+                             (4, "", "velm: the standard output cannot be written; is the disk full?\n"))
+
+
+class Exported(ToolCase):
+    def export(self, *arguments):
+        code, text, messages = self.velm("export", *arguments)
+        self.assertEqual((code, text), (0, ""), messages)
+        return messages
+
+    def test_file_summary_and_forecast_agree(self):
+        self.make_model("odd.db")
+        self.make_model("empty.db", "")
+        self.velm("example", "estuary.db")
+        for model in ["odd.db", "empty.db", "estuary.db"]:
+            with self.subTest(model):
+                messages = self.export(model, "out.inp")
+                content = (self.directory / "out.inp").read_bytes()
+                size = f"{content.count(bytes([10]))} records, {len(content)} bytes"
+                self.assertRegex(messages, rf"^velm: out.inp: 11 sections, {size} in \d+\.\d\d seconds\n$")
+                self.assertIn(f"input file            {size}\n", self.velm("info", model)[1])
+
+    def test_quiet(self):
+        self.make_model()
+        self.assertEqual(self.export("model.db", "out.inp", "--quiet"), "")
+
+    def test_existing_file_is_replaced_and_keeps_its_permissions(self):
+        self.make_model()
+        self.write("out.inp", "old")
+        (self.directory / "out.inp").chmod(0o640)
+        self.export("model.db", "out.inp")
+        self.assertEqual(stat.S_IMODE((self.directory / "out.inp").stat().st_mode), 0o640)
+        self.assertGreater((self.directory / "out.inp").stat().st_size, 1000)
+
+    def test_new_file_has_the_permissions_that_the_user_gives_to_new_files(self):
+        self.make_model()
+        os.umask(before := os.umask(0))
+        self.export("model.db", "out.inp")
+        self.assertEqual(stat.S_IMODE((self.directory / "out.inp").stat().st_mode), 0o666 & ~before)
+
+    def test_symbolic_links_stay_and_their_target_is_replaced(self):
+        self.make_model()
+        (self.directory / "folder").mkdir()
+        os.symlink("folder/new.inp", self.directory / "second")
+        os.symlink("second", self.directory / "first")
+        self.export("model.db", "first")
+        self.assertEqual(self.files(), ["first", "folder", "model.db", "second"])
+        self.assertEqual(os.listdir(self.directory / "folder"), ["new.inp"])
+        self.assertTrue((self.directory / "first").is_symlink())
+
+    def test_longest_names(self):
+        self.make_model()
+        self.export("model.db", "x" * 255)
+        room = 512 - len("/.o.velm-123456")
+        folder = "/".join(["f" * 200, "g" * 200, "h" * (room - 402)])
+        (self.directory / folder).mkdir(parents=True)
+        self.export("model.db", f"{folder}/o")
+        self.assertEqual(os.listdir(self.directory / folder), ["o"])
+        code, _, messages = self.velm("export", "model.db", f"{folder}/oo")
+        self.assertEqual(code, 2)
+        self.assertRegex(messages, "takes 513 bytes, the plug-in has room for 512; run velm in OUTPUT's directory")
+        self.assertEqual(os.listdir(self.directory / folder), ["o"])
+
+
+class PanelPage(html.parser.HTMLParser):
+    """Fails on marks that do not nest and on list items outside a list; keeps the texts of items and cells."""
+
+    def __init__(self, page):
+        super().__init__()
+        self.open, self.texts = [], {"li": [], "td": [], "title": []}
+        self.charset = re.search('<meta charset="([^"]+)">', page.decode("latin-1")).group(1)
+        self.feed(page.decode(self.charset))
+        self.close()
+        assert not self.open, self.open
+
+    def handle_starttag(self, tag, attributes):
+        if tag in ("meta", "br"):
+            return
+        assert tag != "li" or self.open[-1] == "ul", self.open
+        self.open.append(tag)
+
+    def handle_endtag(self, tag):
+        assert self.open and self.open.pop() == tag, f"</{tag}> after {self.open}"
+
+    def handle_data(self, data):
+        for tag in self.open:
+            if tag in self.texts and data.strip():
+                self.texts[tag].append(data.strip())
+
+
+class Panel(ToolCase):
+    def test_page(self):
+        self.make_model()
+        self.assertEqual(self.velm("export", "model.db", "out.inp", "--panel", "panel.html")[0], 0)
+        content = (self.directory / "panel.html").read_bytes()
+        page = PanelPage(content)
+        self.assertTrue(content.startswith(b"<!DOCTYPE html>\n"))
+        self.assertEqual(page.texts["title"], ["VELM export"])
+        self.assertEqual(page.texts["td"][0], "VELM Export Utility Version Information")
+        self.assertEqual(len(page.texts["td"]), 10)
+        self.assertEqual(len(page.texts["li"]), 11)
+        self.assertEqual(page.texts["li"][-1], "File Export is Complete")
+        self.assertEqual(self.files(), ["model.db", "out.inp", "panel.html"])
+
+
+if __name__ == "__main__":
+    assert os.access(VELM, os.X_OK), VELM
+    unittest.main()

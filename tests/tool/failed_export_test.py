@@ -1,0 +1,112 @@
+"""Whatever fails during an export: OUTPUT is as it was, nothing is left beside it, and the message says why."""
+
+import os
+import resource
+import shutil
+import signal
+import subprocess
+import time
+import unittest
+
+from tool_case import FAILING_PLUG_IN, ToolCase, VELM
+
+UNCHANGED = "velm: the export failed, out.inp is as it was: "
+
+
+class FailedExport(ToolCase):
+    # what the plug-in does, exit code, the whole of standard error
+    PLUG_INS = [
+        ("asks nothing", 4, UNCHANGED + "the plug-in asked this tool nothing: it is bound to another host library\n"),
+        ("no completion", 4, UNCHANGED + "the plug-in did not announce completion; it said last: The disk is full\n"),
+        ("unknown key", 4, UNCHANGED + 'unknown key "GNOSUCH" of length 8\n'),
+        ("wrong length", 4, UNCHANGED + "GSEGNAME: length 39 passed for text 1, its length is 40\n"),
+        ("missing index", 4, UNCHANGED + "GVOLUME(segment 99): the model has 3 segments\n"),
+        ("too few sections", 4, UNCHANGED + "the plug-in announced completion but wrote 0 of 11 sections\n"),
+        ("torn end", 4, UNCHANGED + "the plug-in announced completion but the last record has no end\n"),
+        ("removes its file", 4, UNCHANGED + "the plug-in announced completion but its file cannot be read back\n"),
+        ("throws", 4, UNCHANGED + "the plug-in threw no storage\n"),
+        ("ends the process", 255, ""),
+        ("crashes", -signal.SIGABRT, ""),
+    ]
+
+    def setUp(self):
+        super().setUp()
+        self.make_model()
+        self.write("out.inp", "precious")
+        self.before = self.files()
+
+    def assert_unharmed(self, *more_files):
+        self.assertEqual((self.directory / "out.inp").read_text(), "precious")
+        self.assertEqual(self.files(), sorted([*self.before, *more_files]))
+
+    def failing_export(self, failure, *arguments, **more):
+        return self.velm("export", "model.db", "out.inp", "--plugin", FAILING_PLUG_IN, *arguments, FAILURE=failure, **more)
+
+    def test_plug_in(self):
+        self.assertEqual(self.failing_export("none")[0], 0) # the one that fails in no other way is believed
+        self.write("out.inp", "precious")
+        for failure, code, message in self.PLUG_INS:
+            with self.subTest(failure):
+                self.assertEqual(self.failing_export(failure), (code, "", message))
+                self.assert_unharmed()
+
+    def test_panel_is_saved_all_the_same(self):
+        self.assertEqual(self.failing_export("no completion", "--panel", "panel.html")[0], 4)
+        self.assertIn("<ul>\n<li><b>The disk is full</b></li>\n</ul>", (self.directory / "panel.html").read_text())
+        self.assert_unharmed("panel.html")
+
+    def test_panel_that_cannot_be_saved(self):
+        code, _, message = self.failing_export("none", "--panel", "missing/panel.html")
+        self.assertEqual(code, 4)
+        self.assertRegex(message, r"^velm: cannot create missing/\.panel\.html\.velm-.{6}: No such file or directory\n$")
+        self.assert_unharmed()
+
+    def test_before_the_plug_in_runs(self):
+        self.write("text.so", "not a library")
+        host_library = shutil.copy(os.environ["HOST_LIBRARY"], self.directory / "other.so")
+        self.before = self.files()
+        for arguments, code, message in [
+            (["missing.db", "out.inp"], 3, "velm: 'missing.db' does not exist; give the path of a model database\n"),
+            (["text.so", "out.inp"], 3, "velm: 'text.so' cannot be read: file is not a database"),
+            (["model.db", "out.inp", "--plugin", "missing.so"], 4, "velm: there is no plug-in missing.so; name one with --plugin\n"),
+            (["model.db", "out.inp", "--plugin", "text.so"], 4, "velm: text.so cannot be used as export plug-in: "),
+            (["model.db", "out.inp", "--plugin", host_library], 4, f"velm: {host_library} cannot be used as export plug-in: "),
+            (["model.db", "missing/out.inp"], 4, "velm: cannot create missing/.out.inp.velm-"),
+        ]:
+            with self.subTest(arguments):
+                result = self.velm("export", *arguments)
+                self.assertEqual(result[:2], (code, ""))
+                self.assertTrue(result[2].startswith(message), result[2])
+                self.assert_unharmed()
+
+    def test_full_disk(self):
+        def limit_files():
+            resource.setrlimit(resource.RLIMIT_FSIZE, (3000, 3000))
+
+        code, _, messages = self.velm("export", "model.db", "out.inp", preexec_fn=limit_files)
+        self.assertEqual(code, 4)
+        self.assertIn("? File too large\n? WRITE error on channel 5\n", messages)
+        self.assertIn(UNCHANGED + "the plug-in did not announce completion; it said last: File Export failed: File too large", messages)
+        self.assert_unharmed()
+
+    def start_waiting_export(self):
+        arguments = ["export", "model.db", "out.inp", "--panel", "panel.html", "--plugin", FAILING_PLUG_IN]
+        process = subprocess.Popen([VELM, *arguments], cwd=self.directory, env=self.environment(FAILURE="waits"))
+        self.addCleanup(process.kill)
+        while not any(path.name.startswith(".out.inp.velm-") and path.stat().st_size > 0
+                      for path in self.directory.iterdir()):
+            self.assertIsNone(process.poll())
+            time.sleep(0.01)
+        return process
+
+    def test_signals(self):
+        for number in [signal.SIGINT, signal.SIGTERM, signal.SIGHUP]:
+            with self.subTest(number):
+                process = self.start_waiting_export()
+                process.send_signal(number)
+                self.assertEqual(process.wait(timeout=60), -number)
+                self.assert_unharmed()
+
+
+if __name__ == "__main__":
+    unittest.main()
