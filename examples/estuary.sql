@@ -37,32 +37,33 @@ VALUES (1, 'Ammonia nitrogen',          'NH3',   1,    0, 1,     100),
        (7, 'Salinity',                  'SAL',   1,    0, 1,      45),
        (8, 'Suspended solids',          'TSS',   1,    1, 2.65, 1500000);
 
--- Segments of water. Banks are vertical: volume = length * width * depth. Velocity and depth follow the flow through
--- the powers of a wide channel (0.4 and 0.6), set so that the mean flow gives the initial depth; where the tide rules
--- (from 9 on), depth does not follow the flow. type: 1 surface water, 2 water below it.
-WITH water(number, name, below, type, length, width, depth, surface, slope, roughness, mean_flow, weir) AS (VALUES
-    ( 1, 'Alder River, above the mill',     16, 1, 4000,   35, 1.6, 4.20, 0.0004,  0.035, 24.0, 1.1),
-    ( 2, 'Alder River, below the mill',     17, 1, 4000,   40, 1.9, 2.60, 0.0003,  0.035, 24.2, 0),
-    ( 3, 'Moor Brook',                      18, 1, 3000,   14, 0.8, 3.10, 0.0006,  0.040,  3.2, 0),
-    ( 4, 'Confluence',                      19, 1, 2500,   55, 2.3, 1.50, 0.0002,  0.032, 27.4, 0),
-    ( 5, 'North channel, upper',            20, 1, 3000,   45, 2.4, 0.90, 0.00015, 0.030, 17.0, 0),
-    ( 6, 'North channel, lower',            21, 1, 3000,   60, 2.8, 0.50, 0.0001,  0.030, 17.3, 0),
-    ( 7, 'South channel, upper',            22, 1, 3500,   28, 1.9, 0.90, 0.00012, 0.032, 10.4, 0),
-    ( 8, 'South channel, lower',            23, 1, 3500,   36, 2.2, 0.50, 0.0001,  0.032, 10.4, 0),
-    ( 9, 'Upper estuary',                   24, 1, 4000,  220, 3.6, 0.25, 0.00005, 0.027, 27.7, 0),
-    (10, 'Middle estuary, surface water',   13, 1, 5000,  600, 2.5, 0.15, 0.00001, 0.025, 51.7, 0),
-    (11, 'Lower estuary, surface water',    14, 1, 6000, 1100, 3.0, 0.10, 0.00001, 0.025, 72.7, 0),
-    (12, 'Bay, surface water',              15, 1, 7000, 2400, 4.0, 0.05, 0.00001, 0.025, 87.7, 0),
-    (13, 'Middle estuary, bottom water',    25, 2, 5000,  450, 3.0,-2.35, 0,       0.025, 24.0, 0),
-    (14, 'Lower estuary, bottom water',     26, 2, 6000,  850, 5.0,-2.90, 0,       0.025, 45.0, 0),
-    (15, 'Bay, bottom water',               27, 2, 7000, 2000, 9.0,-3.95, 0,       0.025, 60.0, 0))
+-- Segments of water. Banks are vertical: volume = length * width * depth. In the rivers velocity and depth follow the
+-- flow through the powers of a wide channel (0.4 and 0.6), set so that the mean flow gives the initial depth; where the
+-- tide rules (from 9 on) its mean speed stands instead, and neither follows the flow.
+-- type: 1 surface water, 2 water below it. In m, m/m, m3/s and m/s.
+WITH water(number, name, below, type, length, width, depth, surface, slope, roughness, mean_flow, tide, weir) AS (VALUES
+    ( 1, 'Alder River, above the mill',   16, 1, 4000,   35, 1.6,  4.20, 0.0004,  0.035, 22.1, NULL, 1.1),
+    ( 2, 'Alder River, below the mill',   17, 1, 4000,   40, 1.9,  2.60, 0.0003,  0.035, 22.2, NULL, 0),
+    ( 3, 'Moor Brook',                    18, 1, 3000,   14, 0.8,  3.10, 0.0006,  0.040,  3.0, NULL, 0),
+    ( 4, 'Confluence',                    19, 1, 2500,   55, 2.3,  1.50, 0.0002,  0.032, 25.2, NULL, 0),
+    ( 5, 'North channel, upper',          20, 1, 3000,   45, 2.4,  0.90, 0.00015, 0.030, 15.6, NULL, 0),
+    ( 6, 'North channel, lower',          21, 1, 3000,   60, 2.8,  0.50, 0.0001,  0.030, 16.0, NULL, 0),
+    ( 7, 'South channel, upper',          22, 1, 3500,   28, 1.9,  0.90, 0.00012, 0.032,  9.6, NULL, 0),
+    ( 8, 'South channel, lower',          23, 1, 3500,   36, 2.2,  0.50, 0.0001,  0.032,  9.6, NULL, 0),
+    ( 9, 'Upper estuary',                 24, 1, 4000,  220, 3.6,  0.25, 0.00005, 0.027, NULL, 0.40, 0),
+    (10, 'Middle estuary, surface water', 13, 1, 5000,  600, 2.5,  0.15, 0.00001, 0.025, NULL, 0.45, 0),
+    (11, 'Lower estuary, surface water',  14, 1, 6000, 1100, 3.0,  0.10, 0.00001, 0.025, NULL, 0.35, 0),
+    (12, 'Bay, surface water',            15, 1, 7000, 2400, 4.0,  0.05, 0.00001, 0.025, NULL, 0.20, 0),
+    (13, 'Middle estuary, bottom water',  25, 2, 5000,  450, 3.0, -2.35, 0,       0.025, NULL, 0.30, 0),
+    (14, 'Lower estuary, bottom water',   26, 2, 6000,  850, 5.0, -2.90, 0,       0.025, NULL, 0.25, 0),
+    (15, 'Bay, bottom water',             27, 2, 7000, 1500, 9.0, -3.95, 0,       0.025, NULL, 0.12, 0))
 INSERT INTO segment (number, name, bottom_segment, type, flow_option, volume,
                      velocity_multiplier, velocity_exponent, depth_multiplier, depth_exponent,
                      slope, length, width, roughness, minimum_depth, initial_surface_elevation, bottom_elevation,
                      initial_depth, weir_height, weir_type)
 SELECT number, name, below, type, 1, length * width * depth,
-       round(mean_flow / (width * depth) / pow(mean_flow, iif(number < 9, 0.4, 1)), 5), iif(number < 9, 0.4, 1),
-       round(iif(number < 9, depth / pow(mean_flow, 0.6), depth), 5), iif(number < 9, 0.6, 0),
+       ifnull(tide, round(mean_flow / (width * depth) / pow(mean_flow, 0.4), 5)), iif(tide, 0, 0.4),
+       iif(tide, depth, round(depth / pow(mean_flow, 0.6), 5)), iif(tide, 0, 0.6),
        slope, length, width, roughness, depth / 10, surface, surface - depth,
        depth, weir, iif(weir > 0, 1, 0)
 FROM water;
@@ -133,8 +134,8 @@ WITH path(flow_field, flow_function, number, first_segment, second_segment, frac
 INSERT INTO flow_path (flow_field, flow_function, number, first_segment, second_segment, fraction)
 SELECT flow_field, flow_function, number, first_segment, second_segment, fraction FROM path;
 
--- Daily flows. flood: how far rain raises the flow above its season, as a part of the season's flow; a flood comes
--- with the highest tenth or so of the weather and falls off with it. Winter is wet: peak is the wettest day.
+-- Daily flows: those of the season and of the weather, and floods. A flood comes while the weather is wetter than 0.25
+-- (it goes from -1 to 1) and adds to the season's flow its multiple by `flood`, most in the wettest season.
 WITH RECURSIVE
     day(day) AS (SELECT 0 UNION ALL SELECT day + 1 FROM day WHERE day < 365),
     weather(day, wet) AS (
@@ -311,8 +312,8 @@ SELECT time_function_type, time_function, day + 1, day,
        round(mean + amplitude * cos(2 * pi() * (day - peak) / 365.25) + variation * wet, 4)
 FROM season, weather;
 
--- What differs from segment to segment. The roughness of the bed's oxygen demand was surveyed twice; the first survey
--- is kept and not used.
+-- What differs from segment to segment. The oxygen demand of the bed was surveyed twice; the first survey is kept and
+-- not used.
 INSERT INTO parameter_type (number, isc)
 VALUES (1, 1),
        (2, 4),
@@ -346,7 +347,7 @@ INSERT INTO parameter_value (parameter_type, parameter, segment, value)
 SELECT parameter_type, parameter, segment, value FROM value;
 
 -- Constants of the whole water body, at 20 degrees C where they follow the temperature. The file shows 40 characters
--- of a description. ISC 40 has two instances, of which the second, an older formula, is not used.
+-- of a description. ISC 40 has two instances; the second, of an older formula, is not used.
 INSERT INTO constant_type (number, isc)
 VALUES (1, 11), (2, 12), (3, 13), (4, 21), (5, 22), (6, 31), (7, 32), (8, 33), (9, 34), (10, 35), (11, 36), (12, 37),
        (13, 38), (14, 40), (15, 45), (16, 46), (17, 50);
