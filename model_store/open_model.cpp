@@ -76,6 +76,20 @@ void check_identity(const Database& database, const std::filesystem::path& file,
     problems.throw_if_any();
 }
 
+/// SQLite reads the missing part of a last page as zeros.
+void check_length(const Database& database, const std::filesystem::path& file, ProblemList& problems)
+{
+    const std::int64_t expected = database.integer("PRAGMA page_size") * database.integer("PRAGMA page_count");
+    std::error_code error;
+    const std::uintmax_t length = std::filesystem::file_size(file, error);
+    if (!error && length < static_cast<std::uintmax_t>(expected)) {
+        problems.add(file_problem(
+            file, "is cut short: it has " + std::to_string(length) + " of " + std::to_string(expected) + " bytes",
+            "copy it again"));
+    }
+    problems.throw_if_any();
+}
+
 /// True for a table with rows of its own, as opposed to a view, a virtual table or nothing.
 bool check_kind(const Database& database, const std::string& table, ProblemList& problems)
 {
@@ -146,6 +160,7 @@ Database open_model(const std::filesystem::path& file, ProblemList& problems)
     distrust(database);
     database.run("BEGIN");
     check_identity(database, file, problems);
+    check_length(database, file, problems);
     for (const TableShape& table : model_tables()) {
         if (check_kind(database, table.name, problems)) {
             check_columns(database, table, problems);

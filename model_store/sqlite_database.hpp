@@ -41,7 +41,7 @@ private:
 /// A prepared statement; finalized with the object, before its database closes.
 class Statement {
 public:
-    /// Prepares the first statement of `sql`; after it handle() is null when there is none but blanks and comments.
+    /// Prepares the first statement of `sql`, which must hold one.
     /// `rest`, when given, receives what follows that statement.
     Statement(const Database& database, std::string_view sql, std::string_view* rest = nullptr);
 

@@ -25,10 +25,12 @@ std::string key_order(std::size_t keys)
     return list;
 }
 
+/// As SQL writes it: with a point even when nothing follows it.
 std::string shortest(double value)
 {
     std::array<char, 32> digits{};
-    return {digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr};
+    std::string text(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr);
+    return text.find_first_not_of("-0123456789") == std::string::npos ? text + ".0" : text;
 }
 
 } // namespace
@@ -248,7 +250,7 @@ std::string TableReader::row_in_words() const
     return words;
 }
 
-/// NULL and BLOB are said in their SQL form.
+/// What has no text of its own is described.
 std::string TableReader::value_in_words(int column) const
 {
     switch (sqlite3_column_type(statement_.handle(), column)) {
@@ -256,7 +258,7 @@ std::string TableReader::value_in_words(int column) const
     case SQLITE_BLOB: return "BLOB of " + std::to_string(sqlite3_column_bytes(statement_.handle(), column)) + " bytes";
     case SQLITE_INTEGER: return std::to_string(sqlite3_column_int64(statement_.handle(), column));
     case SQLITE_FLOAT: return shortest(sqlite3_column_double(statement_.handle(), column));
-    default: return printable(statement_.text(column));
+    default: return statement_.text(column).empty() ? "empty text" : printable(statement_.text(column));
     }
 }
 

@@ -1,0 +1,81 @@
+#include "tests/model_store/store_fixture.hpp"
+
+namespace velm {
+
+using RoundTrip = StoreTest;
+
+TEST_F(RoundTrip, gives_back_every_field)
+{
+    const Model model = full_model();
+    save_model(model, file("model.db"));
+    EXPECT_TRUE(load_model(file("model.db")) == model);
+    EXPECT_EQ(names_in_folder(), std::vector<std::string>{"model.db"});
+}
+
+TEST_F(RoundTrip, is_tried_with_something_in_every_column)
+{
+    const auto database = good_database();
+    for (const std::string& table : query(database, "SELECT name FROM sqlite_schema WHERE type = 'table'")) {
+        for (const std::string& column : query(database, "SELECT name FROM pragma_table_info('" + table + "')")) {
+            const std::string special = "SELECT count(*) FROM " + table + " WHERE " + column + " NOT IN (0, '')";
+            EXPECT_NE(query(database, special), std::vector<std::string>{"0"}) << table << "." << column;
+        }
+    }
+}
+
+TEST_F(RoundTrip, takes_the_texts_as_utf8)
+{
+    const auto database = good_database();
+    EXPECT_EQ(query(database, "SELECT name FROM system"),
+              (std::vector<std::string>{"Ammonia of thirty letters äöüß", "Salt"}));
+}
+
+TEST_F(RoundTrip, fills_what_is_left_out_with_the_models_own_defaults)
+{
+    create_database(std::string(model_schema()) +
+                        "INSERT INTO model DEFAULT VALUES; INSERT INTO system (name) VALUES ('A'), ('B');"
+                        "INSERT INTO segment DEFAULT VALUES; INSERT INTO flow_field DEFAULT VALUES;"
+                        "INSERT INTO initial_condition (system, segment, concentration) VALUES (1, 1, 7), (2, 1, 8);"
+                        "INSERT INTO constant_type (isc) VALUES (5);"
+                        "INSERT INTO constant (constant_type, number, value) VALUES (1, 1, 6);",
+                    file("model.db"));
+    Model expected;
+    expected.systems.resize(2);
+    expected.systems[0].name = "A";
+    expected.systems[0].initial_conditions = {{7, 1}};
+    expected.systems[1].name = "B";
+    expected.systems[1].initial_conditions = {{8, 1}};
+    expected.segments.resize(1);
+    expected.flow_fields.resize(1);
+    expected.constant_types = {{5, {{true, "", 6}}}};
+    EXPECT_TRUE(load_model(file("model.db")) == expected);
+}
+
+TEST_F(RoundTrip, knows_rows_by_their_numbers_and_not_by_their_order)
+{
+    const auto database = good_database();
+    spoil(database, "CREATE TABLE copy AS SELECT * FROM boundary_value ORDER BY number DESC, boundary;"
+                    "DROP TABLE boundary_value; ALTER TABLE copy RENAME TO boundary_value;"
+                    "ALTER TABLE boundary_value ADD COLUMN remark; CREATE VIEW mine AS SELECT 1;");
+    EXPECT_TRUE(load_model(database) == full_model());
+}
+
+TEST_F(RoundTrip, takes_the_longest_series_that_an_export_takes)
+{
+    const auto database = good_database();
+    spoil(database, "WITH RECURSIVE pair (n) AS (VALUES (1) UNION ALL SELECT n + 1 FROM pair WHERE n < 100000)"
+                    "INSERT INTO boundary_value SELECT 1, 2, n, n / 4.0, -n FROM pair");
+    std::vector<std::uint64_t> progress;
+    LoadOptions options;
+    options.on_progress = [&](std::uint64_t rows) { progress.push_back(rows); };
+    const Model model = load_model(database, options);
+    const TimeSeries& series = model.systems[0].boundaries.items[1].series;
+    ASSERT_EQ(series.times.size(), 100000U);
+    EXPECT_EQ(series.times.back(), 25000.0F);
+    EXPECT_EQ(series.values.back(), -100000.0F);
+    ASSERT_EQ(progress.size(), 2U);
+    EXPECT_EQ(progress.front(), 65536U);
+    EXPECT_GT(progress.back(), 100000U);
+}
+
+} // namespace velm

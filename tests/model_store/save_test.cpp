@@ -1,0 +1,95 @@
+#include "tests/model_store/store_fixture.hpp"
+
+#include <limits>
+
+namespace velm {
+
+using Save = StoreTest;
+
+TEST_F(Save, refuses_what_a_load_would_refuse_and_leaves_no_file)
+{
+    struct Case {
+        std::function<void(Model& model)> change;
+        std::string error;
+    };
+    const std::vector<Case> cases = {
+        {[](Model& model) { model.systems[1].tag = "sixsix"; },
+         "table system, system 2: CHECK constraint failed: length(tag) <= 5; change the model"},
+        {[](Model& model) { model.segments[2].slope = std::numeric_limits<float>::quiet_NaN(); },
+         "table segment, segment 3: NOT NULL constraint failed: segment.slope; change the model"},
+        {[](Model& model) { model.segments[2].slope = std::numeric_limits<float>::infinity(); },
+         "table segment, segment 3, column slope: 'inf' is not finite; store a finite number"},
+        {[](Model& model) { model.segments[2].name = std::string("a\0b", 3); },
+         "table segment, segment 3, column name: 'a\\x00b' has a NUL character; remove it"},
+        {[](Model& model) { model.systems[0].loads.items[1].series.values.pop_back(); },
+         "table load_value, system 1, load 2: there are 3 times and 2 values; give as many of both"},
+        {[](Model& model) { model.systems[1].initial_conditions.pop_back(); },
+         "table initial_condition, system 2, column segment: there is no row for segment 3; give a row for each "
+         "segment"},
+        {[](Model& model) { model.systems[0].boundaries.items[1].segment = 4; },
+         "table boundary, system 1, boundary 2: FOREIGN KEY constraint failed; change the model"},
+        {[](Model& model) { model.parameter_types[1].isc = 21; },
+         "table parameter_type, parameter type 2: UNIQUE constraint failed: parameter_type.isc; change the model"},
+        {[](Model& model) {
+             model.systems[0].loads.items[0].series = {std::vector<float>(100001), std::vector<float>(100001)};
+         },
+         "table load_value, system 1, load 1, pair 100001: CHECK constraint failed: number BETWEEN 1 AND 100000; "
+         "change the "
+         "model"},
+    };
+    for (const Case& refused : cases) {
+        Model model = full_model();
+        refused.change(model);
+        EXPECT_EQ(error_of([&] { save_model(model, file("model.db")); }), refused.error);
+        EXPECT_TRUE(names_in_folder().empty()) << refused.error;
+    }
+}
+
+TEST_F(Save, never_replaces_a_file)
+{
+    const auto database = good_database();
+    const std::string before = bytes_of(database);
+    std::filesystem::create_symlink("nowhere", file("link"));
+    for (const std::string name : {"good.db", "link", "."}) {
+        const std::string error = quoted(file(name)) + " exists already; give another name, or remove the file first";
+        EXPECT_EQ(error_of([&] { save_model(Model{}, file(name)); }), error);
+        EXPECT_EQ(error_of([&] { create_database(model_schema(), file(name)); }), error);
+    }
+    // also when it appears while the new one is being written
+    EXPECT_EQ(error_of([&] {
+                  create_database("ATTACH '" + file("late.db").string() + "' AS late; CREATE TABLE late.mine (a)",
+                                  file("late.db"));
+              }),
+              quoted(file("late.db")) + " exists already; give another name, or remove the file first");
+    EXPECT_EQ(query(file("late.db"), "SELECT name FROM sqlite_schema"), std::vector<std::string>{"mine"});
+    EXPECT_EQ(bytes_of(database), before);
+    EXPECT_EQ(names_in_folder(), (std::vector<std::string>{"good.db", "late.db", "link"}));
+}
+
+TEST_F(Save, names_the_folder_that_is_missing)
+{
+    EXPECT_EQ(error_of([&] { save_model(Model{}, file("no/model.db")); }),
+              quoted(file("no/model.db")) +
+                  " cannot be written: unable to open database file; check that the folder exists, can be written to "
+                  "and has room");
+}
+
+TEST_F(Save, names_the_line_of_a_failing_statement)
+{
+    const auto error = [this](const std::string& sql) {
+        return error_of([&] { create_database(std::string(model_schema()) + "\n-- more\n" + sql, file("model.db")); });
+    };
+    std::size_t line = 3;
+    for (const char character : model_schema()) {
+        line += character == '\n' ? 1U : 0U;
+    }
+    const auto at = [&](std::size_t after) { return "the statement from line " + std::to_string(line + after) + ": "; };
+    const std::string correct = "; correct the SQL";
+    EXPECT_EQ(error("\nINSRT"), at(1) + "near \"INSRT\": syntax error" + correct);
+    EXPECT_EQ(error("INSERT INTO model DEFAULT VALUES;\n\nINSERT INTO\n flow_value VALUES (1, 1, 1, 0, 0)"),
+              at(2) + "FOREIGN KEY constraint failed" + correct);
+    EXPECT_EQ(error("INSERT INTO system (name) VALUES (\"double\")"), at(0) + "no such column: double" + correct);
+    EXPECT_TRUE(names_in_folder().empty());
+}
+
+} // namespace velm
