@@ -165,9 +165,13 @@ private:
             fail(LayoutMistake::count_of_zero);
         } else if (peek() == '\'') {
             counted ? void(fail(LayoutMistake::count_before_literal)) : read_literal();
-        } else if (take('X')) {
-            counted ? append({ItemKind::blanks, 0, count, 0, count_offset})
-                    : void(fail(LayoutMistake::count_before_x_expected));
+        } else if (peek() == 'X') {
+            if (!counted) {
+                fail(LayoutMistake::count_before_x_expected);
+                return;
+            }
+            ++at_;
+            append({ItemKind::blanks, 0, count, 0, count_offset});
         } else if (peek() == '(') {
             read_group(count, within_group);
         } else {
@@ -213,8 +217,10 @@ private:
             fail(LayoutMistake::width_expected);
             return;
         }
+        const std::size_t width_offset = at_;
         item.width = read_number();
         if (item.width == 0) {
+            at_ = width_offset;
             fail(LayoutMistake::width_of_zero);
         }
         if (item.kind != ItemKind::real || !sound()) {
@@ -225,9 +231,14 @@ private:
             return;
         }
         item.decimals = read_number();
+        if (!sound()) {
+            return;
+        }
         if (item.width > Layout::widest_real) {
+            at_ = width_offset;
             fail(LayoutMistake::real_wider_than_20_columns);
         } else if (item.decimals >= item.width) {
+            at_ = width_offset;
             fail(LayoutMistake::more_decimals_than_columns);
         }
     }
