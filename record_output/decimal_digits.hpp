@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
@@ -41,9 +42,10 @@ __extension__ using Product = unsigned __int128;
 ///
 ///     x = m * 2^e * 10^(8-k)        is from 10^7 up to 2 * 10^8,
 ///
-/// and its whole part is the eight digits wanted, or nine of which the last is dropped. We compute
-/// m * multiplier / 2^(24 + shift) / 2^... in one 64 by 64 bit product: multiplier is 2^e * 10^(8-k)
-/// scaled by a power of two to 64 significant bits and rounded up.
+/// and its whole part is the eight digits wanted, or nine of which the last is dropped. The multiplier is
+/// 2^e * 10^(8-k), scaled by a power of two to 64 significant bits and rounded up, so that
+///
+///     x = m * multiplier / 2^(24 + shift)        is one 64 by 64 bit product, of which the upper half is enough.
 ///
 /// Rounding up adds less than 2^-35 to x (m < 2^24, the multiplier's last bit is worth 2^-59 or less), so the
 /// whole part is right unless x lies less than that below a whole number. No single-precision value
@@ -137,16 +139,11 @@ inline constexpr auto digit_scales = [] {
     return scales;
 }();
 
-static_assert(
-    [] {
-        for (const DigitScale& scale : digit_scales) {
-            if (scale.shift < 35 || scale.shift > 40 || (scale.multiplier >> 63) == 0) {
-                return false;
-            }
-        }
-        return true;
-    }(),
-    "the error bound above needs these scales");
+static_assert(std::ranges::all_of(digit_scales,
+                                  [](const DigitScale& scale) {
+                                      return scale.shift >= 35 && scale.shift <= 40 && (scale.multiplier >> 63) == 1;
+                                  }),
+              "the error bound above needs these scales");
 
 } // namespace detail
 

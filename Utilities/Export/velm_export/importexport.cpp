@@ -29,7 +29,7 @@ void post_failure(const char* operation, const char* message)
 {
     FailureText closing;
     closing.add("File Export failed: ").add(message).add(" (").add(operation).add(" error on channel 5)</span></li>");
-    request<"PINFOHTML">("<li><span style=\"font-weight: bold; color: red;\">");
+    request<"PINFOHTML">(R"(<li><span style="font-weight: bold; color: red;">)");
     request<"PINFOHTML">(NulEndedText{closing.characters, static_cast<Integer>(closing.end - closing.characters) + 1});
 }
 

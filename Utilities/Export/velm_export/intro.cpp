@@ -21,29 +21,29 @@ void post_line(std::string_view line)
 
 void intro()
 {
-    request<"PINFOHTML">("<center><body><table style=\"text-align: left; width: 332px; height: 284px;\"");
-    request<"PINFOHTML">("border=\"1\" cellpadding=\"2\" cellspacing=\"2\"><tbody>");
-    request<"PINFOHTML">("<tr style=\"font-weight: bold; color: white;\"align=\"center\">");
-    request<"PINFOHTML">("<td style=\"background-color: blue;\">");
+    request<"PINFOHTML">(R"(<center><body><table style="text-align: left; width: 332px; height: 284px;")");
+    request<"PINFOHTML">(R"(border="1" cellpadding="2" cellspacing="2"><tbody>)");
+    request<"PINFOHTML">(R"(<tr style="font-weight: bold; color: white;"align="center">)");
+    request<"PINFOHTML">(R"(<td style="background-color: blue;">)");
     request<"PINFOHTML">("VELM Export Utility Version Information</td></tr>");
-    request<"PINFOHTML">("<tr style=\"font-weight: bold;\" align=\"Left\"><td>");
+    request<"PINFOHTML">(R"(<tr style="font-weight: bold;" align="Left"><td>)");
     post_line<30>(build_information::banner);
-    request<"PINFOHTML">("</td></tr><tr style=\"font-weight: bold;\" align=\"Left\"><td>");
+    request<"PINFOHTML">(R"(</td></tr><tr style="font-weight: bold;" align="Left"><td>)");
     post_line<30>(build_information::model_revision);
     request<"PINFOHTML">("</td></tr>");
-    request<"PINFOHTML">("<tr style=\"font-weight: bold;\" align=\"Left\"><td>");
+    request<"PINFOHTML">(R"(<tr style="font-weight: bold;" align="Left"><td>)");
     post_line<50>(build_information::build_time);
-    request<"PINFOHTML">("</td></tr><tr style=\"font-weight: bold;\" align=\"Left\"><td>");
+    request<"PINFOHTML">(R"(</td></tr><tr style="font-weight: bold;" align="Left"><td>)");
     post_line<30>(build_information::model_branch);
-    request<"PINFOHTML">("</td></tr><tr style=\"font-weight: bold;\" align=\"Left\"><td>");
+    request<"PINFOHTML">(R"(</td></tr><tr style="font-weight: bold;" align="Left"><td>)");
     post_line<30>(build_information::interface_revision);
-    request<"PINFOHTML">("</td></tr><tr style=\"font-weight: bold;\" align=\"Left\"><td>");
+    request<"PINFOHTML">(R"(</td></tr><tr style="font-weight: bold;" align="Left"><td>)");
     post_line<30>(build_information::interface_branch);
-    request<"PINFOHTML">("</td></tr><tr style=\"font-weight: bold;\" align=\"Left\"><td>");
+    request<"PINFOHTML">(R"(</td></tr><tr style="font-weight: bold;" align="Left"><td>)");
     post_line<30>(build_information::platform);
-    request<"PINFOHTML">("</td></tr><tr style=\"font-weight: bold;\" align=\"Left\"><td>");
+    request<"PINFOHTML">(R"(</td></tr><tr style="font-weight: bold;" align="Left"><td>)");
     post_line<30>(build_information::architecture);
-    request<"PINFOHTML">("</td></tr><tr style=\"font-weight: bold;\" align=\"Left\"><td>");
+    request<"PINFOHTML">(R"(</td></tr><tr style="font-weight: bold;" align="Left"><td>)");
     post_line<30>(build_information::build_type);
     request<"PINFOHTML">("</td></tr></tbody></table><br></body></Center>");
 }

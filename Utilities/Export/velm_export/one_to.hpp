@@ -27,7 +27,7 @@ public:
         std::int64_t number_;
     };
 
-    [[nodiscard]] Iterator begin() const { return Iterator(1); }
+    [[nodiscard]] static Iterator begin() { return Iterator(1); }
     [[nodiscard]] Iterator end() const { return Iterator(last_ + 1); }
 
 private:

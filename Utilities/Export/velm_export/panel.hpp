@@ -10,7 +10,7 @@ namespace velm {
 template <std::size_t N>
 void announce(const char (&closing)[N])
 {
-    request<"PINFOHTML">("<li><span style=\"font-weight: bold; color: blue;\">");
+    request<"PINFOHTML">(R"(<li><span style="font-weight: bold; color: blue;">)");
     request<"PINFOHTML">(closing);
 }
 
