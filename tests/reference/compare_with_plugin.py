@@ -178,7 +178,7 @@ def main():
     arguments = argparse.ArgumentParser(description=__doc__)
     arguments.add_argument("build", type=Path, help="folder of libprevelmwdll and libvelm_export")
     arguments.add_argument("--seed", type=int, default=1, help="of the first host (default %(default)s)")
-    arguments.add_argument("--count", type=int, default=100, help="exports, one host each (default %(default)s)")
+    arguments.add_argument("--count", type=int, default=60, help="exports, one host each (default %(default)s)")
     options = arguments.parse_args()
     start = time.monotonic()
     requests, size = run(options.build.resolve(), options.seed, options.count)

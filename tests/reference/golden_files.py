@@ -209,7 +209,8 @@ def check_model(sql, options, folder):
     """Returns the keys that the model requested."""
     model = folder / f"{sql.stem}.db"
     database = sqlite3.connect(model)
-    database.executescript(options.schema.read_text("utf-8") + "PRAGMA foreign_keys = ON;" + sql.read_text("utf-8"))
+    statements = options.schema.read_text("utf-8") + sql.read_text("utf-8")
+    database.executescript(f"PRAGMA foreign_keys = ON; BEGIN; {statements} COMMIT;")
     file, keys = reference_export(database)
     database.close()
     golden = sql.with_suffix(".inp")

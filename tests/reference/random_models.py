@@ -175,7 +175,8 @@ class RandomHost:
         if family == 5:  # eight and nine digits
             return real_of(sign * pick.randint(10**6, 10**9) * 10.0 ** -pick.randint(0, 9))
         if family == 6:  # around the widest number of a column
-            return Real(real_of(sign * (10.0 ** pick.randint(1, 9) - 0.5 * 10.0 ** -pick.randint(1, 6))) + pick.randint(-3, 3))
+            widest = 10.0 ** pick.randint(1, 9) - 0.5 * 10.0 ** -pick.randint(1, 6)
+            return Real(real_of(sign * widest) + pick.randint(-3, 3))
         return real_of(sign * pick.choice([round(pick.uniform(0, 400), pick.randint(0, 4)), pick.lognormvariate(0, 4)]))
 
     def series(self, cell):
