@@ -28,7 +28,7 @@ void run_script(const Database& database, std::string_view script)
         const std::string_view before = script.substr(0, script.size() - rest.size());
         try {
             Statement statement(database, rest, &rest);
-            while (statement.step()) {
+            while (statement.handle() != nullptr && statement.step()) {
             }
         } catch (const SqliteError& error) {
             const auto line = 1 + std::count(before.begin(), before.end(), '\n');

@@ -25,7 +25,7 @@ namespace fs = std::filesystem;
 /// A name beside the file to come, so that the two lie on one file system; removed with the object.
 class TemporaryFile {
 public:
-    explicit TemporaryFile(const fs::path& file) : path_(file)
+    explicit TemporaryFile(fs::path file) : path_(std::move(file))
     {
         std::random_device random;
         path_ += ".new-" + std::to_string(random()) + std::to_string(random());

@@ -2,6 +2,7 @@
 
 #include "model_store/model_store.hpp"
 
+#include <algorithm>
 #include <cstddef>
 #include <utility>
 #include <vector>
@@ -11,7 +12,8 @@ namespace velm {
 /// Collects problems up to a limit, so that a modeller sees all of them and not one at a time.
 class ProblemList {
 public:
-    explicit ProblemList(std::size_t most) : most_(most) {}
+    /// At least one is collected, for an error must say something.
+    explicit ProblemList(std::size_t most) : most_(std::max<std::size_t>(most, 1)) {}
 
     /// Throws StoreError with what was collected when there is no room for another.
     void add(StoreProblem problem)

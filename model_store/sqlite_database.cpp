@@ -13,10 +13,11 @@ namespace {
 
 Database::Database(const std::filesystem::path& file, int flags)
 {
-    // an absolute path keeps a file that happens to be called ":memory:" or "" from being something else
-    const std::string name = file == ":memory:" ? file.string() : std::filesystem::absolute(file).string();
+    // given a file's whole path, SQLite cannot take its name for a special one; it wants UTF-8 everywhere
+    const std::u8string name = std::filesystem::absolute(file).u8string();
     sqlite3* connection = nullptr;
-    const int result = sqlite3_open_v2(name.c_str(), &connection, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+    const int result =
+        sqlite3_open_v2(reinterpret_cast<const char*>(name.c_str()), &connection, flags | SQLITE_OPEN_NOMUTEX, nullptr);
     connection_.reset(connection);
     if (result != SQLITE_OK) {
         throw SqliteError(result, connection == nullptr ? sqlite3_errstr(result) : sqlite3_errmsg(connection));

@@ -21,7 +21,7 @@ public:
 /// An open connection; closed with the object.
 class Database {
 public:
-    /// `flags` are those of sqlite3_open_v2. Every special name is taken as a plain path but ":memory:".
+    /// `flags` are those of sqlite3_open_v2. No name is special: ":memory:" is a file's, too.
     Database(const std::filesystem::path& file, int flags);
 
     /// Runs statements that answer nothing.
@@ -41,8 +41,8 @@ private:
 /// A prepared statement; finalized with the object, before its database closes.
 class Statement {
 public:
-    /// Prepares the first statement of `sql`, which must hold one.
-    /// `rest`, when given, receives what follows that statement.
+    /// Prepares the first statement of `sql`. handle() is null, and there is nothing to step through, when that is
+    /// empty. `rest`, when given, receives what follows that statement.
     Statement(const Database& database, std::string_view sql, std::string_view* rest = nullptr);
 
     /// Goes to the next row; false when there is none. Throws SqliteError.

@@ -28,7 +28,7 @@ TableShape shape_of(const Database& database, std::string_view table)
 const Reference& reference()
 {
     static const Reference result = [] {
-        const Database database(":memory:", SQLITE_OPEN_READWRITE);
+        const Database database("schema", SQLITE_OPEN_READWRITE | SQLITE_OPEN_MEMORY);
         database.run(std::string(model_schema()).c_str());
         Reference made{{}, identity_of(database)};
         Statement tables(database, "SELECT name FROM sqlite_schema WHERE type = 'table' ORDER BY rowid");

@@ -48,7 +48,7 @@ private:
     void bind(int column, std::int64_t value) { sqlite3_bind_int64(statement_.handle(), column, value); }
     void bind(int column, std::size_t value) { bind(column, static_cast<std::int64_t>(value)); }
     void bind(int column, std::int32_t value) { bind(column, std::int64_t{value}); }
-    void bind(int column, bool value) { bind(column, std::int64_t{value}); }
+    void bind(int column, bool value) { bind(column, std::int64_t{value ? 1 : 0}); }
     void bind(int column, float value) { sqlite3_bind_double(statement_.handle(), column, value); }
     void bind(int column, const std::string& latin1)
     {

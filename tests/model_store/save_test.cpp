@@ -90,6 +90,7 @@ TEST_F(Save, names_the_line_of_a_failing_statement)
               at(2) + "FOREIGN KEY constraint failed" + correct);
     EXPECT_EQ(error("INSERT INTO system (name) VALUES (\"double\")"), at(0) + "no such column: double" + correct);
     EXPECT_TRUE(names_in_folder().empty());
+    EXPECT_EQ(error("; /* nothing */ ;"), "no error");
 }
 
 } // namespace velm
