@@ -258,8 +258,8 @@ FROM steady
 JOIN boundary ON boundary.system = steady.system AND boundary.number >= 5
 JOIN (SELECT 1 AS number, 0 AS time UNION ALL SELECT 2, 365) AS moment;
 
--- Two point loads in kg/day: the effluent of the town's treatment plant in segment 6, every system but oxygen and
--- salt, and the wash water of a fish market at the quay of segment 10, which does not work on Sundays.
+-- Two point loads in kg/day: the effluent of the town's treatment plant in segment 6, which varies with the season and
+-- the day of the week, and the wash water of a fish market at the quay of segment 10, which is closed on Sundays.
 INSERT INTO load (system, number, segment)
 SELECT number, 1, 6 FROM system WHERE tag IN ('NH3', 'NO3', 'PO4', 'CBODU', 'TSS')
 UNION ALL
