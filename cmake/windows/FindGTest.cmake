@@ -1,0 +1,12 @@
+# Built for this target from the sources that Debian ships with the library.
+set(source /usr/src/googletest/googletest)
+include(FindPackageHandleStandardArgs)
+find_package_handle_standard_args(GTest DEFAULT_MSG source)
+if(NOT TARGET GTest::gtest_main)
+    add_library(gtest STATIC ${source}/src/gtest-all.cc ${source}/src/gtest_main.cc)
+    target_include_directories(gtest PRIVATE ${source})
+    target_include_directories(gtest SYSTEM PUBLIC ${source}/include)
+    target_compile_options(gtest PRIVATE -w)
+    add_library(GTest::gtest_main ALIAS gtest)
+    add_library(GTest::gtest ALIAS gtest)
+endif()
