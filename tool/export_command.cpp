@@ -1,11 +1,11 @@
 #include "headless_host/headless_host.hpp"
 #include "tool/commands.hpp"
 #include "tool/model_file.hpp"
+#include "tool/operating_system.hpp"
 #include "tool/panel_page.hpp"
 #include "tool/plug_in.hpp"
 #include "tool/progress_bar.hpp"
 #include "tool/replaced_file.hpp"
-#include "tool/terminal.hpp"
 #include "tool/written_file.hpp"
 
 #include <CLI/CLI.hpp>

@@ -2,8 +2,8 @@
 
 #include "model_store/model_store.hpp"
 #include "tool/exit_code.hpp"
+#include "tool/operating_system.hpp"
 #include "tool/progress_bar.hpp"
-#include "tool/terminal.hpp"
 
 #include <filesystem>
 #include <iostream>

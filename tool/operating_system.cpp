@@ -1,14 +1,16 @@
 #include "tool/operating_system.hpp"
 
+#include "tool/random_characters.hpp"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
 #include <csignal>
 #include <cstdlib>
-#include <random>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -99,16 +101,6 @@ void forget(const fs::path& temporary)
     }
 }
 
-std::string random_characters()
-{
-    constexpr std::string_view characters = "abcdefghijklmnopqrstuvwxyz0123456789";
-    std::random_device source;
-    std::uniform_int_distribution<std::size_t> pick(0, characters.size() - 1);
-    std::string result(6, ' ');
-    std::generate(result.begin(), result.end(), [&] { return characters[pick(source)]; });
-    return result;
-}
-
 /// Opens, writes through and closes. A directory that cannot do this is no failure: the rename stands.
 void write_through(const fs::path& file, bool required)
 {
@@ -131,9 +123,10 @@ fs::path executable_directory()
     return fs::read_symlink("/proc/self/exe").parent_path();
 }
 
-bool standard_error_is_terminal()
+bool has_capable_terminal()
 {
-    return isatty(STDERR_FILENO) == 1;
+    const char* const kind = std::getenv("TERM"); // NOLINT(concurrency-mt-unsafe): the tool has one thread
+    return isatty(STDERR_FILENO) == 1 && kind != nullptr && *kind != '\0' && kind != std::string_view("dumb");
 }
 
 std::size_t terminal_columns()

@@ -8,7 +8,8 @@ namespace velm {
 
 [[nodiscard]] std::filesystem::path executable_directory();
 
-[[nodiscard]] bool standard_error_is_terminal();
+/// True when standard error is a terminal that can rewrite a line and knows colours.
+[[nodiscard]] bool has_capable_terminal();
 /// Characters in a line of the terminal at standard error; 80 when it does not say.
 [[nodiscard]] std::size_t terminal_columns();
 

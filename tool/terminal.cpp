@@ -6,25 +6,11 @@
 #include <iostream>
 
 namespace velm {
-namespace {
-
-std::string_view environment(const char* name)
-{
-    const char* const value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): the tool has one thread
-    return value == nullptr ? "" : value;
-}
-
-} // namespace
-
-bool has_capable_terminal()
-{
-    const std::string_view kind = environment("TERM");
-    return standard_error_is_terminal() && !kind.empty() && kind != "dumb";
-}
 
 void print_error(std::string_view text)
 {
-    const bool coloured = has_capable_terminal() && environment("NO_COLOR").empty();
+    const char* const no_colour = std::getenv("NO_COLOR"); // NOLINT(concurrency-mt-unsafe): the tool has one thread
+    const bool coloured = has_capable_terminal() && (no_colour == nullptr || *no_colour == '\0');
     std::cerr << (coloured ? "\x1b[1;31mvelm:\x1b[0m " : "velm: ") << text << '\n';
 }
 

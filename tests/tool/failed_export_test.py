@@ -81,12 +81,16 @@ class FailedExport(ToolCase):
 
     def test_full_disk(self):
         def limit_files():
-            resource.setrlimit(resource.RLIMIT_FSIZE, (3000, 3000))
+            resource.setrlimit(resource.RLIMIT_FSIZE, (500, 500))
 
-        code, _, messages = self.velm("export", "model.db", "out.inp", preexec_fn=limit_files)
-        self.assertEqual(code, 4)
-        self.assertIn("? File too large\n? WRITE error on channel 5\n", messages)
-        self.assertIn(UNCHANGED + "the plug-in did not announce completion; it said last: File Export failed: File too large", messages)
+        result = self.velm("export", "model.db", "out.inp", preexec_fn=limit_files)
+        self.assertEqual(result, (4, "", "? File too large\n? WRITE error on channel 5\n" + UNCHANGED +
+                                  "the plug-in did not announce completion; it said last: "
+                                  "File Export failed: File too large (WRITE error on channel 5)\n"))
+        self.assert_unharmed()
+        # a plug-in that does not notice
+        result = self.failing_export("none", preexec_fn=limit_files)
+        self.assertEqual(result, (4, "", UNCHANGED + "the plug-in announced completion but wrote 7 of 11 sections\n"))
         self.assert_unharmed()
 
     def start_waiting_export(self):
