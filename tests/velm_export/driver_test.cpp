@@ -1,0 +1,355 @@
+#include "tests/velm_export/export_case.hpp"
+
+#include <algorithm>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <regex>
+
+namespace velm {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string opening = "<li><span style=\"font-weight: bold; color: blue;\">";
+const std::string completion = "File Export is Complete</span></li>";
+
+/// A little of everything that loops.
+const std::string small_model = R"(
+    GNUMSYS() = 1
+    GSYSNAME(1) = "Ammonia" "NH4"
+    GNUMSEG() = 2
+    GIQOPT = 3
+    GNFIELD() = 2
+    GHYDROFILE() = "flow.hyd"
+    GNINQ = 2
+    GNOQS = 2
+    GFLOWFUNCDESC = "River"
+    GNBRKQ = 2
+    GNRFLD() = 2
+    GNTEX = 2
+    GEXCHANGEFUNCDESC = "Mixing"
+    GNORS = 2
+    GNOBRKS = 2
+    GNOBC = 2
+    GNBFP = 2
+    GALLBOUNDFUNC = 0,1 2,3
+    GLOPT() = 1
+    GNPSFILE() = "nps.dat"
+    GNOWK = 2
+    GNBWK = 2
+    GALLLOADFUNC = 0,1 2,3
+    GNUMTFTYPE() = 2
+    GTFISC(1) = 11
+    GTFISC(2) = 12
+    GNUMTIMEFUNC = 2
+    GTFISUSED = 1
+    GTFDESC = "Wind"
+    GNBRKTF = 2
+    GNUMPARAMTYPE() = 2
+    GPARAMISC(1) = 21
+    GPARAMISC(2) = 22
+    GNUMPARAMBYISC = 2
+    GPARAMISUSED = 1
+    GDESCPARAM = "Shade"
+    GNUMCONST() = 2
+    GCONSTTYPEISC(1) = 31
+    GCONSTTYPEISC(2) = 32
+    GNUMCONSTBYISC = 2
+    GCONSTISUSED = 1
+    GCONSTDESCBYISC = "Rate"
+)";
+
+/// Whether this process has the file open.
+bool is_open(const fs::path& path)
+{
+    return std::ranges::any_of(fs::directory_iterator("/proc/self/fd"), [&](const fs::directory_entry& descriptor) {
+        std::error_code gone;
+        return fs::equivalent(descriptor.path(), path, gone);
+    });
+}
+
+TEST(Export, has_all_its_banners_in_order)
+{
+    const TestFolder folder;
+    ScriptedHost host("", folder.path / "model.inp");
+    run_export(host);
+    std::ifstream file(folder.path / "model.inp");
+    std::string banners;
+    for (std::string line; std::getline(file, line);) {
+        banners += line.find("=====") == std::string::npos ? "" : line + '\n';
+    }
+    EXPECT_EQ(shown(banners),
+              shown(" ======================== Model Parameterization ===================================\r\n"
+                    " ======================== Segment Information ===================================\r\n"
+                    " ======================== Flow Path Information ===================================\r\n"
+                    " ======================== Flow Time Series ===================================\r\n"
+                    " ======================== Segment Dispersion/Exhange ===================================\r\n"
+                    " ======================== Boundary Information ===================================\r\n"
+                    " ======================== Load Information ===================================\r\n"
+                    " ======================== Time Functions ===================================\r\n"
+                    " ======================== Segment Parameters ===================================\r\n"
+                    "======================== Scale Factors ====================================\r\n"
+                    "======================== Segment Assignments ====================================\r\n"
+                    " ======================== Constants ===================================\r\n"
+                    " ======================== Initial Conditions ===================================\r\n"));
+}
+
+TEST(Export, tells_the_panel_its_version_then_ten_sections_then_completion)
+{
+    const TestFolder folder;
+    ScriptedHost host("", folder.path / "model.inp");
+    run_export(host);
+    ASSERT_EQ(host.fragments.size(), 25U + 2 * 11);
+    const std::size_t lengths[] = {76, 51, 60, 37, 50, 49, 31, 59, 31, 11, 49, 51, 59,
+                                   31, 59, 31, 59, 31, 59, 31, 59, 31, 59, 31, 47};
+    for (std::size_t i = 0; i < std::size(lengths); ++i) {
+        EXPECT_EQ(host.fragments[i].size(), lengths[i]) << "fragment " << i + 1;
+    }
+    // a line: its text and one NUL, blanks up to its field, one NUL more
+    for (const std::size_t line : {6, 8, 11, 13, 15, 17, 19, 21, 23}) {
+        const std::string& fragment = host.fragments[line];
+        const std::size_t text = fragment.find('\0');
+        EXPECT_EQ(fragment.substr(text + 1), std::string(fragment.size() - text - 2, ' ') + '\0') << line;
+    }
+    const std::string row = "<tr style=\"font-weight: bold;\" align=\"Left\"><td>";
+    const std::string next = "</td></tr>" + row;
+    std::string expected = "<center><body><table style=\"text-align: left; width: 332px; height: 284px;\""
+                           "border=\"1\" cellpadding=\"2\" cellspacing=\"2\"><tbody>"
+                           "<tr style=\"font-weight: bold; color: white;\"align=\"center\">"
+                           "<td style=\"background-color: blue;\">"
+                           "VELM Export Utility Version Information</td></tr>";
+    const char* const lines[] = {
+        R"(QELDA -- VELM Version \d+\.\d+\.\d+)",
+        R"(Model sha: [0-9a-f]{7} dirty)",
+        R"(Built on: (Mon|Tue|Wed|Thu|Fri|Sat|Sun), \d+ [A-Z][a-z]{2} \d{4} \d\d:\d\d:\d\d [+-]\d{4})",
+        R"(Model branch: .{1,15})",
+        R"(Gui sha: [0-9a-f]{7} dirty)",
+        R"(Gui branch: .{1,17})",
+        R"(Platform: [a-z]+)",
+        R"(Architecture: \d+)",
+        R"(Build type: [A-Za-z]+)",
+    };
+    std::size_t at = expected.size();
+    const std::string panel = host.panel();
+    EXPECT_EQ(panel.substr(0, at), expected);
+    for (const char* line : lines) {
+        const std::string before = at == expected.size() ? row : next;
+        EXPECT_EQ(panel.substr(at, before.size()), before) << line;
+        at += before.size();
+        const std::size_t end = panel.find('<', at);
+        const std::string text = panel.substr(at, end - at);
+        EXPECT_TRUE(std::regex_match(text, std::regex(line))) << text << " is not like " << line;
+        at = end;
+    }
+    std::string rest = "</td></tr></tbody></table><br></body></Center>";
+    for (std::size_t section = 1; section <= 11; ++section) {
+        const std::string announcement(announcement_of_section(section));
+        rest += announcement.empty() ? "" : opening + announcement + "</span></li>";
+    }
+    EXPECT_EQ(panel.substr(at), rest + opening + completion);
+    for (std::size_t i = 25; i < host.fragments.size(); ++i) {
+        EXPECT_EQ(host.fragments[i].find('\0'), host.fragments[i].size() - 1) << host.fragments[i];
+    }
+}
+
+TEST(Export, opens_the_file_after_the_version_panel_and_closes_it_before_completion)
+{
+    const TestFolder folder;
+    const fs::path path = folder.path / "model.inp";
+    std::ofstream(path) << std::string(1'000'000, 'o'); // an older and longer file
+    ScriptedHost host(small_model, path);
+    std::string at_completion;
+    host.on_request = [&](const std::string& request) {
+        const std::size_t fragments = host.fragments.size(); // 25 of the version, 20 announcing, 2 completing
+        EXPECT_EQ(is_open(path), fragments > 25 && fragments <= 45) << request;
+        EXPECT_EQ(fs::file_size(path) == 1'000'000, fragments <= 25) << request;
+        if (request == completion) {
+            at_completion = content_of(path);
+        }
+    };
+    run_export(host);
+    EXPECT_EQ(host.requests.front(), "GFILENAME() 10 512");
+    EXPECT_EQ(host.fragments_before[0], 0U);
+    EXPECT_EQ(host.fragments.back().c_str(), completion);
+    EXPECT_EQ(at_completion, content_of(path));
+    EXPECT_EQ(at_completion.substr(at_completion.size() - 2), "\r\n");
+}
+
+TEST(Export, finds_the_file_name_in_its_field)
+{
+    const TestFolder folder;
+    const fs::path path = folder.path / "model.inp";
+    std::string full = folder.path.string() + '/';
+    while (full.size() < 512 - 10) {
+        full += "./";
+    }
+    full += std::string(512 - full.size() - 9, '/') + "model.inp";
+    const std::string name = path.string();
+    const std::string answers[] = {"\"" + name, "'" + name + "\\0/nowhere/", "\"" + name + "\\0junk", "\"" + full};
+    for (const std::string& answer : answers) {
+        fs::remove(path);
+        ScriptedHost host("GFILENAME() = " + answer, "");
+        run_export(host);
+        EXPECT_GT(content_of(path).size(), 1000U) << answer;
+    }
+}
+
+TEST(Export, gives_the_same_file_again_whatever_was_exported_between)
+{
+    const TestFolder folder;
+    std::string contents[4];
+    const std::string scripts[4] = {small_model, "", small_model, "GNUMSYS() = -1"};
+    for (std::size_t i = 0; i < 4; ++i) {
+        ScriptedHost host(scripts[i], folder.path / "model.inp");
+        run_export(host);
+        contents[i] = content_of(folder.path / "model.inp");
+    }
+    EXPECT_EQ(contents[0], contents[2]);
+    EXPECT_GT(contents[0].size(), contents[1].size());
+    EXPECT_EQ(contents[3].size(), contents[1].size());
+}
+
+TEST(Export, does_not_depend_on_index_arguments_that_the_host_overwrites)
+{
+    const TestFolder folder;
+    ScriptedHost host(small_model, folder.path / "sound.inp");
+    run_export(host);
+    ScriptedHost spoiling(small_model, folder.path / "spoilt.inp");
+    spoiling.spoils_indices = true;
+    run_export(spoiling);
+    EXPECT_EQ(spoiling.requests, host.requests);
+    EXPECT_EQ(content_of(folder.path / "spoilt.inp"), content_of(folder.path / "sound.inp"));
+}
+
+/// Texts that are not cleared keep what the host leaves alone, also of an earlier export.
+TEST(Export, leaves_uncleared_texts_to_the_host)
+{
+    const TestFolder folder;
+    ScriptedHost first(small_model, folder.path / "model.inp");
+    run_export(first);
+    ScriptedHost second(R"(
+        GFILENAME() = -
+        GNUMSEG() = 1
+        GIQOPT = 3
+        GNFIELD() = 1
+        GHYDROFILE() = 'F'
+        GNINQ = 1
+        GFLOWFUNCDESC = 'Q' / -
+        GNRFLD() = 1
+        GNTEX = 1
+        GEXCHANGEFUNCDESC = 'exch'
+        GLOPT() = 1
+        GNPSFILE() = 'N')",
+                        "");
+    run_export(second);
+    const std::string file = content_of(folder.path / "model.inp");
+    const std::string parts[] = {
+        "\r\n Flow.hyd" + std::string(504, ' ') + "\r\n",
+        // the time functions of the first export were the last to clear this field, and named it "Wind"
+        "\r\n Qind" + std::string(76, ' ') + "\r\n",
+        "\r\nQind" + std::string(26, ' ') + "\r\n",
+        "\r\n exch" + std::string(76, ' ') + "\r\n",
+        "\r\nNps.dat" + std::string(505, ' ') + "\r\n",
+    };
+    for (const std::string& part : parts) {
+        EXPECT_NE(file.find(part), std::string::npos) << part;
+    }
+}
+
+TEST(Export, takes_as_many_types_and_functions_as_the_host_reports)
+{
+    const TestFolder folder;
+    ScriptedHost host(R"(
+        GNFIELD() = 1
+        GNINQ(1) = 301
+        GFLOWFUNCDESC(1,301) = "the last function"
+        GNUMTFTYPE() = 1001
+        GTFISC(1001) = 991
+        GTFISUSED(991,1) = 1
+        GTFDESC(991,1) = "the last time function"
+        GNUMPARAMTYPE() = 1002
+        GPARAMISC(1002) = 992
+        GNUMPARAMBYISC(992) = 1
+        GPARAMISUSED(992,1) = 1
+        GDESCPARAM(992,1) = "the last parameter"
+        GNUMCONST() = 1003
+        GCONSTTYPEISC(1003) = 993
+        GNUMCONSTBYISC(993) = 1
+        GCONSTISUSED(993,1) = 1
+        GCONSTDESCBYISC(993,1) = "the last constant")",
+                      folder.path / "model.inp");
+    run_export(host);
+    EXPECT_EQ(host.fragments.back().c_str(), completion);
+    const std::string file = content_of(folder.path / "model.inp");
+    for (const char* last : {" the last function ", "     991       1     the last time function ",
+                             "ISC #:   992 Instance:   1 Scale:     0.0000 Description:the last parameter ",
+                             "ISC #:   993 Instance:     1 Value:               0.0000  Desc: the last constant"}) {
+        EXPECT_NE(file.find(std::string("\r\n") + last), std::string::npos) << last;
+    }
+}
+
+struct RefusalCase {
+    const char* special;
+    const char* script;
+    const char* message;
+    const char* operation;
+    const char* last_request;
+    bool leaves_records;
+};
+
+const RefusalCase refusals[] = {
+    {"no output file name", "GFILENAME() = \"", "no output file name", "OPEN", "GFILENAME() 10 512", false},
+    {"a NUL at its start", "GFILENAME() = \"\\0name", "no output file name", "OPEN", "GFILENAME() 10 512", false},
+    {"a folder that is missing", "GFILENAME() = \"/nowhere/model.inp", "No such file or directory", "OPEN",
+     "GFILENAME() 10 512", false},
+    {"a device without space", "GFILENAME() = \"/dev/full", "No space left on device", "WRITE", "", false},
+    {"too many pairs in a boundary", "GNUMSYS() = 2\nGNOBC(2) = 3\nGNBFP(2,3) = 100001",
+     "system 2, boundary 3 has 100001 time pairs; at most 100000 can be exported", "EXPORT", "GNBFP(2,3) 6", true},
+    {"too many pairs in a load", "GNUMSYS() = 1\nGNOWK(1) = 1\nGNBWK(1,1) = 2147483647",
+     "system 1, load 1 has 2147483647 time pairs; at most 100000 can be exported", "EXPORT", "GNBWK(1,1) 6", true},
+};
+
+TEST(Export, says_why_it_stopped_and_asks_nothing_more)
+{
+    for (const RefusalCase& row : refusals) {
+        SCOPED_TRACE(row.special);
+        const TestFolder folder;
+        ScriptedHost host(row.script, folder.path / "model.inp");
+        testing::internal::CaptureStderr();
+        run_export(host);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(),
+                  std::string("? ") + row.message + "\n? " + row.operation + " error on channel 5\n");
+        ASSERT_GE(host.fragments.size(), 27U);
+        EXPECT_EQ(std::string((host.fragments.end() - 2)->c_str()) + host.fragments.back().c_str(),
+                  std::string("<li><span style=\"font-weight: bold; color: red;\">File Export failed: ") + row.message +
+                      " (" + row.operation + " error on channel 5)</span></li>");
+        EXPECT_EQ(host.fragments.back().find('\0'), host.fragments.back().size() - 1);
+        EXPECT_EQ(host.panel().find("Complete"), std::string::npos);
+        if (*row.last_request != '\0') {
+            EXPECT_EQ(host.requests.back(), row.last_request);
+        }
+        const std::string file = content_of(folder.path / "model.inp");
+        EXPECT_EQ(!file.empty(), row.leaves_records);
+        if (row.leaves_records) {
+            EXPECT_TRUE(file.ends_with("\r\n*****               Number of Time Pairs\r\n")) << file;
+        }
+        EXPECT_FALSE(fs::exists(folder.path / "model.inp") && is_open(folder.path / "model.inp"));
+
+        ScriptedHost next("", folder.path / "next.inp");
+        run_export(next);
+        EXPECT_EQ(next.fragments.back().c_str(), completion);
+    }
+}
+
+TEST(Export, takes_100000_pairs_and_writes_them_all)
+{
+    const TestFolder folder;
+    ScriptedHost host("GNUMSYS() = 1\nGNOBC(1) = 1\nGNBFP(1,1) = 100000", folder.path / "model.inp");
+    run_export(host);
+    const std::string records = records_of_section(content_of(folder.path / "model.inp"), 6);
+    EXPECT_EQ(std::count(records.begin(), records.end(), '\n'), 6 + 100'000);
+    EXPECT_EQ(host.fragments.back().c_str(), completion);
+}
+
+} // namespace
+} // namespace velm

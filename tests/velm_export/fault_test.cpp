@@ -1,0 +1,266 @@
+// Faults in the n-th place, for every n: of the file, of storage, of the host. The host's call forms are this test's
+// own, so that the host can throw; the plug-in's objects are linked in, so that the file and storage can fail.
+
+#include "Utilities/Export/velm_export/export_to.hpp"
+#include "Utilities/Export/velm_export/sections.hpp"
+#include "Utilities/IMPORT/import_export.hpp"
+#include "host_link/host_exchange.h"
+#include "host_link/host_keys.hpp"
+#include "tests/support/scripted_file.hpp"
+#include "tests/support/scripted_host.hpp"
+
+#include <cstdlib>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <new>
+#include <stdexcept>
+#include <utility>
+
+namespace {
+
+velm::ScriptedHost* host = nullptr;
+int requests_until_the_host_throws = 0; ///< 0: it does not
+int allocations_until_failure = 0;      ///< 0: storage does not fail
+
+/// Storage that others than the plug-in ask for does not count.
+class Uncounted {
+public:
+    Uncounted() : left_(std::exchange(allocations_until_failure, 0)) {}
+    ~Uncounted() { allocations_until_failure = left_; }
+    Uncounted(const Uncounted&) = delete;
+    Uncounted& operator=(const Uncounted&) = delete;
+    Uncounted(Uncounted&&) = delete;
+    Uncounted& operator=(Uncounted&&) = delete;
+
+private:
+    int left_;
+};
+
+void exchange(velm_host_request request)
+{
+    const Uncounted uncounted;
+    for (std::int32_t i = 0; i < static_cast<std::int32_t>(velm::host_key_count); ++i) {
+        if (velm::host_keys[i].name == request.key) {
+            request.key_position = i;
+        }
+    }
+    const velm::HostKey& key = velm::host_keys[request.key_position];
+    request.key_length = key.length();
+    std::size_t texts = 0;
+    for (const velm::Argument& argument : key.arguments) {
+        if (argument.kind == velm::Kind::text) {
+            request.text_lengths[texts++] = argument.text_length;
+        }
+    }
+    if (key.name == "PINFOHTML") {
+        request.text_lengths[0] = static_cast<std::int32_t>(std::strlen(static_cast<char*>(request.values[0])));
+    }
+    host->serve(request);
+    if (requests_until_the_host_throws != 0 && --requests_until_the_host_throws == 0) {
+        throw std::runtime_error("the database is locked");
+    }
+}
+
+} // namespace
+
+// not inlined: compilers take malloc and delete in one place for a mistake
+[[gnu::noinline]] void* operator new(std::size_t size)
+{
+    if (allocations_until_failure != 0 && --allocations_until_failure == 0) {
+        throw std::bad_alloc();
+    }
+    if (void* storage = std::malloc(size == 0 ? 1 : size)) {
+        return storage;
+    }
+    throw std::bad_alloc();
+}
+[[gnu::noinline]] void operator delete(void* storage) noexcept
+{
+    std::free(storage);
+}
+[[gnu::noinline]] void operator delete(void* storage, std::size_t) noexcept
+{
+    std::free(storage);
+}
+
+// NOLINTBEGIN(cert-dcl50-cpp): the host's contract
+void host_exchange_1(const char* key, void* a, ...)
+{
+    exchange({key, 0, 0, 1, {a}, {}});
+}
+void host_exchange_2(const char* key, void* a, void* b, ...)
+{
+    exchange({key, 0, 0, 2, {a, b}, {}});
+}
+void host_exchange_3(const char* key, void* a, void* b, void* c, ...)
+{
+    exchange({key, 0, 0, 3, {a, b, c}, {}});
+}
+void host_exchange_4(const char* key, void* a, void* b, void* c, void* d, ...)
+{
+    exchange({key, 0, 0, 4, {a, b, c, d}, {}});
+}
+void host_exchange_5(const char* key, void* a, void* b, void* c, void* d, void* e, ...)
+{
+    exchange({key, 0, 0, 5, {a, b, c, d, e}, {}});
+}
+// NOLINTEND(cert-dcl50-cpp)
+
+namespace velm {
+namespace {
+
+const char* const completion = "File Export is Complete</span></li>";
+
+const std::string small_model = R"(
+    GNUMSYS() = 2
+    GNUMSEG() = 3
+    GNFIELD() = 2
+    GNOWK = 1
+    GNUMTFTYPE() = 1001
+    GNUMCONST() = 1002)";
+
+/// What one export comes to.
+struct Outcome {
+    std::vector<std::string> requests;
+    std::vector<std::string> fragments;
+    std::vector<std::string> operations;
+    std::string content;
+    std::string standard_error;
+
+    [[nodiscard]] bool complete() const { return fragments.back() == completion; }
+};
+
+/// The file, counting none of its own storage.
+class UncountedFile final : public OutputFile {
+public:
+    explicit UncountedFile(ScriptedFile& file) : file_(file) {}
+    void open(const char* path) override
+    {
+        const Uncounted uncounted;
+        file_.open(path);
+    }
+    void write(const char* bytes, std::size_t size) override
+    {
+        const Uncounted uncounted;
+        file_.write(bytes, size);
+    }
+    void close() override
+    {
+        const Uncounted uncounted;
+        file_.close();
+    }
+
+private:
+    ScriptedFile& file_;
+};
+
+Outcome outcome(const std::string& script, int failing_operation = 0, int failing_allocation = 0,
+                int failing_request = 0)
+{
+    ScriptedHost scripted(script, "model.inp");
+    ScriptedFile file;
+    file.failing_operation = failing_operation;
+    UncountedFile uncounted(file);
+    host = &scripted;
+    testing::internal::CaptureStderr();
+    requests_until_the_host_throws = failing_request;
+    allocations_until_failure = failing_allocation;
+    export_and_report(uncounted);
+    allocations_until_failure = 0;
+    requests_until_the_host_throws = 0;
+    return {scripted.requests, scripted.fragments, file.operations, file.content,
+            testing::internal::GetCapturedStderr()};
+}
+
+/// Everything that a failed export owes: what it said, where it stopped, and that the next one is right.
+void check_failure(const Outcome& failed, const Outcome& sound, const std::string& message,
+                   const std::string& operation)
+{
+    EXPECT_EQ(failed.standard_error, "? " + message + "\n? " + operation + " error on channel 5\n");
+    ASSERT_GE(failed.fragments.size(), 2U);
+    const std::size_t before = failed.fragments.size() - 2; // as many as the sound export had posted by then
+    EXPECT_EQ(failed.fragments[before], "<li><span style=\"font-weight: bold; color: red;\">");
+    EXPECT_EQ(failed.fragments[before + 1],
+              "File Export failed: " + message + " (" + operation + " error on channel 5)</span></li>");
+    EXPECT_TRUE(std::equal(failed.fragments.begin(), failed.fragments.end() - 2, sound.fragments.begin()));
+    EXPECT_TRUE(std::equal(failed.requests.begin(), failed.requests.end(), sound.requests.begin()));
+    EXPECT_EQ(failed.content, sound.content.substr(0, failed.content.size()));
+}
+
+/// 100,000 pairs, some ten blocks of the file.
+const std::string large_model = small_model + "\nGNOBC(1) = 1\nGNBFP(1,1) = 100000";
+
+TEST(FaultOfTheFile, ends_the_export_wherever_it_comes)
+{
+    const Outcome sound = outcome(large_model);
+    ASSERT_TRUE(sound.complete());
+    const auto operations = static_cast<int>(sound.operations.size());
+    ASSERT_GE(operations, 6);
+    for (int n = 1; n <= operations; ++n) {
+        SCOPED_TRACE("operation " + std::to_string(n));
+        const Outcome failed = outcome(large_model, n);
+        check_failure(failed, sound, "No space left on device",
+                      failed.operations.back().substr(0, 5) == "OPEN " ? "OPEN" : failed.operations.back());
+        EXPECT_EQ(failed.operations.size(), static_cast<std::size_t>(n)) << "the file was left alone after its failure";
+        const bool early = n < operations - 1; // the last write and the close come when all is asked
+        EXPECT_EQ(early, failed.requests.size() < sound.requests.size());
+        EXPECT_EQ(outcome(large_model).content, sound.content);
+    }
+}
+
+TEST(ShortageOfStorage, ends_the_export_wherever_it_comes)
+{
+    const Outcome sound = outcome(small_model);
+    ASSERT_TRUE(sound.complete());
+    int n = 1;
+    for (;; ++n) {
+        SCOPED_TRACE("allocation " + std::to_string(n));
+        model = {}; // as in a fresh process, where every table is to be made
+        const Outcome failed = outcome(small_model, 0, n);
+        if (failed.complete()) {
+            break;
+        }
+        check_failure(failed, sound, "storage cannot be obtained", "EXPORT");
+        EXPECT_EQ(outcome(small_model).content, sound.content);
+    }
+    EXPECT_GT(n, 8);
+}
+
+TEST(HostThatThrows, ends_the_export_wherever_it_throws)
+{
+    const std::string script = "GNUMSYS() = 2\nGNUMSEG() = 3\nGNOBC = 1\nGNBFP = 2";
+    const Outcome sound = outcome(script);
+    const auto asked = static_cast<int>(sound.requests.size() + sound.fragments.size());
+    ASSERT_GT(asked, 150);
+    for (int n = 1; n <= asked; ++n) {
+        SCOPED_TRACE("request " + std::to_string(n));
+        const Outcome failed = outcome(script, 0, 0, n);
+        check_failure(failed, sound, "the database is locked", "EXPORT");
+        EXPECT_EQ(failed.requests.size() + failed.fragments.size(), static_cast<std::size_t>(n) + 2);
+        EXPECT_EQ(outcome(script).content, sound.content);
+    }
+}
+
+TEST(HostThatExportsWhileItIsAsked, is_refused_and_the_first_export_goes_on)
+{
+    const Outcome sound = outcome(small_model);
+    ScriptedHost scripted(small_model, "model.inp");
+    ScriptedFile file;
+    host = &scripted;
+    bool nested = false;
+    scripted.on_request = [&](const std::string& request) {
+        if (request.starts_with("GNUMSEG") && !std::exchange(nested, true)) {
+            importexport();
+        }
+    };
+    testing::internal::CaptureStderr();
+    export_and_report(file);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "? another export is under way\n? EXPORT error on channel 5\n");
+    EXPECT_EQ(scripted.requests, sound.requests);
+    EXPECT_EQ(file.content, sound.content);
+    EXPECT_EQ(scripted.fragments.size(), sound.fragments.size() + 2);
+    EXPECT_EQ(scripted.fragments.back(), completion);
+}
+
+} // namespace
+} // namespace velm
