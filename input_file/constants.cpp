@@ -1,0 +1,22 @@
+#include "input_file/instances.hpp"
+#include "input_file/records.hpp"
+#include "input_file/sections.hpp"
+#include "input_file/text_content.hpp"
+
+namespace velm {
+
+void read_constants(RecordReader& in, Model& model)
+{
+    in.record(records::banners[9]);
+    const Count count = in.count(records::number_of_constants);
+    Instances constants(model.constant_types);
+    for (std::int32_t number = 1; in.goes_on(count, number, records::constant); ++number) {
+        in.record(records::constant);
+        Constant& constant = constants.enter(in);
+        constant.value = in.real("value");
+        constant.description = text_before_nul_or_cut(in.text("description"));
+    }
+    in.refuse_more(count, records::constant);
+}
+
+} // namespace velm

@@ -1,0 +1,137 @@
+#include "input_file/input_file.hpp"
+
+#include "input_file/record_reader.hpp"
+#include "input_file/records.hpp"
+#include "input_file/sections.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <fstream>
+#include <map>
+#include <system_error>
+
+namespace velm {
+namespace {
+
+constexpr std::array readers{
+    &read_system_information, &read_segments, &read_flow_paths,     &read_flow_series, &read_exchanges,
+    &read_boundaries,         &read_loads,    &read_time_functions, &read_parameters,  &read_constants,
+    &read_initial_conditions};
+
+constexpr std::array<std::string_view, readers.size()> names{
+    "system information", "segments", "flow paths",     "flow time series",   "dispersive exchanges",
+    "boundaries",         "loads",    "time functions", "segment parameters", "constants",
+    "initial conditions"};
+
+/// Goes to the banner of a section after `lost` and returns that section's place; the number of sections at the end of
+/// the file.
+std::size_t find_section_after(RecordReader& in, std::size_t lost)
+{
+    while (!in.at_end()) {
+        for (std::size_t section = lost + 1; section < readers.size(); ++section) {
+            if (in.is_ahead(records::banners.at(section))) {
+                return section;
+            }
+        }
+        in.skip_line();
+    }
+    return readers.size();
+}
+
+void report_missing_sections(RecordReader& in, std::size_t first, std::size_t last)
+{
+    for (std::size_t section = first; section < last; ++section) {
+        in.enter(static_cast<Section>(section));
+        in.report_at(in.next_place(), ProblemKind::record, "", "", "the section is missing before this line",
+                     "its banner and records");
+    }
+}
+
+void read_sections(RecordReader& in, Model& model)
+{
+    std::size_t section = 0;
+    while (section < readers.size()) {
+        in.enter(static_cast<Section>(section));
+        try {
+            readers.at(section)(in, model);
+            ++section;
+        } catch (const SectionLost&) {
+            in.result.whole = false;
+            const std::size_t next = find_section_after(in, section);
+            if (next < readers.size()) {
+                report_missing_sections(in, section + 1, next);
+            }
+            section = next;
+        }
+    }
+    if (!in.at_end()) {
+        in.report_at(in.next_place(), ProblemKind::trailing_bytes, "", "", "the file goes on after its last record",
+                     "its end");
+    }
+}
+
+} // namespace
+
+std::string_view name_of(Section section)
+{
+    return names.at(static_cast<std::size_t>(section));
+}
+
+std::string InputProblem::text(std::string_view file) const
+{
+    std::string line(file);
+    line +=
+        ':' + std::to_string(place.line) + ':' + std::to_string(place.column) + ": " + std::string(name_of(section));
+    line += field.empty() ? "" : ", " + field;
+    line += raw.empty() ? ": " + message : ": '" + raw + "' " + message;
+    return expected.empty() ? line : line + "; expected " + expected;
+}
+
+InputFile read_input_file(std::istream& input, const ReadOptions& options)
+{
+    InputFile file;
+    RecordReader in(input, options, file);
+    read_sections(in, file.model);
+    file.bytes = in.bytes();
+    if (options.on_progress) {
+        options.on_progress(file.bytes);
+    }
+    return file;
+}
+
+InputFile read_input_file(const std::filesystem::path& file, const ReadOptions& options)
+{
+    errno = 0;
+    std::ifstream input(file, std::ios::binary);
+    if (!input) {
+        throw std::system_error(errno, std::generic_category(), file.string() + " cannot be opened");
+    }
+    try {
+        return read_input_file(input, options);
+    } catch (const std::system_error& error) {
+        throw std::system_error(error.code(), file.string() + " cannot be read");
+    }
+}
+
+std::vector<Place> places_of(const std::filesystem::path& file, std::span<const Datum> data)
+{
+    std::multimap<std::array<std::int32_t, 3>, std::size_t> by_key; // most fields are none of those asked for
+    for (std::size_t i = 0; i < data.size(); ++i) {
+        by_key.emplace(data[i].key, i);
+    }
+    std::vector<Place> places(data.size());
+    ReadOptions options;
+    options.most_problems = 0;
+    options.on_field = [&](const FieldText& field) {
+        const auto [begin, end] = by_key.equal_range(field.datum.key);
+        for (auto it = begin; it != end; ++it) {
+            if (field.datum == data[it->second]) {
+                places[it->second] = field.place;
+            }
+        }
+    };
+    static_cast<void>(read_input_file(file, options));
+    return places;
+}
+
+} // namespace velm

@@ -1,0 +1,33 @@
+#include "input_file/integer_text.hpp"
+
+#include <charconv>
+
+namespace velm {
+
+IntegerText integer_in(std::string_view text, bool in_field)
+{
+    if (in_field && is_asterisks(text)) {
+        return {IntegerTextKind::asterisks};
+    }
+    const std::size_t begin = text.find_first_not_of(' ');
+    if (begin == std::string_view::npos) {
+        return {};
+    }
+    const std::string_view number = text.substr(begin, text.find_last_not_of(' ') - begin + 1);
+    const bool plus = number.front() == '+';
+    std::int32_t value = 0;
+    const auto read = std::from_chars(number.data() + (plus ? 1 : 0), number.data() + number.size(), value);
+    if (read.ptr != number.data() + number.size() || read.ec == std::errc::invalid_argument ||
+        number.starts_with("+-")) {
+        return {};
+    }
+    if (read.ec == std::errc::result_out_of_range) {
+        return {IntegerTextKind::too_large};
+    }
+    const std::string_view digits = number.substr(value < 0 ? 1 : 0);
+    const bool exact =
+        number.end() == text.end() && !plus && (digits == "0" || digits.front() != '0') && digits.front() != '-';
+    return {exact ? IntegerTextKind::exact : IntegerTextKind::other_form, value};
+}
+
+} // namespace velm

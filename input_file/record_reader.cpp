@@ -1,0 +1,496 @@
+#include "input_file/record_reader.hpp"
+
+#include "input_file/integer_text.hpp"
+#include "input_file/matching.hpp"
+#include "input_file/records.hpp"
+#include "input_file/text_content.hpp"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace velm {
+namespace {
+
+constexpr std::int32_t most_shown = 99'999; ///< the greatest count that its field has room for
+
+std::string in_quotes(std::string_view text)
+{
+    return std::string("'").append(printable_field(text)).append("'");
+}
+
+std::string description_of(const Record& record)
+{
+    return "the record " + in_quotes(record.name()) +
+           (record.is_row() ? " of " + std::to_string(record.size()) + " numbers"
+                            : " of " + std::to_string(record.width()) + " characters");
+}
+
+/// Of an item's field, such as "minimum depth".
+std::string in_words(std::string_view name)
+{
+    std::string words(name);
+    std::replace(words.begin(), words.end(), '_', ' ');
+    return words;
+}
+
+} // namespace
+
+RecordReader::RecordReader(std::istream& input, const ReadOptions& options, InputFile& read_so_far)
+    : result(read_so_far), window_(input), options_(options)
+{
+}
+
+RecordReader::Line RecordReader::line_ahead()
+{
+    const std::string_view ahead = window_.ahead();
+    const void* const feed = std::memchr(ahead.data(), '\n', ahead.size());
+    if (feed == nullptr) {
+        return {ahead.substr(0, FileWindow::longest_record), ahead.size(), false};
+    }
+    const auto size = static_cast<std::size_t>(static_cast<const char*>(feed) - ahead.data());
+    const bool well_ended = size != 0 && ahead[size - 1] == '\r';
+    return {ahead.substr(0, well_ended ? size - 1 : size), size + 1, well_ended};
+}
+
+/// A text may have line ends in it. Then the record goes on to its full width.
+std::optional<RecordReader::Line> RecordReader::broken_line_ahead(const Record& expected)
+{
+    const std::size_t width = expected.width();
+    const std::string_view ahead = window_.ahead();
+    if (ahead.size() < width + 2 || ahead.substr(width, 2) != "\r\n") {
+        return {};
+    }
+    const std::string_view record = ahead.substr(0, width);
+    const auto is_in_a_text = [&](std::size_t at) {
+        return std::any_of(expected.begin(), expected.end(), [at](const Part& part) {
+            return part.kind == PartKind::text && at + 1 >= part.column && at < part.end();
+        });
+    };
+    for (std::size_t at = record.find('\n'); at != std::string_view::npos; at = record.find('\n', at + 1)) {
+        if (!is_in_a_text(at)) {
+            return {};
+        }
+    }
+    return Line{record, width + 2, true};
+}
+
+void RecordReader::take(const Line& line)
+{
+    constexpr std::uint64_t records_between_reports = 1U << 16U;
+    record_ = line.text;
+    record_line_ = line_;
+    next_part_ = 0;
+    window_.skip(line.bytes);
+    if (++result.records % records_between_reports == 0 && options_.on_progress) {
+        options_.on_progress(window_.place());
+    }
+    ++line_;
+    if (!line.well_ended && !std::exchange(line_end_reported_, true)) {
+        report_at({record_line_, line.text.size() + 1}, ProblemKind::line_end, form_ == nullptr ? "" : form_->name(),
+                  "",
+                  line.bytes == line.text.size() ? "the last line has no end" : "the line ends in a line feed alone",
+                  "carriage return and line feed");
+    }
+}
+
+void RecordReader::record(const Record& expected)
+{
+    form_ = &expected;
+    if (expected.is_row()) {
+        take_row(expected);
+    } else {
+        take_columns(expected);
+    }
+}
+
+void RecordReader::take_row(const Record& expected)
+{
+    const Line line = line_ahead();
+    if (!split_row(line.text, expected.size())) {
+        lose(expected.name(), description_of(expected));
+    }
+    take(line);
+    if (!row_in_form_) {
+        report(ProblemKind::form, "", "is spaced in another way",
+               "two blanks before each number, or one and a minus sign, and nothing after the last");
+    }
+}
+
+/// Finds the numbers of a row; false when there are more or fewer.
+bool RecordReader::split_row(std::string_view line, std::size_t numbers)
+{
+    const char* at = line.data();
+    const char* const end = at + line.size();
+    row_in_form_ = true;
+    for (std::size_t number = 0; number < numbers; ++number) {
+        const char* const blanks = at;
+        while (at != end && *at == ' ') {
+            ++at;
+        }
+        if (at == end) {
+            return false;
+        }
+        row_in_form_ = row_in_form_ && at - blanks == (*at == '-' ? 1 : 2);
+        const char* const begin = at;
+        while (at != end && *at != ' ') {
+            ++at;
+        }
+        numbers_[number] = {begin, static_cast<std::size_t>(at - begin)};
+        if (!begins_like_a_number(numbers_[number])) {
+            return false;
+        }
+    }
+    row_in_form_ = row_in_form_ && at == end;
+    return std::all_of(at, end, [](char character) { return character == ' '; });
+}
+
+void RecordReader::take_columns(const Record& expected)
+{
+    Line line = line_ahead();
+    if (line.text.size() != expected.width() || line.bytes == 0) {
+        const std::optional<Line> broken = broken_line_ahead(expected);
+        if (!broken) {
+            lose(expected.name(), description_of(expected));
+        }
+        line = *broken;
+    }
+    if (!has_columns_of(expected, line.text) && is_another_record(expected, line.text)) {
+        lose(expected.name(), description_of(expected));
+    }
+    take(line);
+    line_ += static_cast<std::uint64_t>(std::count(line.text.begin(), line.text.end(), '\n'));
+    check_columns();
+}
+
+void RecordReader::check_columns()
+{
+    std::size_t blank = 1;
+    const auto check = [&](std::size_t column, std::string_view right) {
+        const std::string_view found = record_.substr(column - 1, right.size());
+        if (found != right) [[unlikely]] {
+            const auto differing = std::mismatch(found.begin(), found.end(), right.begin()).first - found.begin();
+            report_at({record_line_, column + static_cast<std::size_t>(differing)}, ProblemKind::label, form_->name(),
+                      found, "stands between the fields", in_quotes(right));
+        }
+    };
+    for (const Part& part : *form_) {
+        check(blank, blanks(part.column - blank));
+        if (part.kind == PartKind::label) {
+            check(part.column, part.name);
+        }
+        blank = part.end() + 1;
+    }
+}
+
+void RecordReader::known_record(std::string_view name, std::string_view known)
+{
+    const Line line = line_ahead();
+    if (line.text.size() != known.size() || line.bytes == 0) {
+        lose(name, in_quotes(known));
+    }
+    form_ = nullptr;
+    take(line);
+    if (line.text != known) {
+        const auto differing = std::mismatch(known.begin(), known.end(), line.text.begin()).first - known.begin();
+        report_at({record_line_, static_cast<std::uint64_t>(differing) + 1}, ProblemKind::label, name, line.text,
+                  "is another text", in_quotes(known));
+    }
+}
+
+bool RecordReader::is_ahead(const Record& expected)
+{
+    const Line line = line_ahead();
+    if (expected.is_row()) {
+        constexpr std::size_t widest_number = 14; // with its blanks
+        return line.text.size() <= widest_number * expected.size() && split_row(line.text, expected.size()) &&
+               row_in_form_;
+    }
+    if (has_columns_of(expected, line.text)) {
+        return true;
+    }
+    const std::optional<Line> broken = broken_line_ahead(expected);
+    return broken && has_columns_of(expected, broken->text);
+}
+
+void RecordReader::skip_line()
+{
+    window_.skip_line();
+    ++line_;
+    ++result.records;
+}
+
+void RecordReader::lose(std::string_view name, const std::string& expected)
+{
+    const Line line = line_ahead();
+    if (line.bytes == 0) {
+        report_at(next_place(), ProblemKind::end_of_file, name, "", "the file ends here", expected);
+    } else {
+        report_at(next_place(), ProblemKind::record, name, line.text,
+                  "is another record, of " + std::to_string(line.text.size()) + " characters", expected);
+    }
+    throw SectionLost();
+}
+
+const Part& RecordReader::find(std::string_view name)
+{
+    const std::size_t parts = form_->size();
+    while ((*form_)[next_part_ % parts].name != name) {
+        ++next_part_;
+    }
+    next_part_ %= parts;
+    return (*form_)[next_part_++];
+}
+
+std::string_view RecordReader::text_of(const Part& part) const
+{
+    return part.column == 0 ? numbers_[static_cast<std::size_t>(&part - form_->begin())]
+                            : record_.substr(part.column - 1, part.width);
+}
+
+Place RecordReader::place_of(const Part& part) const
+{
+    const std::size_t column = static_cast<std::size_t>(text_of(part).data() - record_.data()) + 1;
+    return {record_line_, column};
+}
+
+void RecordReader::deliver(const Part& part)
+{
+    if (options_.on_field && !part.table.empty()) [[unlikely]] {
+        options_.on_field({section_, {part.table, part.name, key_}, place_of(part), record_, text_of(part)});
+    }
+}
+
+float RecordReader::real(std::string_view name)
+{
+    const Part& part = find(name);
+    deliver(part);
+    const RealText real = part.column == 0 ? real_in_row(text_of(part)) : real_in_field(text_of(part), part.decimals);
+    return real.kind == RealTextKind::exact ? real.value : settle(part, real);
+}
+
+float RecordReader::settle(const Part& part, const RealText& real)
+{
+    switch (real.kind) {
+    case RealTextKind::exact: break;
+    case RealTextKind::other_form:
+        report(ProblemKind::form, part.name, "is a number written in another way",
+               in_quotes(part.column == 0 ? row_text(real.value) : field_text(real.value, part.width, part.decimals)));
+        break;
+    case RealTextKind::asterisks: report_no_value(part); break;
+    case RealTextKind::not_finite:
+        report(ProblemKind::not_finite, part.name, "is no number that a model can hold", "a finite number");
+        break;
+    case RealTextKind::no_single:
+        report(ProblemKind::no_single, part.name, "is beyond single precision",
+               "0, or a number from 1.4e-45 to 3.4028235e38");
+        break;
+    case RealTextKind::no_number: report(ProblemKind::no_number, part.name, "is not a number", "a number"); break;
+    }
+    return real.value;
+}
+
+void RecordReader::report_no_value(const Part& part)
+{
+    if (part.table.empty()) {
+        report(ProblemKind::unstorable, part.name, "hides a number that tells what the record is", "a number");
+    } else {
+        result.gaps.push_back({part.table, part.name, key_});
+        report(ProblemKind::no_value, part.name, "holds no value: it was too wide for its field", "a number");
+    }
+}
+
+std::optional<std::int32_t> RecordReader::integer_of(const Part& part)
+{
+    const IntegerText integer = integer_in(text_of(part), part.column != 0);
+    switch (integer.kind) {
+    case IntegerTextKind::exact: return integer.value;
+    case IntegerTextKind::other_form:
+        report(ProblemKind::form, part.name, "is a number written in another way", std::to_string(integer.value));
+        return integer.value;
+    case IntegerTextKind::asterisks: report_no_value(part); break;
+    case IntegerTextKind::too_large:
+        report(ProblemKind::no_single, part.name, "is beyond 32 bits", "a number from -2147483648 to 2147483647");
+        break;
+    case IntegerTextKind::no_number:
+        report(ProblemKind::no_number, part.name, "is not an integer", "an integer");
+        break;
+    }
+    return {};
+}
+
+std::int32_t RecordReader::integer(std::string_view name)
+{
+    const Part& part = find(name);
+    deliver(part);
+    return integer_of(part).value_or(0);
+}
+
+std::optional<std::int32_t> RecordReader::identity(std::string_view name)
+{
+    const Part& part = find(name);
+    if (is_asterisks(text_of(part))) {
+        report(ProblemKind::unstorable, name, "hides a number that tells what the record is", "a number");
+        return {};
+    }
+    return integer_of(part);
+}
+
+std::string_view RecordReader::text(std::string_view name)
+{
+    const Part& part = find(name);
+    deliver(part);
+    return text_of(part);
+}
+
+std::int32_t RecordReader::segment(std::string_view name)
+{
+    const Part& part = find(name);
+    deliver(part);
+    const std::optional<std::int32_t> segment = integer_of(part);
+    if (segment) {
+        check_segment(name, *segment);
+    }
+    return segment.value_or(0);
+}
+
+std::int32_t RecordReader::segment_or_none(std::string_view name)
+{
+    const Part& part = find(name);
+    deliver(part);
+    const std::int32_t segment = integer_of(part).value_or(0);
+    if (segment != 0) {
+        check_segment(name, segment);
+    }
+    return segment;
+}
+
+void RecordReader::check_segment(std::string_view name, std::int32_t segment)
+{
+    if (segments && (segment < 1 || segment > *segments)) {
+        report(ProblemKind::missing_segment, name, "is not a segment of the model",
+               *segments == 0 ? "no segment, for there is none" : "a number from 1 to " + std::to_string(*segments));
+    }
+}
+
+void RecordReader::repeated(std::string_view name, std::optional<std::int32_t> known)
+{
+    const Part& part = find(name);
+    if (!known) {
+        return;
+    }
+    std::string right = std::to_string(*known);
+    if (part.column != 0) {
+        right = right.size() > part.width ? std::string(part.width, '*')
+                                          : std::string(part.width - right.size(), ' ') + right;
+    }
+    if (text_of(part) != right) {
+        report(ProblemKind::contradiction, name, "is not the number that belongs here", in_quotes(right));
+    }
+}
+
+void RecordReader::repeated_text(std::string_view name, std::string_view known)
+{
+    if (text_of(find(name)) != known) {
+        report(ProblemKind::contradiction, name, "is not what an earlier section has", in_quotes(known));
+    }
+}
+
+Count RecordReader::count(const Record& expected)
+{
+    record(expected);
+    const Part& part = expected[0];
+    Count count{0, is_asterisks(text_of(part)), place_of(part), part.name};
+    if (!count.hidden) {
+        count.number = integer_of(part).value_or(0);
+    }
+    if (count.number < 0) {
+        report(ProblemKind::negative_count, part.name, "is a count below 0", "0 or more");
+        count.number = 0;
+    }
+    return count;
+}
+
+Count RecordReader::repeated_count(const Record& expected, std::optional<std::int32_t> known)
+{
+    Count found = count(expected);
+    if (known && (found.hidden ? *known <= most_shown : *known != found.number)) {
+        report(ProblemKind::contradiction, found.name, "is not the number that an earlier section has",
+               std::to_string(*known));
+    }
+    if (known && found.hidden) {
+        found.number = *known;
+        found.hidden = false;
+    }
+    return found;
+}
+
+bool RecordReader::goes_on(const Count& count, std::int32_t number, const Record& first)
+{
+    return count.hidden ? another_follows(count, number, is_ahead(first)) : number <= count.number;
+}
+
+bool RecordReader::goes_on(const Count& count, std::int32_t number, std::string_view beginning)
+{
+    return count.hidden ? another_follows(count, number, line_ahead().text.starts_with(beginning))
+                        : number <= count.number;
+}
+
+bool RecordReader::another_follows(const Count& count, std::int32_t number, bool follows)
+{
+    if (follows) {
+        return true;
+    }
+    if (number <= most_shown + 1) {
+        const std::string found = std::to_string(number - 1);
+        report_at(count.place, ProblemKind::contradiction, count.name, "*****",
+                  "hides the count, but only " + found + " follow", found);
+    }
+    return false;
+}
+
+void RecordReader::refuse_more(const Count& count, const Record& first)
+{
+    if (is_ahead(first)) {
+        report_at(count.place, ProblemKind::contradiction, count.name, std::to_string(count.number),
+                  "is too low: there are more records of their kind", "the number of records");
+        throw SectionLost();
+    }
+}
+
+void RecordReader::time_pairs(const Count& count, const Record& row, TimeSeries& series)
+{
+    // gathered here and copied to size: a vector that grows in its place would keep up to half its room idle
+    times_.clear();
+    values_.clear();
+    const auto [first, second, none] = key_;
+    for (std::int32_t number = 1; goes_on(count, number, row); ++number) {
+        key(first, second, number);
+        record(row);
+        times_.push_back(real("time"));
+        values_.push_back(real("value"));
+    }
+    series.times.assign(times_.begin(), times_.end());
+    series.values.assign(values_.begin(), values_.end());
+}
+
+void RecordReader::report(ProblemKind kind, std::string_view name, std::string message, std::string expected)
+{
+    if (name.empty()) {
+        return report_at({record_line_, 1}, kind, form_->name(), record_, std::move(message), std::move(expected));
+    }
+    const Part& part = *std::find_if(form_->begin(), form_->end(), [&](const Part& it) { return it.name == name; });
+    report_at(place_of(part), kind, name, text_of(part), std::move(message), std::move(expected));
+}
+
+void RecordReader::report_at(Place place, ProblemKind kind, std::string_view field, std::string_view raw,
+                             std::string message, std::string expected)
+{
+    ++result.problem_count;
+    if (result.problems.size() < options_.most_problems) {
+        result.problems.push_back(
+            {kind, section_, place, in_words(field), printable_field(raw), std::move(message), std::move(expected)});
+    }
+}
+
+} // namespace velm
