@@ -17,8 +17,8 @@ namespace velm {
 ///
 ///     GSYSNAME(2) 9 30 5        system 2; lengths of key, name and tag
 ///
-/// A line of the script gives a request, without lengths, its answer, or several for the first time and later ones
-/// (the last stays). A key with fewer values, or alone, answers for all that it is asked with.
+/// The script gives requests, without lengths, their answers, one a line or separated by "; ". With several answers
+/// the first is given the first time, the last stays. A key with fewer values answers for all that it is asked with.
 ///
 ///     GSYSNAME(2) = "Oxygen" 'DO'     a text padded with blanks to its field; one that leaves the rest of it alone
 ///     GTFISUSED(5,1) = 1 / 0          1 in the first pass, then 0
@@ -36,40 +36,23 @@ public:
         static_cast<ScriptedHost*>(host)->serve(*request);
     }
 
-    std::function<void(const std::string& request)> on_request; ///< called before the answer
+    std::function<void(const std::string& request)> on_request; ///< called before the answer; for the panel its text
     bool spoils_indices = false; ///< writes into the numbers it is to read, which are copies; not into ISC numbers
 
     std::vector<std::string> requests;         ///< in order, without the panel's
     std::vector<std::string> fragments;        ///< of the panel, whole, as many bytes as their lengths say
     std::vector<std::size_t> fragments_before; ///< for each request the number of fragments that had come
 
-    /// The requests that came between this announcement and the panel's next fragment, one a line.
-    [[nodiscard]] std::string requests_after(std::string_view announcement) const;
-    /// All fragments up to their NUL, joined.
-    [[nodiscard]] std::string panel() const;
-
 private:
-    using Answer = std::vector<std::string>; ///< a value as written in the script for each value to fill
-
-    const Answer* next_answer(const std::string& request);
-
+    using Answer = std::vector<std::string>; ///< as written in the script, one for each value to fill
     struct Answers {
         std::vector<Answer> in_turn;
         std::size_t given = 0;
     };
-    std::map<std::string, Answers, std::less<>> script_;
+
+    [[nodiscard]] const Answer* next_answer(std::string request);
+
+    std::map<std::string, Answers> script_;
 };
-
-/// Bytes of a model input file for people: $ at line ends, {NUL}, {3 NUL}, {E4}, {16 blanks} for that many or more.
-std::string shown(std::string_view bytes);
-
-/// Requests as written in a row, several on a line, brought to one a line.
-std::string one_a_line(std::string_view requests);
-
-/// The records of section `number` (from 1, in file order) without its banner, as shown.
-std::string records_of_section(std::string_view file, std::size_t number);
-
-/// What section `number` announces, without "</span></li>"; empty for the boundaries.
-std::string_view announcement_of_section(std::size_t number);
 
 } // namespace velm
