@@ -44,6 +44,7 @@ ExitCode run(int argument_count, char** arguments)
 {
     CLI::App tool("Models of water quality: kept in SQLite, exported as input files of the engine.", "velm");
     tool.set_version_flag("--version", "velm " VELM_VERSION);
+    tool.allow_windows_style_options(false); // a path may begin with a slash
     tool.require_subcommand(1);
     tool.footer(help_footer);
     const Command commands[] = {export_command(tool), info_command(tool), new_command(tool), example_command(tool),

@@ -1,0 +1,244 @@
+#include "tool/operating_system.hpp"
+
+#include "tool/random_characters.hpp"
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+
+#include <sddl.h>
+
+namespace velm {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void fail(const std::string& what, const fs::path& file, DWORD error = GetLastError())
+{
+    throw std::system_error(static_cast<int>(error), std::system_category(), what + " " + file.string());
+}
+
+class Handle {
+public:
+    explicit Handle(HANDLE opened) : handle(opened) {}
+    ~Handle()
+    {
+        if (valid()) {
+            CloseHandle(handle);
+        }
+    }
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+    Handle(Handle&&) = delete;
+    Handle& operator=(Handle&&) = delete;
+
+    [[nodiscard]] bool valid() const { return handle != INVALID_HANDLE_VALUE; }
+    [[nodiscard]] HANDLE get() const { return handle; }
+
+private:
+    HANDLE handle;
+};
+
+HANDLE open_for_writing(const fs::path& existing_file)
+{
+    return CreateFileW(existing_file.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                       nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+}
+
+/// The system calls a console handler on a thread of its own.
+SRWLOCK temporary_files_lock = SRWLOCK_INIT;
+std::vector<fs::path> temporary_files; ///< absolute names of the files to remove when the process ends
+
+class TemporaryFilesLocked {
+public:
+    TemporaryFilesLocked() { AcquireSRWLockExclusive(&temporary_files_lock); }
+    ~TemporaryFilesLocked() { ReleaseSRWLockExclusive(&temporary_files_lock); }
+    TemporaryFilesLocked(const TemporaryFilesLocked&) = delete;
+    TemporaryFilesLocked& operator=(const TemporaryFilesLocked&) = delete;
+    TemporaryFilesLocked(TemporaryFilesLocked&&) = delete;
+    TemporaryFilesLocked& operator=(TemporaryFilesLocked&&) = delete;
+};
+
+/// Allocates nothing and waits for nobody: it may run after a crash.
+void remove_temporary_files()
+{
+    if (TryAcquireSRWLockExclusive(&temporary_files_lock) != 0) {
+        for (const fs::path& file : temporary_files) {
+            DeleteFileW(file.c_str());
+        }
+        ReleaseSRWLockExclusive(&temporary_files_lock);
+    }
+}
+
+void take_endings_once()
+{
+    static bool taken = false;
+    if (std::exchange(taken, true)) {
+        return;
+    }
+    (void)std::atexit(remove_temporary_files); // a plug-in may call exit
+    SetConsoleCtrlHandler(
+        [](DWORD) -> BOOL {
+            remove_temporary_files();
+            return FALSE; // the system's own handler ends the process
+        },
+        TRUE);
+    SetUnhandledExceptionFilter([](EXCEPTION_POINTERS*) -> LONG {
+        remove_temporary_files();
+        return EXCEPTION_CONTINUE_SEARCH;
+    });
+    (void)std::signal(SIGABRT, [](int) { remove_temporary_files(); });
+}
+
+/// Opens a new file, for its owner alone unless `for_others`: then the directory says who may read it.
+HANDLE create_new(const fs::path& file, bool for_others)
+{
+    SECURITY_ATTRIBUTES security{sizeof(SECURITY_ATTRIBUTES), nullptr, FALSE};
+    if (!for_others && ConvertStringSecurityDescriptorToSecurityDescriptorW(
+                           L"D:P(A;;FA;;;OW)", SDDL_REVISION_1, &security.lpSecurityDescriptor, nullptr) == 0) {
+        fail("cannot protect", file);
+    }
+    const HANDLE created =
+        CreateFileW(file.c_str(), GENERIC_WRITE, 0, &security, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const DWORD error = GetLastError();
+    LocalFree(security.lpSecurityDescriptor);
+    SetLastError(error);
+    return created;
+}
+
+void copy_permissions(const fs::path& from, const fs::path& to)
+{
+    constexpr SECURITY_INFORMATION permissions = DACL_SECURITY_INFORMATION;
+    DWORD size = 0;
+    GetFileSecurityW(from.c_str(), permissions, nullptr, 0, &size);
+    std::vector<std::byte> descriptor(size);
+    if (GetFileSecurityW(from.c_str(), permissions, descriptor.data(), size, &size) == 0 ||
+        SetFileSecurityW(to.c_str(), permissions, descriptor.data()) == 0) {
+        fail("cannot set the permissions of", to);
+    }
+}
+
+void write_through(const fs::path& file)
+{
+    const Handle opened(open_for_writing(file));
+    if (!opened.valid() || FlushFileBuffers(opened.get()) == 0) {
+        fail("cannot write to the disk", file);
+    }
+}
+
+/// The tool prints UTF-8; afterwards the console has the code page that it had.
+class ConsoleInUtf8 {
+public:
+    ConsoleInUtf8() : before(GetConsoleOutputCP()) { SetConsoleOutputCP(CP_UTF8); }
+    ~ConsoleInUtf8() { SetConsoleOutputCP(before); }
+    ConsoleInUtf8(const ConsoleInUtf8&) = delete;
+    ConsoleInUtf8& operator=(const ConsoleInUtf8&) = delete;
+    ConsoleInUtf8(ConsoleInUtf8&&) = delete;
+    ConsoleInUtf8& operator=(ConsoleInUtf8&&) = delete;
+
+private:
+    UINT before;
+};
+const ConsoleInUtf8 console_in_utf8;
+
+} // namespace
+
+fs::path executable_directory()
+{
+    std::wstring name(MAX_PATH, L'\0');
+    for (;;) {
+        const DWORD length = GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size()));
+        if (length == 0) {
+            fail("cannot find", "the program's own file");
+        }
+        if (length < name.size()) {
+            return fs::path(name.substr(0, length)).parent_path();
+        }
+        name.resize(2 * name.size());
+    }
+}
+
+bool has_capable_terminal()
+{
+    const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
+    DWORD mode = 0;
+    return GetConsoleMode(console, &mode) != 0 &&
+           SetConsoleMode(console, mode | ENABLE_PROCESSED_OUTPUT | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+}
+
+std::size_t terminal_columns()
+{
+    CONSOLE_SCREEN_BUFFER_INFO console{};
+    const bool known = GetConsoleScreenBufferInfo(GetStdHandle(STD_ERROR_HANDLE), &console) != 0;
+    const int columns = console.srWindow.Right - console.srWindow.Left + 1;
+    return known && columns > 1 ? static_cast<std::size_t>(columns) : 80;
+}
+
+void (*procedure_of_library(const fs::path& library, const char* name))()
+{
+    const HMODULE module = LoadLibraryW(fs::absolute(library).c_str());
+    const FARPROC procedure = module == nullptr ? nullptr : GetProcAddress(module, name);
+    if (procedure == nullptr) {
+        throw std::runtime_error(std::system_category().message(static_cast<int>(GetLastError())));
+    }
+    return reinterpret_cast<void (*)()>(reinterpret_cast<void*>(procedure));
+}
+
+bool may_write(const fs::path& existing_file)
+{
+    return Handle(open_for_writing(existing_file)).valid();
+}
+
+fs::path create_temporary_file(const fs::path& beginning, bool for_others)
+{
+    take_endings_once();
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        fs::path file = beginning;
+        file += random_characters();
+        const TemporaryFilesLocked locked;
+        temporary_files.push_back(fs::absolute(file));
+        const Handle created(create_new(file, for_others));
+        if (created.valid()) {
+            return file;
+        }
+        temporary_files.pop_back();
+        if (GetLastError() != ERROR_FILE_EXISTS) {
+            fail("cannot create", file);
+        }
+    }
+    fail("cannot create", beginning);
+}
+
+void put_in_place(const fs::path& temporary, const fs::path& file)
+{
+    write_through(temporary);
+    if (fs::exists(file)) {
+        copy_permissions(file, temporary);
+    }
+    const fs::path registered = fs::absolute(temporary);
+    const TemporaryFilesLocked locked;
+    if (MoveFileExW(temporary.c_str(), file.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == 0) {
+        fail("cannot replace", file);
+    }
+    std::erase(temporary_files, registered);
+}
+
+void discard(const fs::path& temporary) noexcept
+{
+    const TemporaryFilesLocked locked;
+    DeleteFileW(temporary.c_str());
+    try {
+        std::erase(temporary_files, fs::absolute(temporary));
+    } catch (...) { // out of storage: the file is removed all the same, and once more at the end
+    }
+}
+
+} // namespace velm
