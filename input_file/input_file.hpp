@@ -79,8 +79,8 @@ enum class ProblemKind {
     unstorable,      ///< anything else that a model cannot hold
     // Values are missing from the model: the rest of the section was not read.
     record,        ///< another record than the one that belongs here
-    end_of_file,   ///< the file ends where a record belongs
-    trailing_bytes ///< the file goes on after its last record
+    end_of_file,   ///< the file ends where a record belongs, or within one
+    trailing_bytes ///< all sections were read, but the file goes on
 };
 
 /// True of the kinds that leave all values sure.

@@ -26,6 +26,7 @@ public:
         const std::optional<std::int32_t> number = in.identity("instance");
         if (!isc || !number || !has_place(in, *isc, *number)) {
             in.key(0);
+            complete_ = false;
             nowhere_ = {};
             return nowhere_;
         }
@@ -38,6 +39,9 @@ public:
         instances.back().used = true;
         return instances.back();
     }
+
+    /// Whether all have had a place.
+    [[nodiscard]] bool complete() const { return complete_; }
 
 private:
     static constexpr std::uint64_t most_unused = 1'000'000; ///< beyond any use, and soon beyond memory
@@ -69,6 +73,7 @@ private:
     std::vector<InstanceType<Instance>>& types_;
     std::unordered_set<std::int32_t> known_;
     Instance nowhere_;
+    bool complete_ = true;
 };
 
 } // namespace velm

@@ -18,6 +18,9 @@ void read_scale_factors(RecordReader& in, Model& model)
         parameter.description = text_as_served(in.text("description"));
     }
     in.refuse_more(count, records::parameter);
+    if (!parameters.complete()) { // then nobody knows whose the values are
+        throw SectionLost();
+    }
 }
 
 /// The instances of one type for a segment; those that are not in use are not in the file.

@@ -86,10 +86,19 @@ void RecordReader::take(const Line& line)
         options_.on_progress(window_.place());
     }
     ++line_;
-    if (!line.well_ended && !std::exchange(line_end_reported_, true)) {
-        report_at({record_line_, line.text.size() + 1}, ProblemKind::line_end, form_ == nullptr ? "" : form_->name(),
-                  "",
-                  line.bytes == line.text.size() ? "the last line has no end" : "the line ends in a line feed alone",
+    if (!line.well_ended) {
+        report_line_end(line);
+    }
+}
+
+void RecordReader::report_line_end(const Line& line)
+{
+    const Place end{record_line_, line.text.size() + 1};
+    if (line.bytes == line.text.size()) { // so who knows what else is missing
+        report_at(end, ProblemKind::end_of_file, "", "", "the file ends within its last line",
+                  "carriage return and line feed");
+    } else if (!std::exchange(line_end_reported_, true)) {
+        report_at(end, ProblemKind::line_end, "", "", "the line ends in a line feed alone",
                   "carriage return and line feed");
     }
 }

@@ -107,6 +107,7 @@ private:
     [[nodiscard]] bool another_follows(const Count& count, std::int32_t number, bool follows);
     [[nodiscard]] std::optional<Line> broken_line_ahead(const Record& expected);
     void take(const Line& line);
+    void report_line_end(const Line& line);
     void take_row(const Record& expected);
     void take_columns(const Record& expected);
     [[nodiscard]] bool split_row(std::string_view line, std::size_t numbers);

@@ -1,0 +1,45 @@
+#include "tests/input_file/exported.hpp"
+
+#include "model_store/model_store.hpp"
+
+#include <gtest/gtest.h>
+
+namespace velm {
+namespace {
+
+TEST(ImportAfterExport, gives_the_model_back)
+{
+    for (unsigned seed = 1; seed <= 400; ++seed) {
+        SCOPED_TRACE(seed);
+        std::mt19937 random(seed);
+        const Model model = random_model(random);
+        const std::string bytes = exported(model);
+        const InputFile file = read_text(bytes);
+        ASSERT_EQ(problems_of(file), "");
+        ASSERT_TRUE(file.whole);
+        ASSERT_EQ(file.bytes, bytes.size());
+        ASSERT_EQ(bytes, exported(file.model));
+        ASSERT_TRUE(file.model == model);
+    }
+}
+
+TEST(ExportAfterImport, gives_the_bytes_of_the_golden_files_back)
+{
+    for (const std::filesystem::path& golden : golden_files()) {
+        SCOPED_TRACE(golden);
+        const std::string bytes = bytes_of(golden);
+        const InputFile file = read_text(bytes);
+        if (golden.stem() == "numbers") { // full of numbers that no field holds
+            EXPECT_GT(file.gaps.size(), 20U);
+            for (const InputProblem& problem : file.problems) {
+                EXPECT_EQ(problem.raw.find_first_not_of('*'), std::string::npos) << problem.text("numbers.inp");
+            }
+        } else {
+            EXPECT_EQ(problems_of(file), "");
+            EXPECT_EQ(exported(file.model), bytes);
+        }
+    }
+}
+
+} // namespace
+} // namespace velm
