@@ -4,7 +4,7 @@
 #include "tool/operating_system.hpp"
 #include "tool/panel_page.hpp"
 #include "tool/plug_in.hpp"
-#include "tool/progress_bar.hpp"
+#include "tool/plug_in_run.hpp"
 #include "tool/replaced_file.hpp"
 #include "tool/written_file.hpp"
 
@@ -31,16 +31,6 @@ struct ExportArguments {
     std::string panel;   ///< empty: not saved
     std::string plug_in; ///< empty: the tool's own
     bool quiet = false;
-};
-
-class AttachedHost {
-public:
-    explicit AttachedHost(HeadlessHost& host) { velm_host_attach(&HeadlessHost::answer, &host); }
-    ~AttachedHost() { velm_host_attach(nullptr, nullptr); }
-    AttachedHost(const AttachedHost&) = delete;
-    AttachedHost& operator=(const AttachedHost&) = delete;
-    AttachedHost(AttachedHost&&) = delete;
-    AttachedHost& operator=(AttachedHost&&) = delete;
 };
 
 void refuse_same_file(const std::string& one, const std::string& other, const std::string& which)
@@ -71,39 +61,6 @@ void check_length(const std::string& file_name)
                                              " bytes, the plug-in has room for " + std::to_string(longest_file_name) +
                                              "; run velm in OUTPUT's directory and give the file name alone");
     }
-}
-
-/// Runs the plug-in; returns what it threw in words, empty when it returned.
-std::string run_plug_in(const PlugIn& plug_in, const Model& model, HeadlessHost& host, bool quiet)
-{
-    ProgressBar bar("export", "requests", requests_of_an_export(model), !quiet && has_capable_terminal());
-    host.on_progress = [&](std::uint64_t requests) { bar.show(requests); };
-    const AttachedHost attached(host);
-    try {
-        plug_in.run_export();
-        return {};
-    } catch (const std::exception& error) {
-        return std::string("the plug-in threw ") + error.what();
-    } catch (...) {
-        return "the plug-in threw something that has no name";
-    }
-}
-
-/// Why the export is not to be trusted; empty when host and plug-in agree that it is complete.
-std::string failure_seen_by(const HeadlessHost& host)
-{
-    if (host.requests() == 0) {
-        return "the plug-in asked this tool nothing: it is bound to another host library";
-    }
-    if (host.fault_count() > 0) {
-        const auto others = host.fault_count() - 1;
-        return host.faults().front() + (others == 0 ? "" : " (and " + std::to_string(others) + " more faults)");
-    }
-    if (!host.export_completed()) {
-        const std::string last = last_panel_message(host.panel());
-        return "the plug-in did not announce completion" + (last.empty() ? "" : "; it said last: " + last);
-    }
-    return {};
 }
 
 /// Saves the page; returns what kept it from that, empty when nothing.
@@ -143,10 +100,7 @@ ExitCode export_model(const ExportArguments& arguments)
     const Model model = read_model_file(arguments.model, arguments.quiet);
     HeadlessHost host(model, output.temporary().string());
 
-    std::string failure = run_plug_in(plug_in, model, host, arguments.quiet);
-    if (failure.empty()) {
-        failure = failure_seen_by(host);
-    }
+    std::string failure = run_export(plug_in, model, host, arguments.quiet);
     const WrittenFile written = read_written_file(output.temporary());
     if (failure.empty()) {
         failure = written.incompleteness();

@@ -1,0 +1,64 @@
+#include "tool/plug_in_run.hpp"
+
+#include "tool/operating_system.hpp"
+#include "tool/panel_page.hpp"
+#include "tool/progress_bar.hpp"
+
+#include <cstdint>
+#include <exception>
+
+namespace velm {
+namespace {
+
+class AttachedHost {
+public:
+    explicit AttachedHost(HeadlessHost& host) { velm_host_attach(&HeadlessHost::answer, &host); }
+    ~AttachedHost() { velm_host_attach(nullptr, nullptr); }
+    AttachedHost(const AttachedHost&) = delete;
+    AttachedHost& operator=(const AttachedHost&) = delete;
+    AttachedHost(AttachedHost&&) = delete;
+    AttachedHost& operator=(AttachedHost&&) = delete;
+};
+
+/// Runs the plug-in; returns what it threw in words, empty when it returned.
+std::string run_plug_in(const PlugIn& plug_in, const Model& model, HeadlessHost& host, bool quiet)
+{
+    ProgressBar bar("export", "requests", requests_of_an_export(model), !quiet && has_capable_terminal());
+    host.on_progress = [&](std::uint64_t requests) { bar.show(requests); };
+    const AttachedHost attached(host);
+    try {
+        plug_in.run_export();
+        return {};
+    } catch (const std::exception& error) {
+        return std::string("the plug-in threw ") + error.what();
+    } catch (...) {
+        return "the plug-in threw something that has no name";
+    }
+}
+
+/// Why the export is not to be trusted; empty when host and plug-in agree that it is complete.
+std::string failure_seen_by(const HeadlessHost& host)
+{
+    if (host.requests() == 0) {
+        return "the plug-in asked this tool nothing: it is bound to another host library";
+    }
+    if (host.fault_count() > 0) {
+        const auto others = host.fault_count() - 1;
+        return host.faults().front() + (others == 0 ? "" : " (and " + std::to_string(others) + " more faults)");
+    }
+    if (!host.export_completed()) {
+        const std::string last = last_panel_message(host.panel());
+        return "the plug-in did not announce completion" + (last.empty() ? "" : "; it said last: " + last);
+    }
+    return {};
+}
+
+} // namespace
+
+std::string run_export(const PlugIn& plug_in, const Model& model, HeadlessHost& host, bool quiet)
+{
+    const std::string thrown = run_plug_in(plug_in, model, host, quiet);
+    return thrown.empty() ? failure_seen_by(host) : thrown;
+}
+
+} // namespace velm

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "headless_host/headless_host.hpp"
+#include "model/model.hpp"
+#include "tool/plug_in.hpp"
+
+#include <string>
+
+namespace velm {
+
+/// Lets the plug-in export `model`, which `host` serves, with the requests counted on a terminal unless `quiet`.
+/// Returns why the export is not to be trusted; empty when host and plug-in agree that it is complete.
+[[nodiscard]] std::string run_export(const PlugIn& plug_in, const Model& model, HeadlessHost& host, bool quiet);
+
+} // namespace velm
