@@ -35,6 +35,13 @@ Character first_character(std::string_view utf8)
     return code < smallest.at(bytes) || surrogate || code > 0x10FFFF ? Character{} : Character{code, bytes};
 }
 
+constexpr char32_t pictures = 0x2400; ///< of the control characters
+
+constexpr bool is_pictured(char32_t code)
+{
+    return code == 0 || code == '\n' || code == '\r';
+}
+
 std::string hexadecimal(char32_t code, std::size_t digits)
 {
     std::string text;
@@ -52,7 +59,10 @@ std::string utf8_from_latin1(std::string_view latin1)
     utf8.reserve(latin1.size());
     for (const char character : latin1) {
         const auto code = static_cast<unsigned char>(character);
-        if (code < 0x80) {
+        if (is_pictured(code)) {
+            utf8 += "\xE2\x90";
+            utf8 += static_cast<char>(0x80U | code);
+        } else if (code < 0x80) {
             utf8 += character;
         } else {
             utf8 += static_cast<char>(0xC0U | code >> 6U);
@@ -66,10 +76,13 @@ Latin1Text latin1_from_utf8(std::string_view utf8)
 {
     Latin1Text result;
     while (!utf8.empty()) {
-        const Character character = first_character(utf8);
+        Character character = first_character(utf8);
         if (character.bytes == 0) {
             result.valid_utf8 = false;
             return result;
+        }
+        if (character.code >= pictures && is_pictured(character.code - pictures)) {
+            character.code -= pictures;
         }
         if (character.code > 0xFF && result.foreign_character.empty()) {
             result.foreign_character =

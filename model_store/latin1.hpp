@@ -7,10 +7,11 @@
 
 namespace velm {
 
-/// ISO 8859-1 as UTF-8; every byte has a character.
+/// ISO 8859-1 as UTF-8; every byte has a character. NUL, line feed and carriage return, which no text in a database
+/// may have, become the characters that picture them: U+2400, U+240A and U+240D.
 [[nodiscard]] std::string utf8_from_latin1(std::string_view latin1);
 
-/// UTF-8 as ISO 8859-1, or what keeps it from being so.
+/// UTF-8 as ISO 8859-1, the three pictures as what they picture, or what keeps it from being so.
 struct Latin1Text {
     std::string text;
     bool valid_utf8 = true;

@@ -48,9 +48,9 @@ Model load_model(const std::filesystem::path& database, const LoadOptions& optio
     return load(database, options, true);
 }
 
-void check_model(const std::filesystem::path& database)
+void check_model(const std::filesystem::path& database, const LoadOptions& options)
 {
-    load(database, {}, false);
+    load(database, options, false);
 }
 
 } // namespace velm

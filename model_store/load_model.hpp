@@ -7,6 +7,6 @@
 namespace velm {
 
 /// Everything that load_model() refuses, without keeping what is read.
-void check_model(const std::filesystem::path& database);
+void check_model(const std::filesystem::path& database, const LoadOptions& options = {});
 
 } // namespace velm

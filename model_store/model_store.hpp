@@ -2,10 +2,12 @@
 
 #include "model/model.hpp"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -47,9 +49,20 @@ struct LoadOptions {
 /// Throws StoreError with all problems found.
 [[nodiscard]] Model load_model(const std::filesystem::path& database, const LoadOptions& options = {});
 
+/// A value that is not known, by its place in the database: the row's key in the table's key order, 0 where it is
+/// shorter.
+struct MissingValue {
+    std::string_view table;
+    std::string_view column;
+    std::array<std::int32_t, 3> key{};
+};
+
 /// Writes `model` into a new database file. Throws StoreError when the file exists or cannot be written, or
 /// when the model has what the schema refuses; then no file is left.
-void save_model(const Model& model, const std::filesystem::path& database);
+///
+/// `missing` values become NULL, whatever the model has in their place. Such a database has the schema's tables
+/// without NOT NULL, and a load refuses it, naming each NULL, until all are filled.
+void save_model(const Model& model, const std::filesystem::path& database, std::span<const MissingValue> missing = {});
 
 /// Creates a database file from SQL text: the schema alone, or the schema and statements that fill it.
 /// Throws StoreError when the file exists or the SQL fails; then no file is left.

@@ -2,7 +2,9 @@
 #include "model_store/new_file.hpp"
 #include "model_store/table_writer.hpp"
 
+#include <algorithm>
 #include <string>
+#include <vector>
 
 namespace velm {
 
@@ -179,9 +181,47 @@ void save_constants(const Database& database, const Model& model)
     }
 }
 
-void save_tables(const Database& database, const Model& model)
+std::string schema_for(std::span<const MissingValue> missing)
 {
-    database.run(std::string(model_schema()).c_str());
+    constexpr std::string_view no_null = " NOT NULL";
+    std::string schema(model_schema());
+    for (std::size_t at = 0; !missing.empty() && (at = schema.find(no_null)) != std::string::npos;) {
+        schema.erase(at, no_null.size());
+    }
+    return schema;
+}
+
+void forget(const Database& database, const MissingValue& value)
+{
+    const TableShape& table = model_table(value.table);
+    std::string sql = "UPDATE " + table.name + " SET " + std::string(value.column) + " = NULL WHERE ";
+    for (std::size_t key = 0; key < table.keys; ++key) {
+        sql += (key == 0 ? "" : " AND ") + table.columns[key] + " = " + std::to_string(value.key.at(key));
+    }
+    database.run(sql.c_str());
+}
+
+/// All that a load refuses, but for the NULLs in the place of missing values.
+void check_but_for(const std::filesystem::path& file, std::size_t missing)
+{
+    LoadOptions options;
+    options.most_problems += missing;
+    try {
+        check_model(file, options);
+    } catch (const StoreError& error) {
+        const auto is_null = [](const StoreProblem& problem) { return problem.value == "NULL"; };
+        if (error.problems.size() != missing || !std::all_of(error.problems.begin(), error.problems.end(), is_null)) {
+            throw;
+        }
+    }
+}
+
+void save_tables(const Database& database, const Model& model, std::span<const MissingValue> missing)
+{
+    database.run(schema_for(missing).c_str());
+    if (!missing.empty()) { // what stands for a missing segment is no segment until it becomes NULL
+        database.run("PRAGMA defer_foreign_keys = ON");
+    }
     save_run(database, model);
     save_segments(database, model);
     save_systems(database, model);
@@ -190,15 +230,19 @@ void save_tables(const Database& database, const Model& model)
     save_time_functions(database, model);
     save_parameters(database, model);
     save_constants(database, model);
+    for (const MissingValue& value : missing) {
+        forget(database, value);
+    }
 }
 
 } // namespace
 
-void save_model(const Model& model, const std::filesystem::path& database)
+void save_model(const Model& model, const std::filesystem::path& database, std::span<const MissingValue> missing)
 {
     // what the schema lets pass but a load would refuse is found by reading it back before it gets its name
     write_new_database(
-        database, [&model](const Database& file) { save_tables(file, model); }, check_model);
+        database, [&](const Database& file) { save_tables(file, model, missing); },
+        [&](const std::filesystem::path& file) { check_but_for(file, missing.size()); });
 }
 
 } // namespace velm

@@ -197,9 +197,9 @@ std::string TableReader::text(std::string_view column, std::size_t longest)
     } else if (!latin1.foreign_character.empty()) {
         report(column, printable(utf8), "has the character " + latin1.foreign_character + ", which ISO 8859-1 lacks",
                "replace the character");
-    } else if (latin1.text.find('\0') != std::string::npos) {
+    } else if (utf8.find('\0') != std::string::npos) {
         report(column, printable(utf8), "has a NUL character", "remove it");
-    } else if (latin1.text.find_first_of("\r\n") != std::string::npos) {
+    } else if (utf8.find_first_of("\r\n") != std::string::npos) {
         report(column, printable(utf8), "has a line break", "keep the text on one line");
     } else if (latin1.text.size() > longest) {
         report(column, printable(utf8), "has " + std::to_string(latin1.text.size()) + " characters",

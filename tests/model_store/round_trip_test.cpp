@@ -30,6 +30,16 @@ TEST_F(RoundTrip, takes_the_texts_as_utf8)
               (std::vector<std::string>{"Ammonia of thirty letters äöüß", "Salt"}));
 }
 
+TEST_F(RoundTrip, keeps_bytes_that_a_text_cannot_have_as_their_pictures)
+{
+    Model model = full_model();
+    model.segments[0].name = std::string("a\0b\r\n", 5) + std::string(35, '\0');
+    save_model(model, file("model.db"));
+    EXPECT_EQ(query(file("model.db"), "SELECT rtrim(name, '␀') FROM segment WHERE number = 1"),
+              std::vector<std::string>{"a␀b␍␊"});
+    EXPECT_TRUE(load_model(file("model.db")) == model);
+}
+
 TEST_F(RoundTrip, fills_what_is_left_out_with_the_models_own_defaults)
 {
     create_database(std::string(model_schema()) +

@@ -19,8 +19,6 @@ TEST_F(Save, refuses_what_a_load_would_refuse_and_leaves_no_file)
          "table segment, segment 3: NOT NULL constraint failed: segment.slope; change the model"},
         {[](Model& model) { model.segments[2].slope = std::numeric_limits<float>::infinity(); },
          "table segment, segment 3, column slope: 'inf' is not finite; store a finite number"},
-        {[](Model& model) { model.segments[2].name = std::string("a\0b", 3); },
-         "table segment, segment 3, column name: 'a\\x00b' has a NUL character; remove it"},
         {[](Model& model) { model.systems[0].loads.items[1].series.values.pop_back(); },
          "table load_value, system 1, load 2: there are 3 times and 2 values; give as many of both"},
         {[](Model& model) { model.systems[1].initial_conditions.pop_back(); },
@@ -43,6 +41,41 @@ TEST_F(Save, refuses_what_a_load_would_refuse_and_leaves_no_file)
         EXPECT_EQ(error_of([&] { save_model(model, file("model.db")); }), refused.error);
         EXPECT_TRUE(names_in_folder().empty()) << refused.error;
     }
+}
+
+TEST_F(Save, leaves_the_place_of_a_missing_value_empty_until_it_is_filled)
+{
+    Model model = full_model();
+    model.systems[0].boundaries.items[0].segment = 0; // no segment
+    const std::vector<MissingValue> missing = {{"boundary", "segment", {1, 1}},
+                                               {"boundary_value", "time", {1, 1, 2}},
+                                               {"model", "restart", {1}},
+                                               {"parameter_value", "value", {1, 2, 3}}};
+    save_model(model, file("gaps.db"), missing);
+    EXPECT_EQ(
+        load_error(file("gaps.db")),
+        "table model, model 1, column restart: 'NULL' is not an integer; store an integer\n"
+        "table boundary, system 1, boundary 1, column segment: 'NULL' is not an integer; store an integer\n"
+        "table boundary_value, system 1, boundary 1, pair 2, column time: 'NULL' is not a number; store a number\n"
+        "table parameter_value, parameter type 1, parameter 2, segment 3, column value: 'NULL' is not a number; "
+        "store a number");
+    spoil(file("gaps.db"), "UPDATE model SET restart = 34; UPDATE boundary SET segment = 2 WHERE segment IS NULL;"
+                           "UPDATE boundary_value SET time = 0.5 WHERE time IS NULL;"
+                           "UPDATE parameter_value SET value = 0 WHERE value IS NULL;");
+    EXPECT_TRUE(load_model(file("gaps.db")) == full_model());
+}
+
+TEST_F(Save, refuses_all_else_that_is_wrong_beside_a_missing_value)
+{
+    const std::vector<MissingValue> missing = {{"model", "restart", {1}}};
+    Model model = full_model();
+    model.segments[2].slope = std::numeric_limits<float>::quiet_NaN();
+    EXPECT_NE(error_of([&] { save_model(model, file("gaps.db"), missing); }).find("column slope: 'NULL'"),
+              std::string::npos);
+    model = full_model();
+    model.systems[0].boundaries.items[1].segment = 4;
+    EXPECT_NE(error_of([&] { save_model(model, file("gaps.db"), missing); }), "no error");
+    EXPECT_TRUE(names_in_folder().empty());
 }
 
 TEST_F(Save, never_replaces_a_file)
