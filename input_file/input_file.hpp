@@ -83,6 +83,8 @@ enum class ProblemKind {
     trailing_bytes ///< all sections were read, but the file goes on
 };
 
+inline constexpr std::size_t problem_kinds = static_cast<std::size_t>(ProblemKind::trailing_bytes) + 1;
+
 /// True of the kinds that leave all values sure.
 [[nodiscard]] constexpr bool is_about_form(ProblemKind kind)
 {
@@ -117,9 +119,10 @@ struct ReadOptions {
 struct InputFile {
     Model model; ///< as far as it could be read
     std::vector<InputProblem> problems;
-    std::uint64_t problem_count = 0;
-    std::vector<Datum> gaps;            ///< the fields of asterisks, where the model has 0
-    bool whole = true;                  ///< every section was read to its end
+    std::uint64_t problem_count = 0;                           ///< also those that are not listed
+    std::array<std::uint64_t, problem_kinds> problem_counts{}; ///< by kind
+    std::vector<Datum> gaps;                                   ///< the fields of asterisks, where the model has 0
+    bool whole = true;                                         ///< every section was read to its end
     std::uint64_t unused_instances = 0; ///< put into the model to keep the numbers of the used ones
     std::uint64_t bytes = 0;
     std::uint64_t records = 0;

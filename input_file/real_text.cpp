@@ -82,8 +82,9 @@ double magnitude_of(const Decimal& number)
     if (number.digits == 0) {
         return 0;
     }
+    constexpr std::ptrdiff_t most_digits = 20;
     std::array<char, 32> text{};
-    char* end = std::to_chars(text.begin(), text.end(), number.digits).ptr;
+    char* end = std::to_chars(text.begin(), text.begin() + most_digits, number.digits).ptr;
     *end++ = 'e';
     end = std::to_chars(end, text.end(), number.exponent).ptr;
     double magnitude = 0;
@@ -131,9 +132,10 @@ float stepped(float value, int steps)
 
 /// The value that `is_text_of` says yes to, near the number that `text` says.
 ///
-/// A text stands for an interval of values around the number that it spells, from half a unit of its last digit below
-/// to just less than that above. The value nearest to the number is in it if any is, except at its upper end: there
-/// the next value down may be the one.
+/// A text stands for an interval of values: around the number that it spells when digits were rounded away, from that
+/// number up when all eight digits are shown, for they are cut. So the nearest value may lie just outside, and the one
+/// beside it within: 0.10000001 of single precision is 0.100000001490116, but the value that an export shows so may be
+/// its neighbour.
 template <class IsTextOf>
 RealText value_of(std::string_view text, const IsTextOf& is_text_of)
 {

@@ -496,6 +496,7 @@ void RecordReader::report_at(Place place, ProblemKind kind, std::string_view fie
                              std::string message, std::string expected)
 {
     ++result.problem_count;
+    ++result.problem_counts.at(static_cast<std::size_t>(kind));
     if (result.problems.size() < options_.most_problems) {
         result.problems.push_back(
             {kind, section_, place, in_words(field), printable_field(raw), std::move(message), std::move(expected)});

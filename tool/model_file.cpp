@@ -1,6 +1,5 @@
 #include "tool/model_file.hpp"
 
-#include "model_store/model_store.hpp"
 #include "tool/exit_code.hpp"
 #include "tool/operating_system.hpp"
 #include "tool/progress_bar.hpp"
@@ -14,7 +13,8 @@ namespace {
 
 constexpr auto why_no_stream = "SQLite keeps a database in a file, not in a stream; give a file name";
 
-/// The store's words: below a line that names the file, or alone when they are about the file as a whole.
+} // namespace
+
 std::string problems_text(const std::string& heading, const StoreError& error)
 {
     if (error.problems.size() == 1 && error.problems.front().table.empty()) {
@@ -26,8 +26,6 @@ std::string problems_text(const std::string& heading, const StoreError& error)
     }
     return error.more ? text + "\n  and more problems like these" : text;
 }
-
-} // namespace
 
 void refuse_stream(const std::string& file, const std::string& argument, const std::string& reason)
 {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/model.hpp"
+#include "model_store/model_store.hpp"
 
 #include <functional>
 #include <string>
@@ -14,6 +15,9 @@ void refuse_stream(const std::string& file, const std::string& argument, const s
 /// Loads the model that a command was given, with the rows counted on a terminal unless `quiet`. Whatever keeps it
 /// from being read is a ToolError (model_unreadable) whose text lists all that was found.
 [[nodiscard]] Model read_model_file(const std::string& database, bool quiet);
+
+/// The store's words: below a line that names the file, or alone when they are about the file as a whole.
+[[nodiscard]] std::string problems_text(const std::string& heading, const StoreError& error);
 
 /// Has `create` make a new model database and says so. Throws ToolError: usage when `database` exists already,
 /// failed when it cannot be made.

@@ -1,0 +1,183 @@
+#include "input_file/input_file.hpp"
+#include "model_store/model_store.hpp"
+#include "tool/commands.hpp"
+#include "tool/model_file.hpp"
+#include "tool/operating_system.hpp"
+#include "tool/progress_bar.hpp"
+#include "tool/replaced_file.hpp"
+#include "tool/terminal.hpp"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <iomanip>
+#include <iostream>
+#include <new>
+#include <system_error>
+#include <utility>
+
+namespace velm {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct ImportArguments {
+    std::string input;
+    std::string model;
+    bool force = false;
+    bool lenient = false;
+    bool quiet = false;
+};
+
+void check(const ImportArguments& arguments)
+{
+    refuse_stream(arguments.input, "FILE", "an input file is read from a file; give a file name");
+    refuse_stream(arguments.model, "MODEL", "SQLite keeps a database in a file, not in a stream; give a file name");
+    if (!fs::exists(fs::symlink_status(arguments.model))) {
+        return;
+    }
+    if (!arguments.force) {
+        throw ToolError(ExitCode::usage, arguments.model + " exists and is left as it is; give a name that is not "
+                                                           "taken, or replace it with --force");
+    }
+    std::error_code unresolved; // what leads nowhere is no other file; its use will say what is wrong
+    if (fs::equivalent(arguments.input, arguments.model, unresolved)) {
+        throw ToolError(ExitCode::usage, "FILE and MODEL are the same file, " + arguments.model);
+    }
+    for (const char* const journal : {"-wal", "-journal"}) { // SQLite would play it back into the new database
+        if (fs::exists(arguments.model + journal)) {
+            throw ToolError(ExitCode::usage, arguments.model + " is in use, for there is a file " + arguments.model +
+                                                 journal + "; close the program that uses it, or give another name");
+        }
+    }
+}
+
+InputFile read(const ImportArguments& arguments)
+{
+    std::error_code unknown; // then the bar shows no end
+    const std::uintmax_t size = fs::file_size(arguments.input, unknown);
+    ProgressBar bar("import", "bytes", unknown ? 0 : size, !arguments.quiet && has_capable_terminal());
+    ReadOptions options;
+    options.on_progress = [&](std::uint64_t bytes) { bar.show(bytes); };
+    try {
+        return read_input_file(fs::path(arguments.input), options);
+    } catch (const std::system_error& error) {
+        throw ToolError(ExitCode::model_unreadable, error.what());
+    } catch (const std::bad_alloc&) {
+        throw ToolError(ExitCode::model_unreadable,
+                        arguments.input + " cannot be imported: it does not fit into memory");
+    }
+}
+
+std::string list_of_problems(const InputFile& file, const std::string& name)
+{
+    std::string lines;
+    for (const InputProblem& problem : file.problems) {
+        lines += "\n  " + problem.text(name);
+    }
+    const std::uint64_t others = file.problem_count - file.problems.size();
+    return others == 0 ? lines : lines + "\n  and " + std::to_string(others) + " more";
+}
+
+/// Whether nothing is wrong but what --lenient lets pass: values that the file does not show, and other ways to write
+/// the same values.
+bool is_passable(const InputFile& file)
+{
+    std::uint64_t passable = file.problem_counts.at(static_cast<std::size_t>(ProblemKind::no_value));
+    for (std::size_t kind = 0; is_about_form(static_cast<ProblemKind>(kind)); ++kind) {
+        passable += file.problem_counts.at(kind);
+    }
+    return passable == file.problem_count;
+}
+
+void refuse_problems(const ImportArguments& arguments, const InputFile& file)
+{
+    if (file.problem_count == 0 || (arguments.lenient && is_passable(file))) {
+        return;
+    }
+    const char* const advice = is_passable(file)
+                                   ? "\nWith --lenient it is imported all the same, without the values that "
+                                     "it does not show"
+                                   : "";
+    throw ToolError(ExitCode::model_unreadable, arguments.input + " cannot be imported, " + arguments.model +
+                                                    " is not written:" + list_of_problems(file, arguments.input) +
+                                                    advice);
+}
+
+void save(const ImportArguments& arguments, const InputFile& file)
+{
+    std::vector<MissingValue> missing;
+    for (const Datum& gap : file.gaps) {
+        missing.push_back({gap.table, gap.column, gap.key});
+    }
+    try {
+        if (!arguments.force || !fs::exists(fs::symlink_status(arguments.model))) {
+            return save_model(file.model, arguments.model, missing);
+        }
+        ReplacedFile replaced(arguments.model);
+        fs::remove(replaced.temporary()); // the store writes only where no file is
+        save_model(file.model, replaced.temporary(), missing);
+        replaced.put_in_place();
+    } catch (const StoreError& error) {
+        throw ToolError(ExitCode::failed, problems_text(arguments.model + " cannot be written:", error));
+    }
+}
+
+void print_summary(const ImportArguments& arguments, const InputFile& file, double seconds)
+{
+    std::cerr << "velm: " << arguments.model << ": " << file.model.systems.size() << " systems and "
+              << file.model.segments.size() << " segments from " << file.records << " records, " << file.bytes
+              << " bytes in " << std::fixed << std::setprecision(2) << seconds << " seconds\n"
+              << "velm: what an input file leaves out is not in it: time functions, parameters and constants that are "
+                 "not in use, the ends of their descriptions, names of files that are not read\n";
+    if (file.unused_instances != 0) {
+        std::cerr << "velm: " << file.unused_instances
+                  << " of these keep their numbers, without content, for the sake of those after them\n";
+    }
+}
+
+ExitCode import_file(const ImportArguments& arguments)
+{
+    const auto start = std::chrono::steady_clock::now();
+    check(arguments);
+    const InputFile file = read(arguments);
+    refuse_problems(arguments, file);
+    save(arguments, file);
+    if (!arguments.quiet) {
+        const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
+        print_summary(arguments, file, seconds.count());
+    }
+    if (file.problem_count == 0) {
+        return ExitCode::done;
+    }
+    print_error(arguments.model + " does not hold all of " + arguments.input + " as it stands there; " +
+                std::to_string(file.gaps.size()) +
+                " values are NULL and are to be filled before an export:" + list_of_problems(file, arguments.input));
+    return ExitCode::findings;
+}
+
+} // namespace
+
+Command import_command(CLI::App& tool)
+{
+    auto values = std::make_shared<ImportArguments>();
+    CLI::App* const arguments = tool.add_subcommand("import", "Read an input file into a model database");
+    arguments->add_option("FILE", values->input, "Input file")->required();
+    arguments->add_option("MODEL", values->model, "Database to create")->required();
+    arguments->add_flag("--force", values->force, "Replace MODEL if it exists, once FILE has been read");
+    arguments->add_flag("--lenient", values->lenient,
+                        "Store NULL for fields of asterisks, and accept numbers, labels and line ends in other forms; "
+                        "all of them are listed");
+    arguments->add_flag("--quiet", values->quiet, "Print nothing but errors");
+    arguments->footer(
+        "Examples:\n"
+        "  velm import estuary.inp estuary.db\n"
+        "  velm import edited.inp estuary.db --force --lenient\n\n"
+        "Without --lenient, exporting MODEL gives the bytes of FILE again. When FILE cannot be imported,\n"
+        "all that is wrong with it is listed and MODEL is as it was.");
+    return {arguments, [values] { return import_file(*values); }};
+}
+
+} // namespace velm
