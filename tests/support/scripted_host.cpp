@@ -94,8 +94,8 @@ const ScriptedHost::Answer* ScriptedHost::next_answer(std::string request)
     auto found = script_.find(request);
     while (found == script_.end() && request.back() == ')') {
         const std::size_t last_value = request.rfind(',');
-        last_value == std::string::npos ? request.resize(request.find('('))
-                                        : void(request.replace(last_value, std::string::npos, 1, ')'));
+        request.resize(last_value == std::string::npos ? request.find('(') : last_value);
+        request += last_value == std::string::npos ? "" : ")";
         found = script_.find(request);
     }
     if (found == script_.end()) {
@@ -116,7 +116,7 @@ void ScriptedHost::serve(const velm_host_request& request)
         fragments.emplace_back(static_cast<const char*>(request.values[0]),
                                static_cast<std::size_t>(request.text_lengths[0]));
         if (on_request) {
-            on_request(fragments.back().c_str());
+            on_request(fragments.back().substr(0, fragments.back().find('\0')));
         }
         return;
     }

@@ -210,10 +210,10 @@ TEST(Export, says_why_it_stopped_and_asks_nothing_more)
         EXPECT_EQ(testing::internal::GetCapturedStderr(),
                   std::string("? ") + row.message + "\n? " + row.operation + " error on channel 5\n");
         ASSERT_GE(host.fragments.size(), 27U);
-        EXPECT_EQ(std::string((host.fragments.end() - 2)->c_str()) + host.fragments.back().c_str(),
-                  std::string("<li><span style=\"font-weight: bold; color: red;\">File Export failed: ") + row.message +
-                      " (" + row.operation + " error on channel 5)</span></li>");
-        EXPECT_EQ(host.fragments.back().find('\0'), host.fragments.back().size() - 1);
+        EXPECT_EQ(*(host.fragments.end() - 2),
+                  std::string(R"(<li><span style="font-weight: bold; color: red;">)") + '\0');
+        EXPECT_EQ(host.fragments.back(), std::string("File Export failed: ") + row.message + " (" + row.operation +
+                                             " error on channel 5)</span></li>" + '\0');
         if (*row.last_request != '\0') {
             EXPECT_EQ(host.requests.back(), row.last_request);
         }
@@ -233,7 +233,7 @@ TEST(Export, says_why_it_stopped_and_asks_nothing_more)
 TEST(Export, takes_100000_pairs_and_writes_them_all)
 {
     const TestFolder folder;
-    std::ptrdiff_t lines[2];
+    std::ptrdiff_t lines[2] = {};
     for (const int i : {0, 1}) {
         const char* const pairs[] = {"0", "100000"};
         ScriptedHost host(std::string("GNUMSYS() = 1; GNOBC(1) = 1; GNBFP(1,1) = ") + pairs[i],

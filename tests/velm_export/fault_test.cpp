@@ -78,7 +78,7 @@ void exchange(velm_host_request request)
 {
     std::free(storage);
 }
-[[gnu::noinline]] void operator delete(void* storage, std::size_t) noexcept
+[[gnu::noinline]] void operator delete(void* storage, std::size_t /*size*/) noexcept
 {
     std::free(storage);
 }
