@@ -50,7 +50,7 @@ __extension__ using Product = unsigned __int128;
 /// Rounding up adds less than 2^-35 to x (m < 2^24, the multiplier's last bit is worth 2^-59 or less), so the
 /// whole part is right unless x lies less than that below a whole number. No single-precision value
 /// does: tests/exhaustive compares all 2^31 magnitudes with exact big-integer arithmetic, and finds the nearest
-/// miss. An x that is a whole number is never reached from below, for the error is never negative.
+/// miss to be 2^-29.4. An x that is a whole number is never reached from below, for the error is never negative.
 ///
 /// Worked: 1.0f is 2^23 * 2^-23, k = 1, x = 2^23 * 2^-23 * 10^7 = 10,000,000 exactly.
 struct DigitScale {

@@ -57,7 +57,7 @@ void exchange(velm_host_request request)
     }
     host->serve(request);
     if (requests_until_the_host_throws != 0 && --requests_until_the_host_throws == 0) {
-        throw std::runtime_error("the database is locked");
+        throw std::runtime_error("<river.db> & its lock");
     }
 }
 
@@ -146,14 +146,15 @@ Outcome outcome(const std::string& script, int failing_operation = 0, int failin
 
 /// Everything that a failed export owes: what it said, where it stopped, and that the next one is right.
 void check_failure(const Outcome& failed, const Outcome& sound, const std::string& message,
-                   const std::string& operation)
+                   const std::string& operation, const std::string& message_in_page = "")
 {
     EXPECT_EQ(failed.standard_error, "? " + message + "\n? " + operation + " error on channel 5\n");
     ASSERT_GE(failed.fragments.size(), 2U);
     const std::size_t before = failed.fragments.size() - 2; // as many as the sound export had posted by then
     EXPECT_EQ(failed.fragments[before], "<li><span style=\"font-weight: bold; color: red;\">");
     EXPECT_EQ(failed.fragments[before + 1],
-              "File Export failed: " + message + " (" + operation + " error on channel 5)</span></li>");
+              "File Export failed: " + (message_in_page.empty() ? message : message_in_page) + " (" + operation +
+                  " error on channel 5)</span></li>");
     EXPECT_TRUE(std::equal(failed.fragments.begin(), failed.fragments.end() - 2, sound.fragments.begin()));
     EXPECT_TRUE(std::equal(failed.requests.begin(), failed.requests.end(), sound.requests.begin()));
     EXPECT_EQ(failed.content, sound.content.substr(0, failed.content.size()));
@@ -207,7 +208,7 @@ TEST(HostThatThrows, ends_the_export_wherever_it_throws)
     for (int n = 1; n <= asked; ++n) {
         SCOPED_TRACE("request " + std::to_string(n));
         const Outcome failed = outcome(script, 0, 0, n);
-        check_failure(failed, sound, "the database is locked", "EXPORT");
+        check_failure(failed, sound, "<river.db> & its lock", "EXPORT", "&lt;river.db&gt; &amp; its lock");
         EXPECT_EQ(failed.requests.size() + failed.fragments.size(), static_cast<std::size_t>(n) + 2);
         EXPECT_EQ(outcome(script).content, sound.content);
     }

@@ -13,7 +13,7 @@ namespace {
 
 /// A text in a buffer of its own: what is said about a failure must not need storage.
 struct FailureText {
-    char characters[ExportFailure::message_room + 96] = {};
+    char characters[5 * ExportFailure::message_room + 96] = {}; // every character may have to be spelt &amp;
     char* end = characters;
 
     FailureText& add(const char* text)
@@ -23,12 +23,26 @@ struct FailureText {
         }
         return *this;
     }
+
+    /// A text that is not ours, for a page: it must not open a tag there.
+    FailureText& add_to_page(const char* text)
+    {
+        for (; *text != '\0'; ++text) {
+            const char character[] = {*text, '\0'};
+            add(*text == '<' ? "&lt;" : *text == '>' ? "&gt;" : *text == '&' ? "&amp;" : character);
+        }
+        return *this;
+    }
 };
 
 void post_failure(const char* operation, const char* message)
 {
     FailureText closing;
-    closing.add("File Export failed: ").add(message).add(" (").add(operation).add(" error on channel 5)</span></li>");
+    closing.add("File Export failed: ")
+        .add_to_page(message)
+        .add(" (")
+        .add(operation)
+        .add(" error on channel 5)</span></li>");
     request<"PINFOHTML">(R"(<li><span style="font-weight: bold; color: red;">)");
     request<"PINFOHTML">(NulEndedText{closing.characters, static_cast<Integer>(closing.end - closing.characters) + 1});
 }
@@ -95,7 +109,7 @@ void velm::export_and_report(OutputFile& file) noexcept
     } catch (const std::bad_alloc&) {
         report("EXPORT", "storage cannot be obtained");
     } catch (const std::exception& unexpected) {
-        report("EXPORT", unexpected.what());
+        report("EXPORT", ExportFailure("EXPORT", unexpected.what()).what()); // cut to its room
     } catch (...) {
         report("EXPORT", "the host has thrown an exception");
     }
