@@ -6,10 +6,8 @@
 #include "Utilities/Export/velm_export/sections.hpp"
 #include "Utilities/IMPORT/import_export.hpp"
 #include "fuzz/fuzz_bytes.hpp"
-#include "host_link/host_exchange.h"
-#include "host_link/host_keys.hpp"
+#include "tests/support/own_call_forms.hpp"
 
-#include <cstdarg>
 #include <iterator>
 #include <limits>
 #include <stdexcept>
@@ -74,10 +72,12 @@ public:
     std::size_t requests_after_failure = 0;
     bool has_thrown = false;
 
-    void answer(const HostKey& key, void** values, const std::int32_t* text_lengths)
+    void answer(const OwnRequest& request)
     {
+        const HostKey& key = request.key;
+        const std::int32_t* text_length = request.text_lengths.data();
         if (key.name == "PINFOHTML") {
-            last_fragment.assign(static_cast<const char*>(values[0]), static_cast<std::size_t>(text_lengths[0]));
+            last_fragment.assign(&request.value<char>(0), static_cast<std::size_t>(*text_length));
             expect(last_fragment.ends_with('\0'), "a fragment ends with NUL");
             last_fragment.pop_back();
         }
@@ -89,9 +89,9 @@ public:
         for (std::size_t i = 0; i < key.argument_count; ++i) {
             const Argument& argument = key.arguments[i];
             if (argument.direction == Direction::out) {
-                fill(key, argument, values[i], argument.kind == Kind::text ? *text_lengths++ : 0);
+                fill(key, argument, request.values[i], argument.kind == Kind::text ? *text_length++ : 0);
             } else if (spoils_ && argument.kind == Kind::integer) {
-                *static_cast<std::int32_t*>(values[i]) = input_.number<std::int32_t>();
+                request.value<std::int32_t>(i) = input_.number<std::int32_t>();
             }
         }
         if (asks_back_ && key.name == "GNUMSEG") {
@@ -173,33 +173,12 @@ private:
     std::int32_t pairs_ = 0;
 };
 
-FuzzedHost* host = nullptr;
-
-/// What every host does first: finds the key, then takes the lengths that this key has.
-void exchange(const char* key_text, void** values, std::size_t call_form, std::va_list lengths)
-{
-    const auto* const key = std::find_if(std::begin(host_keys), std::end(host_keys),
-                                         [&](const HostKey& known) { return known.name == key_text; });
-    expect(key != std::end(host_keys) && key->argument_count == call_form, "a key travels in its own call form");
-    expect(va_arg(lengths, std::int32_t) == key->length(), "the key's length comes first");
-    std::int32_t text_lengths[2] = {};
-    std::size_t texts = 0;
-    for (const Argument& argument : key->arguments) {
-        if (argument.kind == Kind::text) {
-            const std::int32_t length = text_lengths[texts++] = va_arg(lengths, std::int32_t);
-            expect(length == argument.text_length || (argument.text_length == 0 && length > 0),
-                   "then one for each text, of the field's length");
-        }
-    }
-    host->answer(*key, values, text_lengths);
-}
-
 std::string export_for(FuzzBytes answers, int operations_until_failure)
 {
     FuzzedFile file;
     file.operations_until_failure = operations_until_failure;
     FuzzedHost fuzzed(answers, file);
-    host = &fuzzed;
+    own_host = [&](const OwnRequest& request) { fuzzed.answer(request); };
     export_and_report(file);
     if (fuzzed.last_fragment == completion) {
         expect(file.closed && !file.failed, "completion is announced when the file is closed and whole");
@@ -220,36 +199,6 @@ const std::string& sound_content()
 }
 
 } // namespace
-
-// NOLINTBEGIN(cert-dcl50-cpp): the host's contract
-#define VELM_ANSWER(count, last, ...)                                                                                  \
-    void* values[] = {__VA_ARGS__};                                                                                    \
-    std::va_list lengths;                                                                                              \
-    va_start(lengths, last);                                                                                           \
-    exchange(key, values, count, lengths);                                                                             \
-    va_end(lengths)
-
-void host_exchange_1(const char* key, void* a, ...)
-{
-    VELM_ANSWER(1, a, a);
-}
-void host_exchange_2(const char* key, void* a, void* b, ...)
-{
-    VELM_ANSWER(2, b, a, b);
-}
-void host_exchange_3(const char* key, void* a, void* b, void* c, ...)
-{
-    VELM_ANSWER(3, c, a, b, c);
-}
-void host_exchange_4(const char* key, void* a, void* b, void* c, void* d, ...)
-{
-    VELM_ANSWER(4, d, a, b, c, d);
-}
-void host_exchange_5(const char* key, void* a, void* b, void* c, void* d, void* e, ...)
-{
-    VELM_ANSWER(5, e, a, b, c, d, e);
-}
-// NOLINTEND(cert-dcl50-cpp)
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
 {

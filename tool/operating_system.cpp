@@ -16,6 +16,7 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -30,9 +31,14 @@ namespace fs = std::filesystem;
     throw std::system_error(errno, std::generic_category(), what + " " + file.string());
 }
 
-/// Absolute names of the files to remove when the process ends; an empty name is a free place. A signal handler
-/// reads them, so they are changed only while signals are held.
-std::array<std::array<char, PATH_MAX>, 4> temporary_files{};
+struct TemporaryFile {
+    std::array<char, PATH_MAX> name{}; ///< absolute; empty: a free place
+    int lock = -1;                     ///< says to others that somebody uses the file
+};
+
+/// The files to remove when the process ends. A signal handler reads the names, so they are changed only while
+/// signals are held.
+std::array<TemporaryFile, 4> temporary_files{};
 
 class SignalsHeld {
 public:
@@ -54,10 +60,10 @@ private:
 
 extern "C" void remove_temporary_files()
 {
-    for (auto& name : temporary_files) {
-        if (name[0] != '\0') {
-            unlink(name.data());
-            name[0] = '\0';
+    for (TemporaryFile& file : temporary_files) {
+        if (file.name[0] != '\0') {
+            unlink(file.name.data());
+            file.name[0] = '\0';
         }
     }
 }
@@ -87,17 +93,49 @@ void take_signals_once()
     (void)std::signal(SIGXFSZ, SIG_IGN); // a file that grows too large is a failed write, not the end
 }
 
-std::array<char, PATH_MAX>* place_of(const std::string& absolute_name)
+TemporaryFile* place_of(const std::string& absolute_name)
 {
     auto* const found = std::find_if(temporary_files.begin(), temporary_files.end(),
-                                     [&](const auto& name) { return absolute_name == name.data(); });
+                                     [&](const TemporaryFile& file) { return absolute_name == file.name.data(); });
     return found == temporary_files.end() ? nullptr : &*found;
 }
 
 void forget(const fs::path& temporary)
 {
     if (auto* place = place_of(fs::absolute(temporary).string())) {
-        (*place)[0] = '\0';
+        place->name[0] = '\0';
+        close(place->lock);
+    }
+}
+
+/// False when another process has the file, or has just removed it. Where files cannot be locked it is ours unlocked.
+bool take_lock(int descriptor)
+{
+    const bool taken_by_another = flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    struct stat status {};
+    return !taken_by_another && fstat(descriptor, &status) == 0 && status.st_nlink != 0;
+}
+
+/// Removes what processes that were killed have left: a lock ends with its process, its file does not. What cannot be
+/// looked at or locked stays.
+void remove_abandoned(const fs::path& beginning)
+{
+    const std::string start = beginning.filename().string();
+    std::error_code unreadable;
+    const fs::path directory = beginning.has_parent_path() ? beginning.parent_path() : ".";
+    for (fs::directory_iterator entry(directory, unreadable), end; entry != end; entry.increment(unreadable)) {
+        const fs::path& file = entry->path();
+        const std::string name = file.filename().string();
+        if (name.size() != start.size() + random_character_count || name.compare(0, start.size(), start) != 0) {
+            continue;
+        }
+        const int descriptor = open(file.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+        if (descriptor >= 0 && flock(descriptor, LOCK_EX | LOCK_NB) == 0) {
+            unlink(file.c_str());
+        }
+        if (descriptor >= 0) {
+            close(descriptor);
+        }
     }
 }
 
@@ -154,25 +192,32 @@ bool may_write(const fs::path& existing_file)
 fs::path create_temporary_file(const fs::path& beginning, bool for_others)
 {
     take_signals_once();
+    remove_abandoned(beginning);
     for (int attempt = 0; attempt < 100; ++attempt) {
         fs::path file = beginning.string() + random_characters();
         const std::string absolute_name = fs::absolute(file).string();
         const SignalsHeld held;
         const int descriptor = open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, for_others ? 0666 : 0600);
-        if (descriptor >= 0) {
-            close(descriptor);
-            auto* const place = place_of("");
-            if (place == nullptr || absolute_name.size() >= place->size()) {
-                unlink(file.c_str());
-                errno = place == nullptr ? EMFILE : ENAMETOOLONG;
-                fail("cannot keep track of", file);
-            }
-            std::copy_n(absolute_name.c_str(), absolute_name.size() + 1, place->begin());
-            return file;
+        if (descriptor < 0 && errno == EEXIST) {
+            continue;
         }
-        if (errno != EEXIST) {
+        if (descriptor < 0) {
             fail("cannot create", file);
         }
+        if (!take_lock(descriptor)) { // another run takes the new file for an abandoned one
+            close(descriptor);
+            continue;
+        }
+        TemporaryFile* const place = place_of("");
+        if (place == nullptr || absolute_name.size() >= place->name.size()) {
+            unlink(file.c_str());
+            close(descriptor);
+            errno = place == nullptr ? EMFILE : ENAMETOOLONG;
+            fail("cannot keep track of", file);
+        }
+        std::copy_n(absolute_name.c_str(), absolute_name.size() + 1, place->name.begin());
+        place->lock = descriptor;
+        return file;
     }
     fail("cannot create", beginning);
 }

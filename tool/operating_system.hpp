@@ -21,7 +21,8 @@ namespace velm {
 
 /// Creates an empty file whose name is `beginning` and characters that make it new; others may read it only when
 /// `for_others`. Until put_in_place or discard it is removed when the process ends: by exit, by a signal that
-/// ends processes or by a crash. At most four files at a time.
+/// ends processes or by a crash. At most four files at a time. Files of this beginning whose process was killed, which
+/// removes nothing, are removed first where the system can tell.
 [[nodiscard]] std::filesystem::path create_temporary_file(const std::filesystem::path& beginning, bool for_others);
 
 /// Writes the temporary file through to the disk, gives it the permissions (and, where allowed, the owner) of
