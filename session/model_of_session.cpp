@@ -153,14 +153,14 @@ bool is_same_value(std::int32_t key, Kind kind, const RecordedValue& recorded, c
 
 std::string value_words(Kind kind, const RecordedValue& value)
 {
-    std::string words;
+    LineWriter words;
     switch (kind) {
-    case Kind::integer: append_integer(words, value.integer); break;
-    case Kind::real: append_real(words, value.real); break;
-    case Kind::text: append_text(words, value.text); break;
-    case Kind::series: words = "another series"; break;
+    case Kind::integer: words.put_integer(value.integer); break;
+    case Kind::real: words.put_real(value.real); break;
+    case Kind::text: words.put_text(value.text); break;
+    case Kind::series: words.put("another series"); break;
     }
-    return words;
+    return std::string(words.line());
 }
 
 void compare(const SessionReader& session, const RecordedExchange& exchange, Asker& asker)

@@ -24,8 +24,9 @@ std::string words(const HostKey& key, Integer integer, Text text, std::int32_t t
         if (key.arguments[i].kind == Kind::integer) {
             result.append(key.arguments[i].meaning) += ' ' + std::to_string(integer(i));
         } else {
-            append_text(result, std::string_view(text(i)).substr(0, most_characters));
-            result += " of length " + std::to_string(text_length);
+            LineWriter quoted;
+            quoted.put_text(std::string_view(text(i)).substr(0, most_characters));
+            result.append(quoted.line()).append(" of length ") += std::to_string(text_length);
         }
     }
     return *separator == '(' ? result : result + ')';

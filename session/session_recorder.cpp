@@ -1,44 +1,15 @@
 #include "session/session_recorder.hpp"
 
 #include "headless_host/request.hpp"
-#include "session/line_writer.hpp"
 
 #include <algorithm>
 #include <cstring>
-#include <span>
+#include <exception>
+#include <string_view>
 #include <utility>
 
 namespace velm {
 namespace {
-
-/// True when the values are what the key says they are: nothing is known of those of other requests.
-bool has_known_values(const velm_host_request& request)
-{
-    return request.key_position != velm_unknown_key &&
-           host_keys[request.key_position].argument_count == static_cast<std::size_t>(request.call_form);
-}
-
-/// Calls `use` with each argument of the request, its number from 0 and, for a text, its length in bytes.
-template <class Use>
-void for_each_argument(const velm_host_request& request, Direction direction, Use use)
-{
-    if (!has_known_values(request)) {
-        return;
-    }
-    const HostKey& key = host_keys[request.key_position];
-    std::size_t text = 0;
-    for (std::size_t i = 0; i < key.argument_count; ++i) {
-        const Argument& argument = key.arguments[i];
-        std::size_t length = 0;
-        if (argument.kind == Kind::text) {
-            const std::int32_t passed = request.text_lengths[text++];
-            length = std::min(static_cast<std::size_t>(std::max(passed, 0)), longest_recorded_text);
-        }
-        if (argument.direction == direction) {
-            use(i, argument.kind, length);
-        }
-    }
-}
 
 template <class Number>
 Number number_at(const void* address)
@@ -48,22 +19,46 @@ Number number_at(const void* address)
     return value;
 }
 
-std::string_view text_at(const void* address, std::size_t length)
+std::string_view text_at(const void* address, std::size_t size)
 {
-    return {static_cast<const char*>(address), length};
-}
-
-const float* series_at(const void* address)
-{
-    return static_cast<const float*>(address);
+    return {static_cast<const char*>(address), size};
 }
 
 std::string_view passed_key(const velm_host_request& request)
 {
     constexpr std::int32_t most_characters = 64;
-    const std::string_view passed(request.key,
-                                  static_cast<std::size_t>(std::clamp(request.key_length, 0, most_characters)));
-    return passed.substr(0, passed.find('\0'));
+    const auto size = static_cast<std::size_t>(std::clamp(request.key_length, 0, most_characters));
+    return text_at(request.key, size).substr(0, text_at(request.key, size).find('\0'));
+}
+
+/// The members from the key to the lengths.
+void put_key_form_and_lengths(LineWriter& line, std::string_view key, std::int32_t form, std::int32_t key_length,
+                              std::span<const std::int32_t> text_lengths)
+{
+    line.put(",\"key\":");
+    line.put_text(key);
+    line.put(",\"form\":");
+    line.put_integer(form);
+    line.put(",\"lengths\":[");
+    line.put_integer(key_length);
+    for (const std::int32_t length : text_lengths) {
+        line.put(",");
+        line.put_integer(length);
+    }
+    line.put("]");
+}
+
+/// The same for every key that has no text: always one and the same.
+std::array<std::string, host_key_count> members_of_keys()
+{
+    std::array<std::string, host_key_count> members;
+    for (std::size_t i = 0; i < host_key_count; ++i) {
+        LineWriter line;
+        const HostKey& key = host_keys[i];
+        put_key_form_and_lengths(line, key.name, static_cast<std::int32_t>(key.argument_count), key.length(), {});
+        members[i] = line.line();
+    }
+    return members;
 }
 
 } // namespace
@@ -87,10 +82,20 @@ void SessionRecorder::close() noexcept
     try {
         file_->append("{\"end\":" + std::to_string(exchanges_) + "}\n");
         file_->close();
+        file_.reset();
     } catch (const std::exception& error) {
-        failure_ = error.what();
+        stop(error.what());
     }
+}
+
+void SessionRecorder::stop(const char* reason) noexcept
+{
     file_.reset();
+    try {
+        failure_ = reason;
+    } catch (const std::exception&) {
+        failure_ = "no memory"; // short enough to need none
+    }
 }
 
 void SessionRecorder::before_answer(const velm_host_request& request) noexcept
@@ -99,10 +104,10 @@ void SessionRecorder::before_answer(const velm_host_request& request) noexcept
         return;
     }
     try {
+        find_values(request);
         keep_values(request);
     } catch (const std::exception& error) {
-        failure_ = error.what();
-        file_.reset();
+        stop(error.what());
     }
 }
 
@@ -114,153 +119,170 @@ void SessionRecorder::after_answer(const velm_host_request& request) noexcept
     try {
         ++exchanges_;
         line_.clear();
-        append_opening(request);
-        append_in_values(request);
-        append_out_values(request);
-        append_in_values_after(request);
-        line_ += "}\n";
-        file_->append(line_);
+        put_opening(request);
+        put_in_values_before();
+        put_out_values(request);
+        if (in_values_have_changed()) {
+            put_in_values_after();
+        }
+        line_.put("}\n");
+        file_->append(line_.line());
         remember_count(request);
     } catch (const std::exception& error) {
-        failure_ = error.what();
-        file_.reset();
+        stop(error.what());
+    }
+}
+
+void SessionRecorder::find_values(const velm_host_request& request)
+{
+    value_count_ = 0;
+    if (request.key_position == velm_unknown_key) {
+        return;
+    }
+    const HostKey& key = host_keys[request.key_position];
+    if (key.argument_count != static_cast<std::size_t>(request.call_form)) {
+        return;
+    }
+    std::size_t text = 0;
+    for (; value_count_ < key.argument_count; ++value_count_) {
+        const Argument& argument = key.arguments[value_count_];
+        Value& value = values_[value_count_];
+        value = {argument.kind, argument.direction, request.values[value_count_], 0};
+        if (argument.kind == Kind::text) {
+            const std::int32_t passed = std::max(request.text_lengths[text++], 0);
+            value.text_size = std::min(static_cast<std::size_t>(passed), longest_recorded_text);
+        }
     }
 }
 
 void SessionRecorder::keep_values(const velm_host_request& request)
 {
-    const auto keep_text = [&](std::size_t i, std::size_t length) {
-        before_[i].text.assign(text_at(request.values[i], length));
-    };
-    for_each_argument(request, Direction::in, [&](std::size_t i, Kind kind, std::size_t length) {
-        if (kind == Kind::integer) {
-            before_[i].integer = number_at<std::int32_t>(request.values[i]);
-        } else {
-            keep_text(i, length);
-        }
-    });
-    for_each_argument(request, Direction::out, [&](std::size_t i, Kind kind, std::size_t length) {
-        if (kind == Kind::text) {
-            keep_text(i, length);
-        } else if (kind == Kind::series && !has_known_length(request)) {
-            const float* const series = series_at(request.values[i]);
+    for (std::size_t i = 0; i < value_count_; ++i) {
+        const Value& value = values_[i];
+        if (value.kind == Kind::text) {
+            before_[i].text.assign(text_at(value.address, value.text_size));
+        } else if (value.direction == Direction::in) {
+            before_[i].integer = number_at<std::int32_t>(value.address);
+        } else if (value.kind == Kind::series && !knows_length_of_series(request)) {
+            const auto* const series = static_cast<const float*>(value.address);
             before_[i].series.assign(series, series + Request::series_entries);
         }
-    });
+    }
 }
 
-void SessionRecorder::append_opening(const velm_host_request& request)
+void SessionRecorder::put_opening(const velm_host_request& request)
 {
-    line_ += "{\"exchange\":";
-    append_integer(line_, static_cast<std::int64_t>(exchanges_));
-    line_ += ",\"key\":";
-    append_text(line_, passed_key(request));
-    line_ += ",\"form\":";
-    append_integer(line_, request.call_form);
-    line_ += ",\"lengths\":[";
-    append_integer(line_, request.key_length);
-    std::size_t text = 0;
-    const auto append_length = [&](std::size_t, Kind kind, std::size_t) {
-        if (kind == Kind::text) {
-            line_ += ',';
-            append_integer(line_, request.text_lengths[text++]);
-        }
-    };
-    for_each_argument(request, Direction::in, append_length);
-    for_each_argument(request, Direction::out, append_length);
-    line_ += ']';
+    static const std::array<std::string, host_key_count> members = members_of_keys();
+    line_.put("{\"exchange\":");
+    line_.put_integer(static_cast<std::int64_t>(exchanges_));
+    const auto texts = std::ranges::count(values(), Kind::text, &Value::kind);
+    if (value_count_ != 0 && texts == 0) {
+        line_.put(members[static_cast<std::size_t>(request.key_position)]);
+    } else {
+        put_key_form_and_lengths(line_, passed_key(request), request.call_form, request.key_length,
+                                 std::span(request.text_lengths).first(static_cast<std::size_t>(texts)));
+    }
 }
 
-void SessionRecorder::append_in_values(const velm_host_request& request)
+void SessionRecorder::put_in_values_before()
 {
-    line_ += ",\"in\":[";
+    line_.put(",\"in\":[");
     const char* separator = "";
-    for_each_argument(request, Direction::in, [&](std::size_t i, Kind kind, std::size_t) {
-        line_ += std::exchange(separator, ",");
-        if (kind == Kind::integer) {
-            append_integer(line_, before_[i].integer);
-        } else {
-            append_text(line_, before_[i].text);
+    for (std::size_t i = 0; i < value_count_; ++i) {
+        if (values_[i].direction == Direction::in) {
+            line_.put(std::exchange(separator, ","));
+            if (values_[i].kind == Kind::integer) {
+                line_.put_integer(before_[i].integer);
+            } else {
+                line_.put_text(before_[i].text);
+            }
         }
-    });
-    line_ += ']';
+    }
+    line_.put("]");
 }
 
-void SessionRecorder::append_out_values(const velm_host_request& request)
+void SessionRecorder::put_out_values(const velm_host_request& request)
 {
-    line_ += ",\"out\":[";
+    line_.put(",\"out\":[");
     const char* separator = "";
-    for_each_argument(request, Direction::out, [&](std::size_t i, Kind kind, std::size_t length) {
-        line_ += std::exchange(separator, ",");
-        switch (kind) {
-        case Kind::integer: append_integer(line_, number_at<std::int32_t>(request.values[i])); break;
-        case Kind::real: append_real(line_, number_at<float>(request.values[i])); break;
-        case Kind::text: append_text_value(before_[i].text, text_at(request.values[i], length)); break;
-        case Kind::series: append_series_value(request, i); break;
+    for (std::size_t i = 0; i < value_count_; ++i) {
+        const Value& value = values_[i];
+        if (value.direction == Direction::in) {
+            continue;
         }
-    });
-    line_ += ']';
+        line_.put(std::exchange(separator, ","));
+        switch (value.kind) {
+        case Kind::integer: line_.put_integer(number_at<std::int32_t>(value.address)); break;
+        case Kind::real: line_.put_real(number_at<float>(value.address)); break;
+        case Kind::text:
+            line_.put("{\"text\":");
+            line_.put_text(text_at(value.address, value.text_size));
+            line_.put(",\"unchanged\":");
+            line_.put_equal_ranges(before_[i].text, text_at(value.address, value.text_size));
+            line_.put("}");
+            break;
+        case Kind::series: put_series(request, i); break;
+        }
+    }
+    line_.put("]");
 }
 
-void SessionRecorder::append_text_value(std::string_view before, std::string_view after)
+bool SessionRecorder::in_values_have_changed() const
 {
-    line_ += "{\"text\":";
-    append_text(line_, after);
-    line_ += ",\"unchanged\":";
-    append_equal_ranges(line_, before, after);
-    line_ += '}';
+    for (std::size_t i = 0; i < value_count_; ++i) {
+        const Value& value = values_[i];
+        if (value.direction == Direction::in &&
+            (value.kind == Kind::integer ? before_[i].integer != number_at<std::int32_t>(value.address)
+                                         : before_[i].text != text_at(value.address, value.text_size))) {
+            return true;
+        }
+    }
+    return false;
 }
 
-bool SessionRecorder::has_known_length(const velm_host_request& request) const
+void SessionRecorder::put_in_values_after()
+{
+    line_.put(",\"in_after\":[");
+    const char* separator = "";
+    for (const Value& value : values()) {
+        if (value.direction == Direction::in) {
+            line_.put(std::exchange(separator, ","));
+            if (value.kind == Kind::integer) {
+                line_.put_integer(number_at<std::int32_t>(value.address));
+            } else {
+                line_.put_text(text_at(value.address, value.text_size));
+            }
+        }
+    }
+    line_.put("]");
+}
+
+bool SessionRecorder::knows_length_of_series(const velm_host_request& request) const
 {
     return series_count_.key_position == request.key_position && series_count_.system == before_[0].integer &&
            series_count_.item == before_[1].integer;
 }
 
-void SessionRecorder::append_series_value(const velm_host_request& request, std::size_t argument)
+void SessionRecorder::put_series(const velm_host_request& request, std::size_t value)
 {
-    const float* const series = series_at(request.values[argument]);
+    const auto* const series = static_cast<const float*>(values_[value].address);
     std::size_t entries = Request::series_entries;
-    if (has_known_length(request)) {
+    if (knows_length_of_series(request)) {
         entries = std::min(entries, static_cast<std::size_t>(std::max(series_count_.count, 0)));
     } else { // up to the last entry that changed
-        const std::vector<float>& before = before_[argument].series;
+        const std::vector<float>& before = before_[value].series;
         while (entries > 0 && std::memcmp(&series[entries - 1], &before[entries - 1], sizeof(float)) == 0) {
             --entries;
         }
     }
-    append_series(line_, std::span(series, entries));
+    line_.put_series(std::span(series, entries));
 }
 
-void SessionRecorder::append_in_values_after(const velm_host_request& request)
-{
-    bool changed = false;
-    for_each_argument(request, Direction::in, [&](std::size_t i, Kind kind, std::size_t length) {
-        changed |= kind == Kind::integer ? before_[i].integer != number_at<std::int32_t>(request.values[i])
-                                         : before_[i].text != text_at(request.values[i], length);
-    });
-    if (!changed) {
-        return;
-    }
-    line_ += ",\"in_after\":[";
-    const char* separator = "";
-    for_each_argument(request, Direction::in, [&](std::size_t i, Kind kind, std::size_t length) {
-        line_ += std::exchange(separator, ",");
-        if (kind == Kind::integer) {
-            append_integer(line_, number_at<std::int32_t>(request.values[i]));
-        } else {
-            append_text(line_, text_at(request.values[i], length));
-        }
-    });
-    line_ += ']';
-}
-
-/// How long a series is is asked for just before it.
 void SessionRecorder::remember_count(const velm_host_request& request)
 {
     series_count_.key_position = velm_unknown_key;
     const bool of_boundary = request.key_position == "GNBFP"_key;
-    if ((of_boundary || request.key_position == "GNBWK"_key) && has_known_values(request)) {
+    if ((of_boundary || request.key_position == "GNBWK"_key) && value_count_ != 0) {
         series_count_ = {of_boundary ? "GALLBOUNDFUNC"_key : "GALLLOADFUNC"_key, before_[0].integer, before_[1].integer,
                          number_at<std::int32_t>(request.values[2])};
     }

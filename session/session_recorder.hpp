@@ -3,13 +3,14 @@
 #include "headless_host/prevelmwdll.h"
 #include "session/exchange.hpp"
 #include "session/growing_file.hpp"
+#include "session/line_writer.hpp"
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
-#include <string_view>
-#include <vector>
 
 namespace velm {
 
@@ -43,7 +44,14 @@ public:
     [[nodiscard]] const std::string& failure() const { return failure_; }
 
 private:
-    /// The whole of a series is kept from before the answer only when nothing tells how long it is.
+    /// A value of the request under way.
+    struct Value {
+        Kind kind{};
+        Direction direction{};
+        const void* address = nullptr;
+        std::size_t text_size = 0; ///< bytes of a text that are recorded
+    };
+    /// How many entries the next series has, which the plug-in asks for just before it.
     struct SeriesCount {
         std::int32_t key_position = velm_unknown_key; ///< of the key that fetches the series
         std::int32_t system = 0;
@@ -53,22 +61,27 @@ private:
 
     void before_answer(const velm_host_request& request) noexcept;
     void after_answer(const velm_host_request& request) noexcept;
+    void stop(const char* reason) noexcept;
 
+    void find_values(const velm_host_request& request);
     void keep_values(const velm_host_request& request);
-    void append_opening(const velm_host_request& request);
-    void append_in_values(const velm_host_request& request);
-    void append_out_values(const velm_host_request& request);
-    void append_in_values_after(const velm_host_request& request);
-    void append_series_value(const velm_host_request& request, std::size_t argument);
-    void append_text_value(std::string_view before, std::string_view after);
+    void put_opening(const velm_host_request& request);
+    void put_in_values_before();
+    void put_out_values(const velm_host_request& request);
+    [[nodiscard]] bool in_values_have_changed() const;
+    void put_in_values_after();
+    void put_series(const velm_host_request& request, std::size_t value);
+    [[nodiscard]] bool knows_length_of_series(const velm_host_request& request) const;
     void remember_count(const velm_host_request& request);
-    [[nodiscard]] bool has_known_length(const velm_host_request& request) const;
+    [[nodiscard]] std::span<const Value> values() const { return {values_.data(), value_count_}; }
 
     std::optional<GrowingFile> file_;
     std::string failure_;
     std::uint64_t exchanges_ = 0;
-    std::string line_;
-    RecordedValues before_; ///< what the values held before the answer: in-values, texts, series of unknown length
+    LineWriter line_;
+    std::array<Value, HostKey::most_arguments> values_{};
+    std::size_t value_count_ = 0; ///< 0 when the key does not tell what the values are
+    RecordedValues before_;       ///< in-values, texts, and series of unknown length as they were before the answer
     SeriesCount series_count_;
 };
 

@@ -1,5 +1,7 @@
 #include "headless_host/headless_host.hpp"
+#include "session/session_recorder.hpp"
 #include "tool/commands.hpp"
+#include "tool/file_arguments.hpp"
 #include "tool/model_file.hpp"
 #include "tool/operating_system.hpp"
 #include "tool/panel_page.hpp"
@@ -16,29 +18,25 @@
 #include <iomanip>
 #include <iostream>
 #include <optional>
-#include <system_error>
 
 namespace velm {
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t longest_file_name = 512; // the plug-in's field
-
 struct ExportArguments {
     std::string model;
     std::string output;
     std::string panel;   ///< empty: not saved
+    std::string session; ///< empty: not recorded
     std::string plug_in; ///< empty: the tool's own
     bool quiet = false;
 };
 
-void refuse_same_file(const std::string& one, const std::string& other, const std::string& which)
+void refuse_existing_session(const std::string& session)
 {
-    std::error_code unresolved; // a path that leads nowhere is no other file; its use will say what is wrong
-    const fs::path resolved = fs::weakly_canonical(fs::absolute(one), unresolved);
-    if (!resolved.empty() && resolved == fs::weakly_canonical(fs::absolute(other), unresolved)) {
-        throw ToolError(ExitCode::usage, which + " are the same file, " + one + "; one would replace the other");
+    if (fs::exists(fs::symlink_status(session))) {
+        throw ToolError(ExitCode::usage, session + " exists and is left as it is; give a name that is not taken");
     }
 }
 
@@ -52,14 +50,10 @@ void check(const ExportArguments& arguments)
         refuse_same_file(arguments.panel, arguments.output, "The panel's file and OUTPUT");
         refuse_same_file(arguments.panel, arguments.model, "The panel's file and MODEL");
     }
-}
-
-void check_length(const std::string& file_name)
-{
-    if (file_name.size() > longest_file_name) {
-        throw ToolError(ExitCode::usage, "the path " + file_name + " takes " + std::to_string(file_name.size()) +
-                                             " bytes, the plug-in has room for " + std::to_string(longest_file_name) +
-                                             "; run velm in OUTPUT's directory and give the file name alone");
+    if (!arguments.session.empty()) {
+        refuse_stream(arguments.session, "SESSION", "a session is recorded in a file of its own; give a file name");
+        refuse_same_file(arguments.session, arguments.output, "SESSION and OUTPUT");
+        refuse_existing_session(arguments.session);
     }
 }
 
@@ -91,7 +85,7 @@ ExitCode export_model(const ExportArguments& arguments)
     const auto start = std::chrono::steady_clock::now();
     check(arguments);
     ReplacedFile output(arguments.output);
-    check_length(output.temporary().string());
+    refuse_long_path(output.temporary().string());
     std::optional<ReplacedFile> panel;
     if (!arguments.panel.empty()) {
         panel.emplace(arguments.panel);
@@ -100,7 +94,12 @@ ExitCode export_model(const ExportArguments& arguments)
     const Model model = read_model_file(arguments.model, arguments.quiet);
     HeadlessHost host(model, output.temporary().string());
 
-    std::string failure = run_export(plug_in, model, host, arguments.quiet);
+    std::optional<SessionRecorder> recorder;
+    if (!arguments.session.empty()) {
+        recorder.emplace(arguments.session);
+    }
+
+    std::string failure = run_export(plug_in, model, host, arguments.quiet, recorder ? &*recorder : nullptr);
     const WrittenFile written = read_written_file(output.temporary());
     if (failure.empty()) {
         failure = written.incompleteness();
@@ -108,6 +107,10 @@ ExitCode export_model(const ExportArguments& arguments)
     if (panel) {
         const std::string panel_failure = save_panel(*panel, host);
         failure = failure.empty() ? panel_failure : failure;
+    }
+    if (recorder) {
+        recorder->close();
+        failure = failure.empty() ? recorder->failure() : failure;
     }
     if (!failure.empty()) {
         throw ToolError(ExitCode::failed, "the export failed, " + arguments.output + " is as it was: " + failure);
@@ -130,11 +133,14 @@ Command export_command(CLI::App& tool)
     arguments->add_option("OUTPUT", values->output, "Input file to write; replaced only by a complete one")->required();
     arguments->add_option("--panel", values->panel, "Save the plug-in's messages as a web page, also after a failure")
         ->type_name("FILE");
+    arguments->add_option("--record", values->session, "Record what plug-in and host say to each other, in a new file")
+        ->type_name("SESSION");
     arguments->add_option("--plugin", values->plug_in, "Run another build of the plug-in")->type_name("LIBRARY");
     arguments->add_flag("--quiet", values->quiet, "Print nothing but errors");
     arguments->footer("Examples:\n"
                       "  velm export estuary.db estuary.inp\n"
                       "  velm export estuary.db estuary.inp --panel panel.html\n"
+                      "  velm export estuary.db estuary.inp --record estuary.jsonl\n"
                       "  velm export estuary.db estuary.inp --plugin build/release/libvelm_export.so --quiet\n\n"
                       "Whatever fails, an existing OUTPUT stays as it was.");
     return {arguments, [values] { return export_model(*values); }};

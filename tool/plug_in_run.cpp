@@ -10,9 +10,21 @@
 namespace velm {
 namespace {
 
+/// A host whose exchanges are written down, if they are.
+struct RecordedHost {
+    HeadlessHost& host;
+    SessionRecorder* recorder;
+
+    static void answer(void* recorded_host, const velm_host_request* request) noexcept
+    {
+        auto& self = *static_cast<RecordedHost*>(recorded_host);
+        self.recorder->record(*request, [&] { HeadlessHost::answer(&self.host, request); });
+    }
+};
+
 class AttachedHost {
 public:
-    explicit AttachedHost(HeadlessHost& host) { velm_host_attach(&HeadlessHost::answer, &host); }
+    AttachedHost(velm_host_answer answer, void* host) { velm_host_attach(answer, host); }
     ~AttachedHost() { velm_host_attach(nullptr, nullptr); }
     AttachedHost(const AttachedHost&) = delete;
     AttachedHost& operator=(const AttachedHost&) = delete;
@@ -21,11 +33,14 @@ public:
 };
 
 /// Runs the plug-in; returns what it threw in words, empty when it returned.
-std::string run_plug_in(const PlugIn& plug_in, const Model& model, HeadlessHost& host, bool quiet)
+std::string run_plug_in(const PlugIn& plug_in, const Model& model, HeadlessHost& host, bool quiet,
+                        SessionRecorder* recorder)
 {
     ProgressBar bar("export", "requests", requests_of_an_export(model), !quiet && has_capable_terminal());
     host.on_progress = [&](std::uint64_t requests) { bar.show(requests); };
-    const AttachedHost attached(host);
+    RecordedHost recorded{host, recorder};
+    const auto attached = recorder == nullptr ? AttachedHost(&HeadlessHost::answer, &host)
+                                              : AttachedHost(&RecordedHost::answer, &recorded);
     try {
         plug_in.run_export();
         return {};
@@ -55,9 +70,10 @@ std::string failure_seen_by(const HeadlessHost& host)
 
 } // namespace
 
-std::string run_export(const PlugIn& plug_in, const Model& model, HeadlessHost& host, bool quiet)
+std::string run_export(const PlugIn& plug_in, const Model& model, HeadlessHost& host, bool quiet,
+                       SessionRecorder* recorder)
 {
-    const std::string thrown = run_plug_in(plug_in, model, host, quiet);
+    const std::string thrown = run_plug_in(plug_in, model, host, quiet, recorder);
     return thrown.empty() ? failure_seen_by(host) : thrown;
 }
 

@@ -2,6 +2,7 @@
 
 #include "headless_host/headless_host.hpp"
 #include "model/model.hpp"
+#include "session/session_recorder.hpp"
 #include "tool/plug_in.hpp"
 
 #include <string>
@@ -9,7 +10,9 @@
 namespace velm {
 
 /// Lets the plug-in export `model`, which `host` serves, with the requests counted on a terminal unless `quiet`.
-/// Returns why the export is not to be trusted; empty when host and plug-in agree that it is complete.
-[[nodiscard]] std::string run_export(const PlugIn& plug_in, const Model& model, HeadlessHost& host, bool quiet);
+/// With a `recorder` every exchange is written down. Returns why the export is not to be trusted; empty when host and
+/// plug-in agree that it is complete.
+[[nodiscard]] std::string run_export(const PlugIn& plug_in, const Model& model, HeadlessHost& host, bool quiet,
+                                     SessionRecorder* recorder = nullptr);
 
 } // namespace velm

@@ -29,7 +29,10 @@ void complain(const std::string& words)
 std::filesystem::path numbered(const std::filesystem::path& file, int number)
 {
     std::filesystem::path name = file.stem();
-    name += number == 1 ? "" : "-" + std::to_string(number);
+    if (number > 1) {
+        name += '-';
+        name += std::to_string(number);
+    }
     name += file.extension();
     return file.parent_path() / name;
 }
@@ -92,7 +95,8 @@ public:
         try {
             host_ = load_real_host();
         } catch (const std::exception& error) {
-            return complain(std::string(error.what()) + "; requests stay unanswered and nothing is recorded");
+            complain(std::string(error.what()) + "; requests stay unanswered and nothing is recorded");
+            return;
         }
         try {
             session_ = new_session();

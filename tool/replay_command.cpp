@@ -1,0 +1,128 @@
+#include "session/replay.hpp"
+#include "session/session_reader.hpp"
+#include "tool/commands.hpp"
+#include "tool/file_arguments.hpp"
+#include "tool/model_file.hpp"
+#include "tool/operating_system.hpp"
+#include "tool/plug_in.hpp"
+#include "tool/progress_bar.hpp"
+#include "tool/replaced_file.hpp"
+#include "tool/terminal.hpp"
+#include "tool/written_file.hpp"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdlib>
+#include <iostream>
+#include <optional>
+#include <stdexcept>
+
+namespace velm {
+namespace {
+
+struct ReplayArguments {
+    std::string session;
+    std::string output;
+    std::string plug_in; ///< empty: the tool's own
+    std::uint64_t export_number = 1;
+    bool quiet = false;
+};
+
+Replay start_of_export(SessionReader& session, const ReplayArguments& arguments, const std::string& output_file_name)
+{
+    try {
+        return {session, arguments.export_number, output_file_name};
+    } catch (const std::out_of_range& error) {
+        throw ToolError(ExitCode::usage, error.what());
+    }
+}
+
+std::string reason_in_words(const Replay& replay, const ReplayArguments& arguments)
+{
+    const bool departed = replay.outcome() == Replay::Outcome::departure;
+    return (departed ? arguments.session + ", " : "") + replay.reason() + "; " + arguments.output + " is as it was";
+}
+
+ExitCode exit_code(const Replay& replay)
+{
+    return replay.outcome() == Replay::Outcome::departure ? ExitCode::findings : ExitCode::usage;
+}
+
+/// Runs the plug-in. It cannot be called off, and without answers it may go on for as long as the last count says,
+/// so that the process ends with the first departure.
+void run_plug_in(const PlugIn& plug_in, Replay& replay, const ReplayArguments& arguments)
+{
+    std::optional<ProgressBar> bar;
+    bar.emplace("replay", "requests", 0, !arguments.quiet && has_capable_terminal());
+    replay.on_progress = [&](std::uint64_t requests) { bar->show(requests); };
+    replay.on_stop = [&] {
+        bar.reset();
+        print_error(reason_in_words(replay, arguments));
+        std::exit(static_cast<int>(exit_code(replay))); // NOLINT(concurrency-mt-unsafe): the tool has one thread
+    };
+    velm_host_attach(&Replay::answer, &replay);
+    plug_in.run_export();
+    velm_host_attach(nullptr, nullptr);
+    replay.finish();
+}
+
+ExitCode replay_session(const ReplayArguments& arguments)
+{
+    refuse_stream(arguments.session, "SESSION", "it is read more than once; give a file name");
+    refuse_stream(arguments.output, "OUTPUT",
+                  "a replay replaces its file only when it is whole, which a stream cannot; give a file name");
+    refuse_same_file(arguments.output, arguments.session, "OUTPUT and SESSION");
+    std::optional<SessionReader> session;
+    try {
+        session.emplace(arguments.session);
+    } catch (const std::exception& error) {
+        throw ToolError(ExitCode::usage, error.what());
+    }
+    ReplacedFile output(arguments.output);
+    refuse_long_path(output.temporary().string());
+    const PlugIn plug_in(arguments.plug_in.empty() ? default_plug_in() : std::filesystem::path(arguments.plug_in));
+    Replay replay = start_of_export(*session, arguments, output.temporary().string());
+    run_plug_in(plug_in, replay, arguments);
+
+    const WrittenFile written = read_written_file(output.temporary());
+    const std::string failure = replay.export_completed()
+                                    ? written.incompleteness()
+                                    : std::string("the plug-in did not announce completion, neither then nor now");
+    if (!failure.empty()) {
+        throw ToolError(ExitCode::failed, "the replay failed, " + arguments.output + " is as it was: " + failure);
+    }
+    output.put_in_place();
+    if (!arguments.quiet) {
+        std::cerr << "velm: " << arguments.output << ": " << replay.requests() << " requests as recorded, "
+                  << written.records << " records, " << written.bytes << " bytes\n";
+        if (replay.has_more_exports()) {
+            std::cerr << "velm: " << arguments.session << " holds more exports; --export "
+                      << arguments.export_number + 1 << " replays the next\n";
+        }
+    }
+    return ExitCode::done;
+}
+
+} // namespace
+
+Command replay_command(CLI::App& tool)
+{
+    auto values = std::make_shared<ReplayArguments>();
+    CLI::App* const arguments = tool.add_subcommand("replay", "Run the plug-in on the answers of a recorded session");
+    arguments->add_option("SESSION", values->session, "Session file of a recorder or of velm export --record")
+        ->required();
+    arguments->add_option("OUTPUT", values->output, "Input file to write; replaced only by a complete one")->required();
+    arguments->add_option("--export", values->export_number, "Which export of the session, counted from 1")
+        ->type_name("NUMBER")
+        ->check(CLI::PositiveNumber);
+    arguments->add_option("--plugin", values->plug_in, "Run another build of the plug-in")->type_name("LIBRARY");
+    arguments->add_flag("--quiet", values->quiet, "Print nothing but errors");
+    arguments->footer("Examples:\n"
+                      "  velm export estuary.db estuary.inp --record estuary.jsonl\n"
+                      "  velm replay estuary.jsonl again.inp\n\n"
+                      "The plug-in must ask what it asked then, in the same order. The first departure ends the\n"
+                      "replay with exit code 1, a session that is damaged or breaks off with 2.");
+    return {arguments, [values] { return replay_session(*values); }};
+}
+
+} // namespace velm
