@@ -1,10 +1,10 @@
 // Whole records: through a channel whose file drops them, against one call or statement a record.
-#include "bench/model_values.hpp"
 #include "bench/peers.h"
 #include "bench/rendering.hpp"
+#include "bench/segment_arrays.hpp"
+#include "bench/workloads.hpp"
 #include "record_output/write_record.hpp"
 
-#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <memory>
@@ -55,12 +55,7 @@ void add(const std::string& what, std::size_t width, RenderAll velm, RenderAll p
     add_measurement(what, "model", "Fortran", record_count, room, std::move(fortran));
 }
 
-struct Columns {
-    std::vector<std::int32_t> integers; ///< four a record
-    std::vector<float> reals;           ///< sixteen a record
-};
-
-void add_rows(const std::shared_ptr<const Columns>& c)
+void add_rows(const std::shared_ptr<const SegmentArrays>& c)
 {
     constexpr std::size_t room = 272;
     add("segment row", 260, through_a_channel([c](OutputChannel& out, std::size_t row) {
@@ -82,7 +77,7 @@ void add_rows(const std::shared_ptr<const Columns>& c)
         [c](char* lines) { fortran_row_records(c->integers.data(), c->reals.data(), count, lines); });
 }
 
-void add_counts(const std::shared_ptr<const Columns>& c)
+void add_counts(const std::shared_ptr<const SegmentArrays>& c)
 {
     add("labelled count", 40, through_a_channel([c](OutputChannel& out, std::size_t i) {
             write_record<"(I5,15x,'Number of Time Pairs')">(out, c->integers[i]);
@@ -102,6 +97,10 @@ void add_pairs(const std::shared_ptr<const TimeSeries>& s)
             return std::snprintf(line, 64, "%10.4f     %10.4f\r\n", double{s->times[i]}, double{s->values[i]});
         }),
         [s](char* lines) { fortran_pair_records(s->times.data(), s->values.data(), count, lines); });
+}
+
+void add_free_pairs(const std::shared_ptr<const TimeSeries>& s)
+{
     add("free-form pair", 32, through_a_channel([s](OutputChannel& out, std::size_t i) {
             write_free_record(out, s->times[i], s->values[i]);
         }),
@@ -117,23 +116,15 @@ void add_pairs(const std::shared_ptr<const TimeSeries>& s)
 
 } // namespace
 
-void add_records(const std::vector<std::vector<float>>& kinds)
+void add_records()
 {
-    const std::vector<float> mixed = mixed_values(kinds, record_count * (columns_of_a_row + 1));
-    const auto columns = std::make_shared<Columns>();
-    columns->reals.assign(mixed.begin(), mixed.begin() + record_count * columns_of_a_row);
-    ModelValues values(7);
-    columns->integers.resize(record_count * 4);
-    std::ranges::generate(columns->integers, [&] { return static_cast<std::int32_t>(values.draw({1, 99'999})); });
-    add_rows(columns);
-    add_counts(columns);
-
-    const auto series = std::make_shared<TimeSeries>();
-    for (std::size_t i = 0; i < record_count; ++i) {
-        series->times.push_back(static_cast<float>(i) / 24);
-        series->values.push_back(std::fmod(mixed[record_count * columns_of_a_row + i], 10'000.F)); // fits F10.4
-    }
-    add_pairs(series);
+    const auto segments = std::make_shared<SegmentArrays>(segment_model());
+    add_rows(segments);
+    add_counts(segments);
+    const Model model = boundary_model(record_count);
+    const System& system = model.systems.front();
+    add_pairs(std::make_shared<TimeSeries>(system.loads.items.front().series));
+    add_free_pairs(std::make_shared<TimeSeries>(system.boundaries.items.front().series));
 }
 
 } // namespace velm::bench

@@ -31,9 +31,10 @@ inline void add_measurement(const std::string& what, const std::string& input, c
     });
 }
 
-/// `kinds` are the reals of a model by kind of column. Throw std::runtime_error when two methods do not render the
+/// `kinds` are the reals of a model by kind of column. Throws std::runtime_error when two methods do not render the
 /// same numbers.
 void add_fields(const std::vector<std::vector<float>>& kinds);
-void add_records(const std::vector<std::vector<float>>& kinds);
+/// With values of the workloads.
+void add_records();
 
 } // namespace velm::bench

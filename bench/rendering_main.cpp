@@ -11,9 +11,8 @@ int main(int argc, char** argv)
         std::fputs("Usage: bench_rendering DATABASE [OPTION OF GOOGLE BENCHMARK ...]\n", stderr);
         return 2;
     }
-    const auto kinds = velm::bench::reals_of(velm::load_model(argv[1]));
-    velm::bench::add_fields(kinds);
-    velm::bench::add_records(kinds);
+    velm::bench::add_fields(velm::bench::reals_of(velm::load_model(argv[1])));
+    velm::bench::add_records();
     --argc;
     benchmark::Initialize(&argc, argv + 1);
     benchmark::RunSpecifiedBenchmarks();

@@ -48,8 +48,9 @@ def rendering(files):
     command += ["--benchmark_enable_random_interleaving=true", "--benchmark_min_time=0.03"]
     command += ["--benchmark_display_aggregates_only=true", f"--benchmark_out={report}"]
     subprocess.run(command, check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-    measured = json.loads(report.read_text())["benchmarks"]
-    return {m["run_name"]: 1e9 / m["items_per_second"] for m in measured if m.get("aggregate_name") == "median"}
+    measured = [m for m in json.loads(report.read_text())["benchmarks"] if m.get("aggregate_name") == "median"]
+    measured.sort(key=lambda m: m["family_index"])  # the order of registration
+    return {m["run_name"]: 1e9 / m["items_per_second"] for m in measured}
 
 
 def whole_exports(places):
@@ -156,7 +157,7 @@ def table(*rows):
     """A Markdown table; the first row is its head, numbers are aligned to the right."""
     texts = [[f"{cell:.3g}" if isinstance(cell, float) else str(cell) for cell in row] for row in rows]
     widths = [max(len(row[column]) for row in texts) for column in range(len(rows[0]))]
-    right = [len(rows) > 1 and not isinstance(cell, str) for cell in rows[-1]]
+    right = [any(not isinstance(cell, str) for cell in column[1:]) for column in zip(*rows)]
     lines = [
         "| " + " | ".join(t.rjust(w) if r else t.ljust(w) for t, w, r in zip(row, widths, right)) + " |"
         for row in texts
