@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace velm {
+
+/// Writes one JSON value, indented for people.
+///
+///     JsonText json;
+///     json.begin_object();
+///     json.put("file", "river.inp");
+///     json.end_object();
+///     json.text();
+class JsonText {
+public:
+    JsonText();
+    ~JsonText();
+    JsonText(const JsonText&) = delete;
+    JsonText& operator=(const JsonText&) = delete;
+    JsonText(JsonText&&) = delete;
+    JsonText& operator=(JsonText&&) = delete;
+
+    /// Objects and arrays; with a name, as a member of the object that is open.
+    void begin_object(std::string_view name = {});
+    void end_object();
+    void begin_array(std::string_view name = {});
+    void end_array();
+
+    /// Members. Of a text that is no UTF-8, each byte beyond ASCII becomes a question mark.
+    void put(std::string_view name, std::string_view value);
+    void put(std::string_view name, std::uint64_t value);
+    void put(std::string_view name, double value); ///< null for what is not finite
+    /// Left out when the text is empty.
+    void put_if_any(std::string_view name, std::string_view value);
+
+    /// What is written so far, with a line end.
+    [[nodiscard]] std::string text() const;
+
+private:
+    void name(std::string_view name);
+
+    struct Writer;
+    std::unique_ptr<Writer> writer_;
+};
+
+} // namespace velm

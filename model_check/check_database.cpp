@@ -1,0 +1,142 @@
+#include "model_check/check_file.hpp"
+
+#include "model/real_in_words.hpp"
+#include "model_check/check_meaning.hpp"
+#include "model_check/datum_value.hpp"
+#include "model_check/finding_parts.hpp"
+#include "model_check/losses.hpp"
+#include "model_store/model_store.hpp"
+
+#include <algorithm>
+#include <limits>
+#include <string>
+#include <utility>
+
+namespace velm {
+
+namespace {
+
+constexpr std::size_t most_row_problems = 10'000;
+
+Finding finding_at(const Datum& datum, FindingKind kind, std::string message)
+{
+    return {.kind = kind,
+            .message = std::move(message),
+            .table = std::string(datum.table),
+            .row = row_in_words(datum),
+            .column = std::string(datum.column)};
+}
+
+void add_rows(FindingList& list, const StoreError& error)
+{
+    for (const StoreProblem& problem : error.problems) {
+        std::string message = problem.value.empty() ? problem.message : "'" + problem.value + "' " + problem.message;
+        message += problem.remedy.empty() ? "" : ", " + problem.remedy;
+        list.add({.kind = FindingKind::database_row,
+                  .message = std::move(message),
+                  .table = problem.table,
+                  .row = problem.row,
+                  .column = problem.column,
+                  .value = problem.value});
+    }
+}
+
+std::string number_in_words(const DatumValue& value)
+{
+    return value.real != nullptr ? real_in_words(*value.real) : std::to_string(*value.integer);
+}
+
+/// The problems of the file that will be written. Those of a value are found where the database has it.
+void add_problems(FindingList& list, const InputFile& written, const Model& model)
+{
+    const ExportedTypes types(model);
+    for (const Datum& gap : written.gaps) {
+        const Datum datum = types.in_model(gap);
+        const std::string value = number_in_words(value_of(model, datum));
+        Finding finding = finding_at(datum, FindingKind::field_overflow, value + " is too wide for its field");
+        finding.value = value;
+        list.add(std::move(finding));
+    }
+    for (const InputProblem& problem : written.problems) {
+        if (problem.kind != ProblemKind::no_value) {
+            list.add(finding_of(problem));
+        }
+    }
+}
+
+void add_losses(FindingList& list, FindingKind kind, const LossList& losses)
+{
+    for (const Loss& loss : losses.worst) {
+        Finding finding = finding_at(loss.datum, kind, loss.in_words());
+        finding.value = real_in_words(loss.value);
+        finding.text = loss.text;
+        list.add(std::move(finding));
+    }
+    list.count(kind, losses.count - losses.worst.size());
+}
+
+void add_cut_texts(FindingList& list, const Losses& losses)
+{
+    for (const CutText& cut : losses.cut_texts) {
+        const std::string text = field_as_text(cut.text);
+        Finding finding =
+            finding_at(cut.datum, FindingKind::text_cut,
+                       "of " + std::to_string(cut.whole.size()) + " characters the file has '" + text + "'");
+        finding.value = field_as_text(cut.whole);
+        finding.text = text;
+        list.add(std::move(finding));
+    }
+    list.count(FindingKind::text_cut, losses.cut - losses.cut_texts.size());
+}
+
+void check_export(FindingList& list, const Model& model, const std::filesystem::path& exported, std::size_t most)
+{
+    LossCount losses(model, most);
+    const ExportedTypes types(model);
+    ReadOptions reading;
+    reading.most_problems = std::numeric_limits<std::size_t>::max();
+    reading.on_field = [&](const FieldText& field) {
+        losses.see(field);
+        if (touches_its_neighbour(field)) {
+            Finding finding = finding_at(types.in_model(field.datum), FindingKind::touching_fields,
+                                         "follows its neighbour in the file without a blank");
+            finding.text = field_as_text(field.text);
+            list.add(std::move(finding));
+        }
+    };
+    add_problems(list, read_input_file(exported, reading), model);
+    const Losses found = losses.result();
+    add_losses(list, FindingKind::value_vanishes, found.vanishing);
+    add_losses(list, FindingKind::value_changed, found.changed);
+    add_losses(list, FindingKind::digits_lost, found.digits_lost);
+    add_cut_texts(list, found);
+}
+
+} // namespace
+
+FileFindings check_database(const std::filesystem::path& file, const WriteInputFile& write, const CheckOptions& options)
+{
+    FileFindings result;
+    result.file = file.string();
+    result.database = true;
+    FindingList list(result, options.most_of_a_kind);
+    Model model;
+    LoadOptions loading;
+    loading.most_problems = most_row_problems;
+    try {
+        model = load_model(file, loading);
+    } catch (const StoreError& error) {
+        if (error.problems.front().table.empty()) {
+            throw;
+        }
+        add_rows(list, error);
+        return result;
+    }
+    check_meaning(model, [&](FindingKind kind, const Datum& datum, std::string message) {
+        list.add(finding_at(datum, kind, std::move(message)));
+    });
+    check_export(list, model, write(model), options.most_of_a_kind);
+    return result;
+}
+
+} // namespace velm

@@ -1,0 +1,90 @@
+#include "model_check/check_file.hpp"
+
+#include "input_file/section_of.hpp"
+#include "model_check/check_meaning.hpp"
+#include "model_check/finding_parts.hpp"
+
+#include <algorithm>
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace velm {
+
+namespace {
+
+/// A finding about a value of the model, whose place in the file is not known yet.
+struct ValueFinding {
+    FindingKind kind{};
+    Datum datum;
+    std::string message;
+};
+
+/// A field without a value reads as 0, of which its row or its series may seem to be out of meaning.
+bool is_near_a_gap(const Datum& datum, const std::vector<Datum>& gaps)
+{
+    return std::any_of(gaps.begin(), gaps.end(), [&](const Datum& gap) {
+        return gap.table == datum.table && gap.key[0] == datum.key[0] && gap.key[1] == datum.key[1];
+    });
+}
+
+void add_values(FindingList& list, const std::filesystem::path& file, std::vector<ValueFinding> values)
+{
+    if (values.empty()) {
+        return;
+    }
+    std::vector<Datum> data;
+    for (const ValueFinding& value : values) {
+        data.push_back(value.datum);
+    }
+    const std::vector<Place> places = places_of(file, data);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const Datum& datum = values[i].datum;
+        list.add({.kind = values[i].kind,
+                  .message = std::move(values[i].message),
+                  .place = places[i],
+                  .section = std::string(name_of(section_of(datum.table, datum.column))),
+                  .field = field_in_words(datum)});
+    }
+}
+
+} // namespace
+
+FileFindings check_input_file(const std::filesystem::path& file, const CheckOptions& options)
+{
+    FileFindings result;
+    result.file = file.string();
+    FindingList list(result, options.most_of_a_kind);
+    ReadOptions reading;
+    reading.most_problems = std::numeric_limits<std::size_t>::max();
+    reading.on_field = [&](const FieldText& field) {
+        if (touches_its_neighbour(field)) {
+            list.add({.kind = FindingKind::touching_fields,
+                      .message = "follows its neighbour without a blank",
+                      .place = field.place,
+                      .section = std::string(name_of(field.section)),
+                      .field = field_in_words(field.datum),
+                      .text = field_as_text(field.text)});
+        }
+    };
+    const InputFile read = read_input_file(file, reading);
+    for (const InputProblem& problem : read.problems) {
+        list.add(finding_of(problem));
+    }
+    std::vector<ValueFinding> values;
+    if (read.whole) { // with records missing, nothing can be said about how values belong together
+        check_meaning(read.model, [&](FindingKind kind, const Datum& datum, std::string message) {
+            if (kind != FindingKind::missing_segment && !is_near_a_gap(datum, read.gaps)) { // the reader reports those
+                values.push_back({kind, datum, std::move(message)});
+            }
+        });
+    }
+    add_values(list, file, std::move(values));
+    std::stable_sort(result.findings.begin(), result.findings.end(), [](const Finding& one, const Finding& other) {
+        return std::pair(one.place.line, one.place.column) < std::pair(other.place.line, other.place.column);
+    });
+    return result;
+}
+
+} // namespace velm

@@ -1,0 +1,111 @@
+#include "model_check/losses.hpp"
+
+#include "model/real_in_words.hpp"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <string_view>
+
+namespace velm {
+
+namespace {
+
+std::string_view without_blanks(std::string_view text)
+{
+    const std::size_t first = std::min(text.find_first_not_of(' '), text.size());
+    text.remove_prefix(first);
+    return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+/// To three digits: "0.00012 %".
+std::string percentage(double part)
+{
+    std::array<char, 32> text{};
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), part * 100, std::chars_format::general, 3);
+    return std::string(text.data(), end.ptr) + " %";
+}
+
+bool is_worse(const Loss& one, const Loss& other)
+{
+    return one.relative > other.relative;
+}
+
+} // namespace
+
+std::string Loss::in_words() const
+{
+    return real_in_words(value) + " is written " + text + ", off by " + percentage(relative);
+}
+
+void LossCount::see(const FieldText& field)
+{
+    const Datum datum = types_.in_model(field.datum);
+    const DatumValue value = value_of(model_, datum);
+    if (value.text != nullptr) {
+        compare(datum, field.text, *value.text);
+        return;
+    }
+    losses_.reals += value.real != nullptr ? 1 : 0;
+    if (field.text.find('*') != std::string_view::npos) {
+        ++losses_.overflows;
+    } else if (value.real != nullptr) {
+        compare(datum, without_blanks(field.text), *value.real);
+    }
+}
+
+void LossCount::compare(const Datum& datum, std::string_view text, float value)
+{
+    float nearest = std::numeric_limits<float>::quiet_NaN();
+    std::from_chars(text.data(), text.data() + text.size(), nearest);
+    if (nearest == value) {
+        return;
+    }
+    double shown = std::numeric_limits<double>::quiet_NaN();
+    std::from_chars(text.data(), text.data() + text.size(), shown);
+    const double relative = std::abs((shown - double{value}) / double{value});
+    LossList& list = shown == 0                     ? losses_.vanishing
+                     : relative > noticeable_change ? losses_.changed
+                                                    : losses_.digits_lost;
+    ++list.count;
+    if (most_ > 0 && (list.worst.size() < most_ || relative > list.worst.front().relative)) {
+        add(list, {datum, value, std::string(text), relative});
+    }
+}
+
+/// `worst` is a heap with the least of them at its front.
+void LossCount::add(LossList& list, Loss loss) const
+{
+    auto& worst = list.worst;
+    if (worst.size() == most_) {
+        std::pop_heap(worst.begin(), worst.end(), is_worse);
+        worst.pop_back();
+    }
+    worst.push_back(std::move(loss));
+    std::push_heap(worst.begin(), worst.end(), is_worse);
+}
+
+void LossCount::compare(const Datum& datum, std::string_view text, const std::string& whole)
+{
+    text = text.substr(0, text.find('\0'));
+    if (text.size() >= whole.size() || !whole.starts_with(text) ||
+        whole.find_first_not_of(' ', text.size()) == std::string::npos) {
+        return;
+    }
+    if (losses_.cut++ < most_) {
+        losses_.cut_texts.push_back({datum, std::string(text), whole});
+    }
+}
+
+Losses LossCount::result() const
+{
+    Losses result = losses_;
+    for (LossList* const list : {&result.vanishing, &result.changed, &result.digits_lost}) {
+        std::sort_heap(list->worst.begin(), list->worst.end(), is_worse);
+    }
+    return result;
+}
+
+} // namespace velm

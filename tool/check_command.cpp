@@ -1,0 +1,133 @@
+#include "model_check/check_file.hpp"
+#include "model_check/report.hpp"
+#include "model_store/model_store.hpp"
+#include "tool/commands.hpp"
+#include "tool/exported_model.hpp"
+#include "tool/file_kind.hpp"
+#include "tool/model_file.hpp"
+#include "tool/terminal.hpp"
+
+#include <CLI/CLI.hpp>
+
+#include <iostream>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace velm {
+namespace {
+
+struct CheckArguments {
+    std::vector<std::string> files;
+    std::string fail_on = "error";
+    std::size_t most = CheckOptions{}.most_of_a_kind;
+    std::string plug_in; ///< empty: the tool's own
+    bool json = false;
+    bool sarif = false;
+    bool quiet = false;
+};
+
+FileFindings check_file(const std::string& file, const CheckArguments& arguments)
+{
+    const CheckOptions options{arguments.most};
+    if (kind_of_file(file) == FileKind::input_file) {
+        return check_input_file(file, options);
+    }
+    std::optional<ExportedModel> exported;
+    const auto write = [&](const Model& model) {
+        const PlugIn plug_in(arguments.plug_in.empty() ? default_plug_in() : std::filesystem::path(arguments.plug_in));
+        return exported.emplace(plug_in, model, arguments.quiet).file();
+    };
+    return check_database(file, write, options);
+}
+
+/// Checks what can be read; false when something cannot.
+bool check_files(const CheckArguments& arguments, std::vector<FileFindings>& findings)
+{
+    bool all_read = true;
+    const auto report = [&](const std::string& words) {
+        print_error(words);
+        all_read = false;
+    };
+    for (const std::string& file : arguments.files) {
+        try {
+            findings.push_back(check_file(file, arguments));
+        } catch (const StoreError& error) {
+            report(error.what());
+        } catch (const std::system_error& error) {
+            report(error.what());
+        } catch (const ToolError& error) {
+            if (error.code != ExitCode::model_unreadable) {
+                throw;
+            }
+            report(error.what());
+        }
+    }
+    return all_read;
+}
+
+bool has_reached(const std::vector<FileFindings>& files, const std::string& level)
+{
+    std::uint64_t count = 0;
+    for (const Level one : {Level::error, Level::warning, Level::note}) {
+        for (const FileFindings& file : files) {
+            count += file.count(one);
+        }
+        if (name_of(one) == level) {
+            return count > 0;
+        }
+    }
+    return false;
+}
+
+ExitCode check(const CheckArguments& arguments)
+{
+    std::vector<FileFindings> findings;
+    const bool all_read = check_files(arguments, findings);
+    std::cout << (arguments.json    ? json_report(findings)
+                  : arguments.sarif ? sarif_report(findings, VELM_VERSION)
+                                    : text_report(findings));
+    if (!arguments.quiet) {
+        std::cerr << "velm: checked " << findings.size() << (findings.size() == 1 ? " file: " : " files: ")
+                  << counts_in_words(findings) << '\n';
+    }
+    if (!all_read) {
+        return ExitCode::model_unreadable;
+    }
+    return has_reached(findings, arguments.fail_on) ? ExitCode::findings : ExitCode::done;
+}
+
+} // namespace
+
+Command check_command(CLI::App& tool)
+{
+    auto values = std::make_shared<CheckArguments>();
+    CLI::App* const arguments = tool.add_subcommand("check", "Say what is wrong with input files and model databases");
+    arguments->add_option("FILE", values->files, "Input files and model databases, told apart by their content")
+        ->required();
+    arguments
+        ->add_option("--fail-on", values->fail_on,
+                     "The least level of findings that makes the exit code 1; error when not given")
+        ->check(CLI::IsMember({"note", "warning", "error", "never"}))
+        ->type_name("LEVEL");
+    arguments->add_option("--most", values->most, "How many findings of a kind to list for a file; 20 when not given")
+        ->type_name("NUMBER");
+    CLI::Option* const json = arguments->add_flag("--json", values->json, "Print the findings as JSON");
+    arguments->add_flag("--sarif", values->sarif, "Print the findings as SARIF 2.1.0, for editors and CI")
+        ->excludes(json);
+    arguments->add_option("--plugin", values->plug_in, "Look for losses in the export of another build of the plug-in")
+        ->type_name("LIBRARY");
+    arguments->add_flag("--quiet", values->quiet, "Print nothing but findings and errors");
+    arguments->footer(
+        "Examples:\n"
+        "  velm check estuary.inp\n"
+        "  velm check estuary.db other.inp --fail-on warning\n"
+        "  velm check estuary.db --sarif > findings.sarif\n\n"
+        "Of a database, it also tells which values its input file will hold in fewer digits. Exit codes:\n"
+        "0 nothing found, 1 findings, 2 usage, 3 a file cannot be read. docs/findings.md explains each\n"
+        "finding.");
+    return {arguments, [values] { return check(*values); }};
+}
+
+} // namespace velm

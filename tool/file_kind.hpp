@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+namespace velm {
+
+enum class FileKind { input_file, database };
+
+/// What a file is, by its first bytes: what does not begin as SQLite's files do is taken for an input file. Throws
+/// ToolError: usage for what stands for a stream or for nothing, model_unreadable for what cannot be read.
+[[nodiscard]] FileKind kind_of_file(const std::string& file);
+
+} // namespace velm
