@@ -8,15 +8,21 @@
 
 namespace velm {
 
-/// Receives the pieces from the parser, whose stream stands at the beginning of a number or a text, and behind every
-/// other piece, when it hands one over.
+/// Receives the pieces from the parser. When it hands one over, its stream stands at the beginning of a number or a
+/// text, and behind every other piece.
 struct JsonLine::Splitter : rapidjson::BaseReaderHandler<rapidjson::UTF8<>, JsonLine::Splitter> {
     static constexpr std::size_t most_pieces = 300'000; // two full series have 200,000
     static constexpr int most_nested = 6;
 
     Splitter(std::vector<Token>& to, rapidjson::InsituStringStream& from) : tokens(to), stream(from) {}
 
-    bool Default() { return add(Piece::other, 0); }
+    bool Default() { return add(Piece::other, 0); } // a real
+    bool Null() { return add_at(stream.Tell() - std::string_view("ull").size(), Piece::other, 0, {}); }
+    bool Bool(bool value)
+    {
+        const std::string_view behind_the_first = value ? "rue" : "alse";
+        return add_at(stream.Tell() - behind_the_first.size(), Piece::other, 0, {});
+    }
     bool Int(int value) { return add(Piece::integer, value); }
     bool Uint(unsigned value) { return add(Piece::integer, value); }
     bool Int64(std::int64_t value) { return add(Piece::integer, value); }
@@ -61,7 +67,7 @@ void JsonLine::split(std::string& line)
     constexpr unsigned flags = rapidjson::kParseInsituFlag | rapidjson::kParseValidateEncodingFlag;
     const rapidjson::ParseResult result = reader.Parse<flags>(stream, splitter);
     if (result.Code() == rapidjson::kParseErrorTermination) {
-        throw LineError(result.Offset() + 1, "more values, or more within one another, than any exchange has");
+        throw LineError(tokens_.back().column, "more values, or more within one another, than any exchange has");
     }
     if (result.IsError()) {
         std::string words = rapidjson::GetParseError_En(result.Code());

@@ -3,7 +3,7 @@
 #include "headless_host/request.hpp"
 #include "session/line_writer.hpp"
 
-#include <string_view>
+#include <algorithm>
 
 namespace velm {
 namespace {
@@ -25,7 +25,8 @@ std::string words(const HostKey& key, Integer integer, Text text, std::int32_t t
             result.append(key.arguments[i].meaning) += ' ' + std::to_string(integer(i));
         } else {
             LineWriter quoted;
-            quoted.put_text(std::string_view(text(i)).substr(0, most_characters));
+            const std::string_view sent = text(i);
+            quoted.put_text(sent.substr(0, std::min(sent.find('\0'), most_characters)));
             result.append(quoted.line()).append(" of length ") += std::to_string(text_length);
         }
     }
