@@ -97,10 +97,7 @@ void refuse_problems(const ImportArguments& arguments, const InputFile& file)
     if (file.problem_count == 0 || (arguments.lenient && is_passable(file))) {
         return;
     }
-    const char* const advice = is_passable(file)
-                                   ? "\nWith --lenient it is imported all the same, without the values that "
-                                     "it does not show"
-                                   : "";
+    const char* const advice = is_passable(file) ? "\n  With --lenient it is imported all the same" : "";
     throw ToolError(ExitCode::model_unreadable, arguments.input + " cannot be imported, " + arguments.model +
                                                     " is not written:" + list_of_problems(file, arguments.input) +
                                                     advice);
@@ -138,6 +135,14 @@ void print_summary(const ImportArguments& arguments, const InputFile& file, doub
     }
 }
 
+std::string gaps_in_words(const InputFile& file)
+{
+    const std::size_t gaps = file.gaps.size();
+    return gaps == 0 ? ""
+                     : "; " + std::to_string(gaps) + (gaps == 1 ? " value is" : " values are") +
+                           " NULL, to be filled before an export";
+}
+
 ExitCode import_file(const ImportArguments& arguments)
 {
     const auto start = std::chrono::steady_clock::now();
@@ -152,9 +157,8 @@ ExitCode import_file(const ImportArguments& arguments)
     if (file.problem_count == 0) {
         return ExitCode::done;
     }
-    print_error(arguments.model + " does not hold all of " + arguments.input + " as it stands there; " +
-                std::to_string(file.gaps.size()) +
-                " values are NULL and are to be filled before an export:" + list_of_problems(file, arguments.input));
+    print_error(arguments.model + " does not hold " + arguments.input + " as it stands" + gaps_in_words(file) + ':' +
+                list_of_problems(file, arguments.input));
     return ExitCode::findings;
 }
 

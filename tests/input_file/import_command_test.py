@@ -1,0 +1,85 @@
+"""velm import: what it says, what it leaves, and how it ends."""
+
+import os
+import pathlib
+import sqlite3
+import unittest
+
+from tool_case import ToolCase
+
+GOLDEN = pathlib.Path(os.environ["GOLDEN_FILES"])
+
+
+class ImportTest(ToolCase):
+    def put(self, name, golden="everything", change=lambda text: text):
+        text = change((GOLDEN / f"{golden}.inp").read_bytes())
+        (self.directory / name).write_bytes(text)
+        return text
+
+    def test_an_export_after_an_import_gives_the_same_bytes(self):
+        for golden in ("everything", "texts", "empty"):
+            written = self.put("first.inp", golden)
+            code, out, err = self.velm("import", "first.inp", "model.db", "--force")
+            self.assertEqual((code, out), (0, ""), err)
+            self.assertIn(f"{len(written)} bytes", err)
+            self.assertEqual(self.velm("export", "model.db", "second.inp", "--quiet")[0], 0)
+            self.assertEqual((self.directory / "second.inp").read_bytes(), written)
+
+    def test_a_name_that_is_taken_is_left_alone(self):
+        self.put("a.inp")
+        self.write("model.db", "mine")
+        code, _, err = self.velm("import", "a.inp", "model.db")
+        self.assertEqual((code, err), (2, "velm: model.db exists and is left as it is; give a name that is not taken, or "
+                                          "replace it with --force\n"))
+        code, _, err = self.velm("import", "a.inp", "a.inp", "--force")
+        self.assertEqual((code, err), (2, "velm: FILE and MODEL are the same file, a.inp\n"))
+        self.write("model.db-journal", "hot")
+        code, _, err = self.velm("import", "a.inp", "model.db", "--force")
+        self.assertEqual(code, 2)
+        self.assertIn("close the program that uses it", err)
+        self.assertEqual((self.directory / "model.db").read_text(), "mine")
+
+    def test_a_damaged_file_leaves_the_database_as_it_was(self):
+        self.put("sound.inp")
+        self.assertEqual(self.velm("import", "sound.inp", "model.db", "--quiet"), (0, "", ""))
+        before = (self.directory / "model.db").read_bytes()
+        self.put("cut.inp", change=lambda text: text[:9000])
+        for options in ([], ["--lenient"]):
+            code, _, err = self.velm("import", "cut.inp", "model.db", "--force", *options)
+            self.assertEqual(code, 3)
+            self.assertRegex(err, r"^velm: cut.inp cannot be imported, model.db is not written:\n  cut.inp:\d+:\d+: ")
+        self.assertEqual((self.directory / "model.db").read_bytes(), before)
+        self.assertEqual(self.velm("import", "nowhere.inp", "new.db")[0], 3)
+        self.assertEqual(self.files(), ["cut.inp", "model.db", "sound.inp"])
+
+    def test_asterisks_become_null_only_with_lenient_and_keep_the_model_from_an_export(self):
+        written = self.put("a.inp", change=lambda text: text.replace(b"    30.125 ", b"********** "))
+        code, _, err = self.velm("import", "a.inp", "model.db")
+        self.assertEqual(code, 3)
+        self.assertIn("a.inp:22:1: segments, bed compaction time step: '**********' holds no value", err)
+        self.assertIn("With --lenient", err)
+        code, _, err = self.velm("import", "a.inp", "model.db", "--lenient", "--quiet")
+        self.assertEqual(code, 1)
+        self.assertIn("1 value is NULL", err)
+        code, _, err = self.velm("export", "model.db", "b.inp")
+        self.assertEqual(code, 3)
+        self.assertIn("column bed_compaction_time_step: 'NULL' is not a number", err)
+        with sqlite3.connect(self.directory / "model.db") as database:
+            database.execute("UPDATE model SET bed_compaction_time_step = 30.125")
+        database.close()
+        self.assertEqual(self.velm("export", "model.db", "b.inp", "--quiet")[0], 0)
+        self.assertEqual((self.directory / "b.inp").read_bytes(), written.replace(b"********** ", b"    30.125 "))
+
+    def test_other_forms_of_the_same_values_pass_with_lenient(self):
+        written = self.put("sound.inp")
+        self.put("edited.inp", change=lambda text: text.replace(b"\r\n", b"\n").replace(b"   12.2500\n", b"12.25     \n"))
+        self.assertEqual(self.velm("import", "edited.inp", "model.db")[0], 3)
+        code, _, err = self.velm("import", "edited.inp", "model.db", "--lenient")
+        self.assertEqual(code, 1)
+        self.assertNotIn("NULL", err)
+        self.assertEqual(self.velm("export", "model.db", "b.inp", "--quiet")[0], 0)
+        self.assertEqual((self.directory / "b.inp").read_bytes(), written)
+
+
+if __name__ == "__main__":
+    unittest.main()

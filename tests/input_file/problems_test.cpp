@@ -1,0 +1,131 @@
+#include "tests/input_file/exported.hpp"
+
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+namespace velm {
+namespace {
+
+std::string everything()
+{
+    return bytes_of(std::filesystem::path(VELM_GOLDEN_FILES) / "everything.inp");
+}
+
+/// The golden file with the first `found` replaced; both may be lines' parts or several lines, with \n for their ends.
+std::string changed(std::string found, std::string by)
+{
+    for (std::string* text : {&found, &by}) {
+        for (std::size_t at = text->find('\n'); at != std::string::npos; at = text->find('\n', at + 2)) {
+            text->insert(at, 1, '\r');
+        }
+    }
+    std::string bytes = everything();
+    const std::size_t at = bytes.find(found);
+    EXPECT_NE(at, std::string::npos) << found;
+    return bytes.replace(at, found.size(), by);
+}
+
+struct Change {
+    std::string found;
+    std::string by;
+    std::string problems; ///< a line each
+};
+
+TEST(Problems, name_the_place_the_field_its_text_and_what_belongs_there)
+{
+    const Change changes[] = {
+        // a field
+        {"     365.5", "     36x.5",
+         "file:5:1: system information, julian end time: '     36x.5' is not a number; expected a number\n"},
+        {"     365.5", "**********",
+         "file:5:1: system information, julian end time: '**********' holds no value: it was too wide for its "
+         "field; expected a number\n"},
+        {"     365.5", "       INF",
+         "file:5:1: system information, julian end time: '       INF' is no number that a model can hold; "
+         "expected a finite number\n"},
+        {"     365.5", "365.5     ",
+         "file:5:1: system information, julian end time: '365.5     ' is a number written in another way; "
+         "expected '     365.5'\n"},
+        {"  8.25000  1.00000", "  8.2500001  1.00000",
+         "file:187:6: initial conditions, concentration: '8.2500001' is a number written in another way; expected "
+         "'8.25000'\n"},
+        {"  1  8.25000  1.00000", " 1 8.25000  1.00000",
+         "file:187:1: initial conditions, initial condition: ' 1 8.25000  1.00000' is spaced in another way; expected "
+         "two "
+         "blanks before each number, or one and a minus sign, and nothing after the last\n"},
+        {"90000.0", "9.00000E+39",
+         "file:109:9: dispersive exchanges, area: '9.00000E+39' is beyond single precision; expected 0, or a "
+         "number from 1.4e-45 to 3.4028235e38\n"},
+        // a text
+        {std::string("Mouth\0 ", 7), "Mouth  ",
+         "file:26:11: segments, name: 'Mouth                                   ' is a name without a NUL after it; "
+         "expected one NUL, then blanks\n"},
+        // a number that tells what a record is
+        {"    7      3 ", "    7      4 ",
+         "file:1:11: system information, version: ' 4' is not the number that belongs here; expected ' 3'\n"},
+        {"     Flow Field   2", "     Flow Field   3",
+         "file:45:19: flow paths, heading of the flow field: '     Flow Field   3' is another text; expected "
+         "'     Flow Field   2'\n"},
+        {"River discharge from head to s\n", "River discharge from head to S\n",
+         "file:65:1: flow time series, description: 'River discharge from head to S' is not what an earlier section "
+         "has; "
+         "expected 'River discharge from head to s'\n"},
+        // segments
+        {"   1     2           0.75", "   1     4           0.75",
+         "file:41:7: flow paths, second segment: '   4' is not a segment of the model; expected a number from 1 to "
+         "3\n"},
+        {"    2               Boundary Segment", "    0               Boundary Segment",
+         "file:121:1: boundaries, segment: '    0' is not a segment of the model; expected a number from 1 to 3\n"},
+        // types
+        {"ISC #:     6 Instance:     1", "ISC #:    31 Instance:     1",
+         "file:178:24: constants, instance: '    1' is not above the instance before it; expected a number above 1\n"},
+        {"ISC #:     6 Instance:     1", "ISC #:     6 Instance: *****",
+         "file:178:24: constants, instance: '*****' hides a number that tells what the record is; expected a number\n"},
+        // labels and line ends
+        {"Restart Option", "Restart option",
+         "file:10:29: system information, Restart Option: 'Restart option' stands between the fields; expected "
+         "'Restart "
+         "Option'\n"},
+        // counts
+        {"    2               Number of Constants", "    1               Number of Constants",
+         "file:176:1: constants, Number of Constants: '1' is too low: there are more records of their kind; expected "
+         "the "
+         "number of records\n"},
+        {"    2               Number of Constants", "    3               Number of Constants",
+         "file:179:1: constants, constant: ' ======================== Initial Conditions "
+         "===================================' is another record, of 80 characters; expected the record 'constant' of "
+         "104 characters\n"},
+    };
+    for (const Change& change : changes) {
+        const InputFile file = read_text(changed(change.found, change.by));
+        EXPECT_EQ(problems_of(file), change.problems);
+    }
+}
+
+TEST(Problems, are_all_collected_over_a_section_that_is_lost)
+{
+    std::string bytes = changed("    2               Number of inflows\n", "");
+    bytes.replace(bytes.find("    3.0000"), 10, "    3,0000");
+    const InputFile file = read_text(bytes);
+    EXPECT_FALSE(file.whole);
+    EXPECT_EQ(problems_of(file),
+              "file:63:1: flow time series, Number of inflows: '      1.000000      0.028317  Flow Scale & Conversion "
+              "Factors' is another record, of 61 characters; expected the record 'Number of inflows' of 37 characters\n"
+              "file:136:1: loads, load scale factor: '      3,000000' is not a number; expected a number\n");
+    EXPECT_EQ(file.model.systems.at(0).boundaries.items.size(), 2U); // read after the lost section
+}
+
+TEST(Problems, beyond_those_listed_are_counted)
+{
+    std::string bytes = everything();
+    std::replace(bytes.begin(), bytes.end(), '.', ',');
+    ReadOptions options;
+    options.most_problems = 5;
+    const InputFile file = read_text(bytes, options);
+    EXPECT_EQ(file.problems.size(), 5U);
+    EXPECT_GT(file.problem_count, 100U);
+}
+
+} // namespace
+} // namespace velm
