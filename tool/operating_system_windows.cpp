@@ -2,11 +2,12 @@
 
 #include "tool/random_characters.hpp"
 
-#include <algorithm>
+#include <array>
 #include <csignal>
 #include <cstdlib>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -21,9 +22,31 @@ namespace {
 
 namespace fs = std::filesystem;
 
-[[noreturn]] void fail(const std::string& what, const fs::path& file, DWORD error = GetLastError())
+/// The C++ library has words for a few of the system's errors only.
+class SystemErrors : public std::error_category {
+public:
+    [[nodiscard]] const char* name() const noexcept override { return "windows"; }
+    [[nodiscard]] std::string message(int error) const override
+    {
+        constexpr DWORD from_system = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
+        const auto number = static_cast<DWORD>(error);
+        std::array<char, 512> text{};
+        constexpr auto room = static_cast<DWORD>(text.size());
+        if (FormatMessageA(from_system, nullptr, number, MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), text.data(),
+                           room, nullptr) == 0) {
+            FormatMessageA(from_system, nullptr, number, 0, text.data(), room, nullptr);
+        }
+        const std::string_view words(text.data());
+        const auto end = words.find_last_not_of(" .\r\n");
+        return end == std::string_view::npos ? "error " + std::to_string(number)
+                                             : std::string(words.substr(0, end + 1));
+    }
+};
+
+[[noreturn]] void fail(const std::string& what, const fs::path& file)
 {
-    throw std::system_error(static_cast<int>(error), std::system_category(), what + " " + file.string());
+    static const SystemErrors errors;
+    throw std::system_error(static_cast<int>(GetLastError()), errors, what + " " + file.string());
 }
 
 class Handle {
@@ -98,12 +121,31 @@ void take_endings_once()
     (void)std::signal(SIGABRT, [](int) { remove_temporary_files(); });
 }
 
-/// Opens a new file, for its owner alone unless `for_others`: then the directory says who may read it.
+/// Full access for the user of this process and for nobody else, in the system's notation. Empty when it does not say.
+std::wstring for_this_user_alone()
+{
+    HANDLE token = INVALID_HANDLE_VALUE;
+    OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token);
+    const Handle opened(token);
+    alignas(TOKEN_USER) std::array<std::byte, sizeof(TOKEN_USER) + SECURITY_MAX_SID_SIZE> user{};
+    DWORD size = 0;
+    wchar_t* name = nullptr;
+    if (GetTokenInformation(token, TokenUser, user.data(), static_cast<DWORD>(user.size()), &size) == 0 ||
+        ConvertSidToStringSidW(reinterpret_cast<TOKEN_USER*>(user.data())->User.Sid, &name) == 0) {
+        return {};
+    }
+    std::wstring access = std::wstring(L"D:P(A;;FA;;;") + name + L")";
+    LocalFree(name);
+    return access;
+}
+
+/// Opens a new file, for this user alone unless `for_others`: then the directory says who may read it.
 HANDLE create_new(const fs::path& file, bool for_others)
 {
     SECURITY_ATTRIBUTES security{sizeof(SECURITY_ATTRIBUTES), nullptr, FALSE};
-    if (!for_others && ConvertStringSecurityDescriptorToSecurityDescriptorW(
-                           L"D:P(A;;FA;;;OW)", SDDL_REVISION_1, &security.lpSecurityDescriptor, nullptr) == 0) {
+    if (!for_others &&
+        ConvertStringSecurityDescriptorToSecurityDescriptorW(for_this_user_alone().c_str(), SDDL_REVISION_1,
+                                                             &security.lpSecurityDescriptor, nullptr) == 0) {
         fail("cannot protect", file);
     }
     const HANDLE created =
@@ -187,7 +229,7 @@ void (*procedure_of_library(const fs::path& library, const char* name))()
     const HMODULE module = LoadLibraryW(fs::absolute(library).c_str());
     const FARPROC procedure = module == nullptr ? nullptr : GetProcAddress(module, name);
     if (procedure == nullptr) {
-        throw std::runtime_error(std::system_category().message(static_cast<int>(GetLastError())));
+        throw std::runtime_error(SystemErrors().message(static_cast<int>(GetLastError())));
     }
     return reinterpret_cast<void (*)()>(reinterpret_cast<void*>(procedure));
 }

@@ -3,11 +3,9 @@
 #include "host_link/host_exchange.h"
 #include "host_link/host_keys.hpp"
 #include "tests/headless_host/asking.hpp"
+#include "tests/support/guarded_page.hpp"
 
 #include <gtest/gtest.h>
-
-#include <sys/mman.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <stdexcept>
@@ -62,12 +60,9 @@ TEST(HostLibrary, HandsEveryKeyOnWithItsLengthsAndValues)
 
 TEST(HostLibrary, ReadsNoByteBeyondAKeyAndTakesNoneForAnother)
 {
-    const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-    void* const pages = mmap(nullptr, 2 * page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    ASSERT_NE(pages, MAP_FAILED);
-    char* const end = static_cast<char*>(pages) + page;
-    ASSERT_EQ(mprotect(end, page, PROT_NONE), 0);
-
+    const GuardedPage page;
+    char* const end = page.end();
+    ASSERT_NE(end, nullptr);
     std::vector<std::string> strangers = {"", "X", std::string(1, '\0'), std::string(300, 'G'),
                                           std::string("gnumseg") + '\0'};
     for (const HostKey& key : host_keys) {
@@ -91,7 +86,6 @@ TEST(HostLibrary, ReadsNoByteBeyondAKeyAndTakesNoneForAnother)
         host_exchange_1(end, nullptr, length);
         EXPECT_EQ(recorder.requests.back().key_position, velm_unknown_key);
     }
-    munmap(pages, 2 * page);
 }
 
 TEST(HostLibrary, ReadsNoTextLengthsForAnotherCallForm)

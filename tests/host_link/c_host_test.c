@@ -2,7 +2,6 @@
 #include "headless_host/prevelmwdll.h"
 #include "host_link/host_exchange.h"
 
-#include <dlfcn.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -47,6 +46,28 @@ static void answer(void* context, const struct velm_host_request* request)
     }
 }
 
+#if defined(_WIN32)
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+#define ATTACH MAKEINTRESOURCEA(100)
+#define EXCHANGE_1 MAKEINTRESOURCEA(3)
+static void* loaded(const char* path)
+{
+    void* library = LoadLibraryA(path);
+    expect(library != NULL, path);
+    return library;
+}
+static void* symbol(void* library, const char* name)
+{
+    void* address;
+    *(FARPROC*)&address = GetProcAddress(library, name);
+    expect(address != NULL, "a procedure is missing");
+    return address;
+}
+#else
+#include <dlfcn.h>
+#define ATTACH "velm_host_attach"
+#define EXCHANGE_1 "host_exchange_1"
 static void* loaded(const char* path)
 {
     void* library = dlopen(path, RTLD_NOW | RTLD_LOCAL);
@@ -55,7 +76,6 @@ static void* loaded(const char* path)
     }
     return library;
 }
-
 static void* symbol(void* library, const char* name)
 {
     void* address = dlsym(library, name);
@@ -64,6 +84,7 @@ static void* symbol(void* library, const char* name)
     }
     return address;
 }
+#endif
 
 int main(int argument_count, char** arguments)
 {
@@ -80,8 +101,8 @@ int main(int argument_count, char** arguments)
     output = arguments[3];
     void* host = loaded(arguments[1]);
     void* plug_in = loaded(arguments[2]);
-    *(void**)&attach = symbol(host, "velm_host_attach");
-    *(void**)&exchange = symbol(host, "host_exchange_1");
+    *(void**)&attach = symbol(host, ATTACH);
+    *(void**)&exchange = symbol(host, EXCHANGE_1);
     *(void**)&export_model = symbol(plug_in, "importexport");
     *(void**)&empty_module = symbol(plug_in, "IMPORT_EXPORT");
 

@@ -104,7 +104,7 @@ TEST(Sections, ask_and_write_what_the_cases_say)
     }
     for (const SectionCase& c : cases) {
         const TestFolder folder;
-        ScriptedHost host(c.answers, folder.path / "model.inp");
+        ScriptedHost host(c.answers, (folder.path / "model.inp").generic_string());
         run_export(host);
         if (!c.asks.empty()) {
             EXPECT_EQ(one_a_line(requests_of_section(host, c.section)), one_a_line(c.asks)) << c.title;
