@@ -1,6 +1,9 @@
 #pragma once
 
+#include "record_output/eight_digits.hpp"
+
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -34,14 +37,40 @@ inline char* render_integer(char* to, std::int32_t value) noexcept
 template <std::size_t width>
 void render_integer_field(char* field, std::int32_t value) noexcept
 {
-    char text[integer_room];
-    const auto size = static_cast<std::size_t>(render_integer(text, value) - text);
-    if (size > width) {
-        std::memset(field, '*', width);
-        return;
+    if constexpr (width > 7) { // more than eight digits, or seven and a sign
+        char text[integer_room];
+        const auto size = static_cast<std::size_t>(render_integer(text, value) - text);
+        if (size > width) {
+            std::memset(field, '*', width);
+            return;
+        }
+        std::memset(field, ' ', width - size);
+        std::memcpy(field + (width - size), text, size);
+    } else {
+        constexpr std::uint32_t limit = [] {
+            std::uint32_t power = 1;
+            for (std::size_t i = 0; i < width; ++i) {
+                power *= 10;
+            }
+            return power;
+        }();
+        const bool negative = value < 0;
+        // negated as unsigned, so that the least integer has a magnitude too
+        const std::uint32_t magnitude =
+            negative ? 0U - static_cast<std::uint32_t>(value) : static_cast<std::uint32_t>(value);
+        if (magnitude >= (negative ? limit / 10 : limit)) [[unlikely]] {
+            std::memset(field, '*', width);
+            return;
+        }
+        // the last `width` of eight columns: blanks for the zeros before the first digit, one of them a minus sign
+        const std::uint64_t digits = detail::eight_digits(magnitude);
+        const int blanks = std::countr_zero(digits | (std::uint64_t{1} << 56)) & ~7; // bits of them
+        const std::uint64_t blanked = detail::blank_to_zero & ((std::uint64_t{1} << blanks) - 1);
+        const std::uint64_t minus = negative ? std::uint64_t{'-' ^ ' '} << (blanks - 8) : 0;
+        const std::uint64_t text = ((digits | detail::eight_zeros) ^ blanked) ^ minus;
+        const std::uint64_t fitting = text >> (8 * (8 - width));
+        std::memcpy(field, &fitting, width);
     }
-    std::memset(field, ' ', width - size);
-    std::memcpy(field + (width - size), text, size);
 }
 
 /// Renders a text of N characters into exactly `width`: cut at its end, or with blanks before it. Every

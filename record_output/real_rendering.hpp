@@ -1,7 +1,9 @@
 #pragma once
 
 #include "record_output/decimal_digits.hpp"
+#include "record_output/eight_digits.hpp"
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -43,28 +45,6 @@ char* render_free_real(char* to, float value) noexcept;
 
 namespace detail {
 
-static_assert(std::endian::native == std::endian::little, "the first digit of eight is the lowest byte");
-
-inline constexpr std::uint64_t eight_zeros = 0x3030'3030'3030'3030U;  // "00000000"
-inline constexpr std::uint64_t eight_blanks = 0x2020'2020'2020'2020U; // "        "
-inline constexpr std::uint64_t blank_to_zero = eight_zeros - eight_blanks;
-
-/// The eight decimal digits of a number below 10^8, each as a byte from 0 to 9, the first in the lowest byte.
-/// Halves the number three times, all parts at once: 12345678 -> 1234|5678 -> 12|34|56|78 -> 1|2|...|8. The
-/// divisions by 100 and 10 are multiplications by 10486/2^20 and 103/2^10, exact below 10,000 and below 100.
-constexpr std::uint64_t eight_digits(std::uint32_t number) noexcept
-{
-    const std::uint32_t upper = number / 10'000;
-    const std::uint64_t fours = upper | std::uint64_t{number - upper * 10'000} << 32;
-    const std::uint64_t hundreds = ((fours * 10486) >> 20) & 0x0000'007f'0000'007fU;
-    const std::uint64_t twos = hundreds | (fours - hundreds * 100) << 16;
-    const std::uint64_t tens = ((twos * 103) >> 10) & 0x000f'000f'000f'000fU;
-    return tens | (twos - tens * 10) << 8;
-}
-
-static_assert(eight_digits(12345678) == 0x0807'0605'0403'0201U);
-static_assert(eight_digits(99999999) == 0x0909'0909'0909'0909U);
-
 /// Half a unit of the last of `shown` digits out of eight.
 inline constexpr std::uint32_t half_of_last_shown[8] = {50'000'000, 5'000'000, 500'000, 50'000, 5'000, 500, 50, 5};
 
@@ -86,59 +66,93 @@ constexpr DecimalDigits rounded_to_places(DecimalDigits value, int decimals) noe
     return {digits, value.exponent};
 }
 
+constexpr std::uint64_t power_of_ten(std::size_t exponent)
+{
+    return exponent == 0 ? 1 : 10 * power_of_ten(exponent - 1);
+}
+
+/// Renders a value of which more than eight digits would be shown, or anything rarer, into its field.
+template <std::size_t columns, std::size_t decimals>
+inline void render_large_real_field(char* field, float value) noexcept
+{
+    constexpr int most_digits = columns < 8 ? static_cast<int>(columns) : 8;
+    const auto bits = std::bit_cast<std::uint32_t>(value);
+    const std::uint32_t magnitude = bits & single::magnitude_bits;
+    const auto negative = static_cast<int>(bits >> 31);
+    DecimalDigits decimal{0, most_digits + 1};
+    if (magnitude < single::infinity) {
+        decimal = rounded_to_places(decimal_digits(magnitude), static_cast<int>(decimals));
+    }
+    if (decimal.exponent + negative > most_digits) [[unlikely]] {
+        render_real_field_in_full(field, columns + 1 + decimals, decimals, value);
+        return;
+    }
+    // eight columns that end at the point: blanks, then the digits before it
+    const std::uint64_t digits = eight_digits(decimal.digits);
+    const int unused = 64 - 8 * decimal.exponent;
+    const std::uint64_t before_point = (digits << unused) | eight_blanks | (blank_to_zero << unused);
+    if constexpr (columns >= 8) {
+        std::memset(field, ' ', columns - 8);
+        std::memcpy(field + (columns - 8), &before_point, 8);
+    } else {
+        const std::uint64_t fitting = before_point >> (8 * (8 - columns));
+        std::memcpy(field, &fitting, columns);
+    }
+    if (negative != 0) {
+        field[columns - static_cast<std::size_t>(decimal.exponent) - 1] = '-';
+    }
+    field[columns] = '.';
+    // two shifts, because one by 64 has no meaning
+    const std::uint64_t after_point = (digits >> (4 * decimal.exponent)) >> (4 * decimal.exponent) | eight_zeros;
+    std::memcpy(field + columns + 1, &after_point, decimals);
+}
+
 } // namespace detail
 
 template <std::size_t width, std::size_t decimals>
 inline void render_real_field(char* field, float value) noexcept
 {
     static_assert(width > decimals && width <= 20);
-    if constexpr (decimals > 8) {
-        render_real_field_in_full(field, width, decimals, value);
-        return;
-    }
-    constexpr std::size_t columns = width - decimals - 1; // before the point
-    constexpr int most_digits = columns < 8 ? static_cast<int>(columns) : 8;
+    constexpr std::size_t columns = width - decimals - 1;           // before the point
+    constexpr std::size_t whole = decimals <= 6 ? 8 - decimals : 0; // digits before it when eight are shown
+    if constexpr (decimals == 0 || decimals > 6 || columns < whole + 1) {
+        render_real_field_in_full(field, width, decimals, value); // no such field stands in a long record
+    } else {
+        const auto bits = std::bit_cast<std::uint32_t>(value);
+        const auto biased_exponent = static_cast<int>((bits & single::magnitude_bits) >> single::fraction_width);
+        if (biased_exponent >= single::exponent_bias) [[unlikely]] { // 2^23 and above, infinite, not a number
+            detail::render_large_real_field<columns, decimals>(field, value);
+            return;
+        }
+        // value * 10^decimals = scaled / 2^shift, exactly. A subnormal is taken for a normal number, and a shift of
+        // more than 63 for 63: both show only zeros.
+        constexpr std::uint64_t scale = detail::power_of_ten(decimals);
+        const std::uint64_t scaled = ((bits & single::fraction_bits) | single::leading_bit) * scale;
+        const int shift = std::min(single::exponent_bias - biased_exponent, 63);
+        const std::uint64_t cut = scaled >> shift;
+        std::uint64_t shown = (scaled + (std::uint64_t{1} << (shift - 1))) >> shift;
+        if (cut >= eight_digit_limit / 10) { // the last digit shown is the eighth or a later one
+            const std::uint64_t eighth = cut % 10;
+            shown = cut + (eighth >= 5 ? 10 - eighth : 0);
+            if (shown >= eight_digit_limit) {
+                detail::render_large_real_field<columns, decimals>(field, value);
+                return;
+            }
+        }
 
-    const auto bits = std::bit_cast<std::uint32_t>(value);
-    const std::uint32_t magnitude = bits & single::magnitude_bits;
-    if (magnitude >= single::infinity) [[unlikely]] {
-        render_real_field_in_full(field, width, decimals, value);
-        return;
+        // the digits stand in the field as they stand in eight columns, a point between them and blanks for zeros
+        const std::uint64_t digits = detail::eight_digits(static_cast<std::uint32_t>(shown));
+        const int blanks = std::countr_zero(digits | (std::uint64_t{1} << (8 * (whole - 1)))) & ~7; // bits of them
+        const std::uint64_t blanked = detail::blank_to_zero & ((std::uint64_t{1} << blanks) - 1);
+        const std::uint64_t text = (digits | detail::eight_zeros) ^ blanked;
+        const std::uint64_t minus = shown != 0 ? std::uint64_t{bits >> 31} * ('-' ^ ' ') : 0;
+        const std::uint64_t before_point = ((text << 8) | ' ') ^ (minus << blanks);
+        std::memset(field, ' ', columns - whole - 1);
+        std::memcpy(field + (columns - whole - 1), &before_point, 8);
+        field[columns] = '.';
+        const std::uint64_t after_point = text >> (8 * whole);
+        std::memcpy(field + columns + 1, &after_point, decimals);
     }
-    DecimalDigits decimal = detail::rounded_to_places(decimal_digits(magnitude), static_cast<int>(decimals));
-    int negative = magnitude != 0 ? static_cast<int>(bits >> 31) : 0;
-    if (decimal.exponent + static_cast<int>(decimals) <= 0) { // every digit shown is 0
-        decimal = {};
-        negative = 0;
-    }
-    const int whole = decimal.exponent < 1 ? 1 : decimal.exponent; // digits before the point, a leading 0 included
-    if (whole + negative > most_digits) [[unlikely]] {
-        render_real_field_in_full(field, width, decimals, value);
-        return;
-    }
-
-    // eight columns that end at the point: blanks, then the digits before it
-    const std::uint64_t digits = detail::eight_digits(decimal.digits);
-    const std::uint64_t before_point = decimal.exponent < 1 ? 0 : digits << (64 - 8 * decimal.exponent);
-    const std::uint64_t integer_part =
-        before_point | detail::eight_blanks | (detail::blank_to_zero << (64 - 8 * whole));
-    if constexpr (columns >= 8) {
-        std::memset(field, ' ', columns - 8);
-        std::memcpy(field + (columns - 8), &integer_part, 8);
-    } else if constexpr (columns > 0) {
-        const std::uint64_t fitting = integer_part >> (8 * (8 - columns));
-        std::memcpy(field, &fitting, columns);
-    }
-    if (negative != 0) {
-        field[columns - static_cast<std::size_t>(whole) - 1] = '-';
-    }
-    field[columns] = '.';
-    // exponent is from 1 - decimals to 8; two shifts, because one by 64 has no meaning
-    const std::uint64_t after_point = decimal.exponent < 0
-                                          ? digits << (-8 * decimal.exponent)
-                                          : (digits >> (4 * decimal.exponent)) >> (4 * decimal.exponent);
-    const std::uint64_t fraction = after_point | detail::eight_zeros;
-    std::memcpy(field + columns + 1, &fraction, decimals);
 }
 
 inline char* render_free_real(char* to, float value) noexcept
