@@ -6,6 +6,25 @@
 
 using namespace velm;
 
+namespace {
+
+struct Type {
+    Integer& isc;
+    Integer& instances;
+};
+
+/// Asked in both passes.
+Type fetch_type(Integer type)
+{
+    Integer& isc = entry_of(model.isc_numbers, type);
+    request<"GCONSTTYPEISC">(type, isc);
+    Integer& instances = entry_of(model.instance_counts, type);
+    request<"GNUMCONSTBYISC">(InPlace{isc}, instances);
+    return {isc, instances};
+}
+
+} // namespace
+
 void constants(OutputChannel& out)
 {
     write_free_record(out, literal<"======================== Constants ===================================">);
@@ -16,10 +35,7 @@ void constants(OutputChannel& out)
     Integer used = 0;
     Integer instances_in_use = 0;
     for (const Integer type : OneTo(types)) {
-        Integer& isc = entry_of(model.isc_numbers, type);
-        request<"GCONSTTYPEISC">(type, isc);
-        Integer& instances = entry_of(model.instance_counts, type);
-        request<"GNUMCONSTBYISC">(InPlace{isc}, instances);
+        const auto [isc, instances] = fetch_type(type);
         for (const Integer instance : OneTo(instances)) {
             request<"GCONSTISUSED">(InPlace{isc}, instance, used);
             instances_in_use += used >= 1 ? 1 : 0;
@@ -29,10 +45,7 @@ void constants(OutputChannel& out)
 
     Real value = 0;
     for (const Integer type : OneTo(types)) {
-        Integer& isc = entry_of(model.isc_numbers, type);
-        request<"GCONSTTYPEISC">(type, isc);
-        Integer& instances = entry_of(model.instance_counts, type);
-        request<"GNUMCONSTBYISC">(InPlace{isc}, instances);
+        const auto [isc, instances] = fetch_type(type);
         for (const Integer instance : OneTo(instances)) {
             request<"GCONSTISUSED">(InPlace{isc}, instance, used);
             if (used < 1) {

@@ -6,6 +6,25 @@
 
 using namespace velm;
 
+namespace {
+
+struct Type {
+    Integer& isc;
+    Integer& instances;
+};
+
+/// Asked before the counting and again before the scale factors.
+Type fetch_type(Integer type)
+{
+    Integer& isc = entry_of(model.isc_numbers, type);
+    request<"GPARAMISC">(type, isc);
+    Integer& instances = entry_of(model.instance_counts, type);
+    request<"GNUMPARAMBYISC">(InPlace{isc}, instances);
+    return {isc, instances};
+}
+
+} // namespace
+
 void parameters(OutputChannel& out)
 {
     write_free_record(out, literal<"======================== Segment Parameters ===================================">);
@@ -16,10 +35,7 @@ void parameters(OutputChannel& out)
     Integer used = 0;
     Integer instances_in_use = 0;
     for (const Integer type : OneTo(model.number_of_parameter_types)) {
-        Integer& isc = entry_of(model.isc_numbers, type);
-        request<"GPARAMISC">(type, isc);
-        Integer& instances = entry_of(model.instance_counts, type);
-        request<"GNUMPARAMBYISC">(InPlace{isc}, instances);
+        const auto [isc, instances] = fetch_type(type);
         for (const Integer instance : OneTo(instances)) {
             request<"GPARAMISUSED">(InPlace{isc}, instance, used);
             instances_in_use += used >= 1 ? 1 : 0;
@@ -30,10 +46,7 @@ void parameters(OutputChannel& out)
     write_record<"('======================== Scale Factors ====================================')">(out);
     Real scale_factor = 0;
     for (const Integer type : OneTo(model.number_of_parameter_types)) {
-        Integer& isc = entry_of(model.isc_numbers, type);
-        request<"GPARAMISC">(type, isc);
-        Integer& instances = entry_of(model.instance_counts, type);
-        request<"GNUMPARAMBYISC">(InPlace{isc}, instances);
+        const auto [isc, instances] = fetch_type(type);
         Text<60> description{};
         for (const Integer instance : OneTo(instances)) {
             request<"GPARAMISUSED">(InPlace{isc}, instance, used);

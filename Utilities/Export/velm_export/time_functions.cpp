@@ -6,6 +6,28 @@
 
 using namespace velm;
 
+namespace {
+
+struct Type {
+    Integer& isc;
+    Integer& functions;
+};
+
+/// Asked in both passes. A host that reports no function of a type means one.
+Type fetch_type(Integer type)
+{
+    Integer& isc = entry_of(model.isc_numbers, type);
+    request<"GTFISC">(type, isc);
+    Integer& functions = entry_of(model.instance_counts, type);
+    request<"GNUMTIMEFUNC">(InPlace{isc}, functions);
+    if (functions == 0) {
+        functions = 1;
+    }
+    return {isc, functions};
+}
+
+} // namespace
+
 void time_functions(OutputChannel& out)
 {
     constexpr std::size_t usual_types = 1000;
@@ -19,13 +41,7 @@ void time_functions(OutputChannel& out)
     Integer used = 0;
     Integer functions_in_use = 0;
     for (const Integer type : OneTo(model.number_of_time_function_types)) {
-        Integer& isc = entry_of(model.isc_numbers, type);
-        request<"GTFISC">(type, isc);
-        Integer& functions = entry_of(model.instance_counts, type);
-        request<"GNUMTIMEFUNC">(InPlace{isc}, functions);
-        if (functions == 0) {
-            functions = 1;
-        }
+        const auto [isc, functions] = fetch_type(type);
         for (const Integer function : OneTo(functions)) {
             request<"GTFISUSED">(InPlace{isc}, function, used);
             functions_in_use += used == in_use ? 1 : 0;
@@ -37,13 +53,7 @@ void time_functions(OutputChannel& out)
     Real time = 0;
     Real value = 0;
     for (const Integer type : OneTo(model.number_of_time_function_types)) {
-        Integer& isc = entry_of(model.isc_numbers, type);
-        request<"GTFISC">(type, isc);
-        Integer& functions = entry_of(model.instance_counts, type);
-        request<"GNUMTIMEFUNC">(InPlace{isc}, functions);
-        if (functions == 0) {
-            functions = 1;
-        }
+        const auto [isc, functions] = fetch_type(type);
         for (const Integer function : OneTo(functions)) {
             request<"GTFISUSED">(InPlace{isc}, function, used);
             if (used != in_use) {
