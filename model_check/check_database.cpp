@@ -89,6 +89,20 @@ void add_cut_texts(FindingList& list, const Losses& losses)
     list.count(FindingKind::text_cut, losses.cut - losses.cut_texts.size());
 }
 
+/// Times that differ in the database may be the same in the file, whose fields have fewer digits.
+void add_repeated_times(FindingList& list, const InputFile& written, const Model& model)
+{
+    const ExportedTypes types(model);
+    if (!written.whole) {
+        return;
+    }
+    check_meaning(written.model, [&](FindingKind kind, const Datum& datum, const std::string& message) {
+        if (kind == FindingKind::time_repeats && !is_near_a_gap(datum, written.gaps)) {
+            list.add(finding_at(types.in_model(datum), kind, "in the file, " + message));
+        }
+    });
+}
+
 void check_export(FindingList& list, const Model& model, const std::filesystem::path& exported, std::size_t most)
 {
     LossCount losses(model, most);
@@ -104,7 +118,9 @@ void check_export(FindingList& list, const Model& model, const std::filesystem::
             list.add(std::move(finding));
         }
     };
-    add_problems(list, read_input_file(exported, reading), model);
+    const InputFile written = read_input_file(exported, reading);
+    add_problems(list, written, model);
+    add_repeated_times(list, written, model);
     const Losses found = losses.result();
     add_losses(list, FindingKind::value_vanishes, found.vanishing);
     add_losses(list, FindingKind::value_changed, found.changed);
@@ -133,7 +149,9 @@ FileFindings check_database(const std::filesystem::path& file, const WriteInputF
         return result;
     }
     check_meaning(model, [&](FindingKind kind, const Datum& datum, std::string message) {
-        list.add(finding_at(datum, kind, std::move(message)));
+        if (kind != FindingKind::time_repeats) { // found in the file
+            list.add(finding_at(datum, kind, std::move(message)));
+        }
     });
     check_export(list, model, write(model), options.most_of_a_kind);
     return result;

@@ -21,14 +21,6 @@ struct ValueFinding {
     std::string message;
 };
 
-/// A field without a value reads as 0, of which its row or its series may seem to be out of meaning.
-bool is_near_a_gap(const Datum& datum, const std::vector<Datum>& gaps)
-{
-    return std::any_of(gaps.begin(), gaps.end(), [&](const Datum& gap) {
-        return gap.table == datum.table && gap.key[0] == datum.key[0] && gap.key[1] == datum.key[1];
-    });
-}
-
 void add_values(FindingList& list, const std::filesystem::path& file, std::vector<ValueFinding> values)
 {
     if (values.empty()) {

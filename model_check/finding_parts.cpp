@@ -85,6 +85,13 @@ bool touches_its_neighbour(const FieldText& field)
            belongs_to_a_number(field.record[offset - 1]);
 }
 
+bool is_near_a_gap(const Datum& datum, const std::vector<Datum>& gaps)
+{
+    return std::any_of(gaps.begin(), gaps.end(), [&](const Datum& gap) {
+        return gap.table == datum.table && gap.key[0] == datum.key[0] && gap.key[1] == datum.key[1];
+    });
+}
+
 std::string field_as_text(std::string_view bytes)
 {
     const std::size_t first = std::min(bytes.find_first_not_of(' '), bytes.size());

@@ -4,6 +4,8 @@
 #include "model_check/finding.hpp"
 
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace velm {
 
@@ -17,6 +19,9 @@ namespace velm {
 
 /// True for a number that fills its columns and follows another number without a blank; asterisks are none.
 [[nodiscard]] bool touches_its_neighbour(const FieldText& field);
+
+/// A field without a value reads as 0, of which its row or its series may seem to be out of meaning.
+[[nodiscard]] bool is_near_a_gap(const Datum& datum, const std::vector<Datum>& gaps);
 
 /// A file's bytes (ISO 8859-1) as printable UTF-8, without blanks around them.
 [[nodiscard]] std::string field_as_text(std::string_view bytes);

@@ -20,6 +20,7 @@ struct Command {
 /// Each makes one command below `tool`, in a file of its own. main.cpp lists them in the order of the help.
 Command export_command(CLI::App& tool);
 Command check_command(CLI::App& tool);
+Command diff_command(CLI::App& tool);
 Command import_command(CLI::App& tool);
 Command replay_command(CLI::App& tool);
 Command session_to_model_command(CLI::App& tool);

@@ -1,4 +1,5 @@
 #include "headless_host/headless_host.hpp"
+#include "model_check/export_losses.hpp"
 #include "session/session_recorder.hpp"
 #include "tool/commands.hpp"
 #include "tool/file_arguments.hpp"
@@ -30,6 +31,7 @@ struct ExportArguments {
     std::string panel;   ///< empty: not saved
     std::string session; ///< empty: not recorded
     std::string plug_in; ///< empty: the tool's own
+    bool strict = false;
     bool quiet = false;
 };
 
@@ -80,6 +82,36 @@ void print_summary(const std::string& output, const WrittenFile& written, double
               << written.bytes << " bytes in " << std::fixed << std::setprecision(2) << seconds << " seconds\n";
 }
 
+/// What the file does not say of the model: "2 fields overflow, 31 of 12345 reals lose digits".
+std::string losses_in_words(std::uint64_t overflows, const LossSample& sample)
+{
+    std::string words = overflows == 0   ? "no field overflows"
+                        : overflows == 1 ? "1 field overflows"
+                                         : std::to_string(overflows) + " fields overflow";
+    words += sample.whole ? ", " : ", in its first " + std::to_string(sampled_bytes / 1'000'000) + " MB ";
+    if (sample.lossy == 0) {
+        return words + "all " + std::to_string(sample.reals) + " reals keep their digits";
+    }
+    return words + std::to_string(sample.lossy) + " of " + std::to_string(sample.reals) +
+           (sample.lossy == 1 ? " reals loses digits" : " reals lose digits");
+}
+
+void print_losses(const ExportArguments& arguments, std::uint64_t overflows, const LossSample& sample)
+{
+    std::cerr << "velm: " << arguments.output << ": " << losses_in_words(overflows, sample)
+              << (overflows + sample.lossy == 0 ? "" : "; velm check " + arguments.model + " lists them") << '\n';
+}
+
+void refuse_overflows(const ExportArguments& arguments, std::uint64_t overflows)
+{
+    if (arguments.strict && overflows > 0) {
+        throw ToolError(ExitCode::failed, "the export is refused, " + arguments.output +
+                                              " is as it was: " + std::to_string(overflows) +
+                                              (overflows == 1 ? " field overflows" : " fields overflow") +
+                                              "; velm check " + arguments.model + " lists them");
+    }
+}
+
 ExitCode export_model(const ExportArguments& arguments)
 {
     const auto start = std::chrono::steady_clock::now();
@@ -115,10 +147,16 @@ ExitCode export_model(const ExportArguments& arguments)
     if (!failure.empty()) {
         throw ToolError(ExitCode::failed, "the export failed, " + arguments.output + " is as it was: " + failure);
     }
+    const bool counts = arguments.strict || !arguments.quiet;
+    const std::uint64_t overflows =
+        counts ? count_overflows(model, output.temporary(), written.lines_with_asterisks) : 0;
+    refuse_overflows(arguments, overflows);
+    const LossSample sample = arguments.quiet ? LossSample{} : sample_losses(model, output.temporary());
     output.put_in_place();
     if (!arguments.quiet) {
         const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
         print_summary(arguments.output, written, seconds.count());
+        print_losses(arguments, overflows, sample);
     }
     return ExitCode::done;
 }
@@ -136,6 +174,7 @@ Command export_command(CLI::App& tool)
     arguments->add_option("--record", values->session, "Record what plug-in and host say to each other, in a new file")
         ->type_name("SESSION");
     arguments->add_option("--plugin", values->plug_in, "Run another build of the plug-in")->type_name("LIBRARY");
+    arguments->add_flag("--strict", values->strict, "Refuse to replace OUTPUT when a value is too wide for its field");
     arguments->add_flag("--quiet", values->quiet, "Print nothing but errors");
     arguments->footer("Examples:\n"
                       "  velm export estuary.db estuary.inp\n"

@@ -36,6 +36,7 @@ WrittenFile read_written_file(const std::filesystem::path& file)
         result.ends_in_line = !input.eof();
         result.records += result.ends_in_line ? 1 : 0;
         result.bytes += line.size() + (result.ends_in_line ? 1 : 0);
+        result.lines_with_asterisks += line.find('*') != std::string::npos ? 1 : 0;
         result.sections += opens_section(line) ? 1 : 0;
     }
     result.readable = input.eof();

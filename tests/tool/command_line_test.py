@@ -126,7 +126,7 @@ class Exported(ToolCase):
                 messages = self.export(model, "out.inp")
                 content = (self.directory / "out.inp").read_bytes()
                 size = f"{content.count(bytes([10]))} records, {len(content)} bytes"
-                self.assertRegex(messages, rf"^velm: out.inp: 11 sections, {size} in \d+\.\d\d seconds\n$")
+                self.assertRegex(messages, rf"^velm: out.inp: 11 sections, {size} in \d+\.\d\d seconds\nvelm: out.inp: no field overflows, .+\n$")
                 self.assertIn(f"input file            {size}\n", self.velm("info", model)[1])
 
     def test_quiet(self):

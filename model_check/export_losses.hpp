@@ -1,0 +1,27 @@
+#pragma once
+
+#include "model/model.hpp"
+
+#include <cstdint>
+#include <filesystem>
+
+namespace velm {
+
+/// How many fields of `model`'s export `file` are asterisks, counts of pairs included. `lines_with_asterisks` is how
+/// many lines have any, which may stand in texts: the file is read only when the model alone does not explain them.
+[[nodiscard]] std::uint64_t count_overflows(const Model& model, const std::filesystem::path& file,
+                                            std::uint64_t lines_with_asterisks);
+
+/// How many of the reals in the beginning of an export have other digits than the model.
+struct LossSample {
+    std::uint64_t reals = 0;
+    std::uint64_t lossy = 0;
+    bool whole = true; ///< false when the file goes on behind the sample
+};
+
+/// A longer file is looked at no further, for that would take as long as its export.
+constexpr std::size_t sampled_bytes = 16'000'000;
+
+[[nodiscard]] LossSample sample_losses(const Model& model, const std::filesystem::path& file);
+
+} // namespace velm

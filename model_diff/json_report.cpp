@@ -1,0 +1,95 @@
+#include "json_text/json_text.hpp"
+#include "model/real_in_words.hpp"
+#include "model_diff/number_ranges.hpp"
+#include "model_diff/report.hpp"
+
+#include <cstdlib>
+
+namespace velm {
+
+namespace {
+
+/// As the shortest decimal number would read: 0.1F is 0.1, not 0.10000000149011612.
+double plain(float value)
+{
+    return std::strtod(real_in_words(value).c_str(), nullptr);
+}
+
+void put_range(JsonText& json, const NumberChanges& numbers, Change change)
+{
+    const NumberRange range = NumberRange::of(numbers, change);
+    if (range.count == 0) {
+        return;
+    }
+    json.begin_object(name_of(change));
+    json.put("count", std::uint64_t{range.count});
+    json.put("first", plain(range.first));
+    json.put("last", plain(range.last));
+    if (change == Change::changed) {
+        json.put("largest_change", std::strtod(range.largest_change_in_words().c_str(), nullptr));
+    }
+    json.end_object();
+}
+
+void put_every(JsonText& json, const NumberChanges& numbers)
+{
+    json.begin_array("every");
+    for (const NumberChange& number : numbers.changes) {
+        json.begin_object();
+        json.put("at", plain(number.at));
+        if (number.change != Change::added) {
+            json.put("old", plain(number.old_value));
+        }
+        if (number.change != Change::removed) {
+            json.put("new", plain(number.new_value));
+        }
+        json.end_object();
+    }
+    json.end_array();
+}
+
+void put_difference(JsonText& json, const Difference& difference, bool all)
+{
+    json.begin_object();
+    json.put("section", name_of(difference.section));
+    json.put("change", name_of(difference.change));
+    json.put_if_any("item", difference.item);
+    json.put_if_any("field", difference.field);
+    if (difference.change == Change::changed) {
+        json.put("old", difference.old_value);
+        json.put("new", difference.new_value);
+    }
+    if (difference.change == Change::numbers) {
+        const NumberChanges& numbers = difference.numbers;
+        json.put("by", numbers.by_segment ? "segment" : "day");
+        json.put("in_both", std::uint64_t{numbers.in_both});
+        for (const Change change : {Change::changed, Change::added, Change::removed}) {
+            put_range(json, numbers, change);
+        }
+        if (all) {
+            put_every(json, numbers);
+        }
+    }
+    json.end_object();
+}
+
+} // namespace
+
+std::string difference_json(std::span<const Difference> found, std::string_view old_file, std::string_view new_file,
+                            bool form_alone, bool all)
+{
+    JsonText json;
+    json.begin_object();
+    json.put("old", old_file);
+    json.put("new", new_file);
+    json.put("result", !found.empty() ? "different" : form_alone ? "same model in another form" : "same");
+    json.begin_array("differences");
+    for (const Difference& difference : found) {
+        put_difference(json, difference, all);
+    }
+    json.end_array();
+    json.end_object();
+    return json.text();
+}
+
+} // namespace velm

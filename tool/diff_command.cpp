@@ -1,0 +1,134 @@
+#include "input_file/input_file.hpp"
+#include "model_diff/model_diff.hpp"
+#include "model_diff/report.hpp"
+#include "tool/commands.hpp"
+#include "tool/exported_model.hpp"
+#include "tool/file_kind.hpp"
+#include "tool/model_file.hpp"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <string>
+#include <system_error>
+
+namespace velm {
+namespace {
+
+struct DiffArguments {
+    std::string old_file;
+    std::string new_file;
+    std::string plug_in; ///< empty: the tool's own
+    double tolerance = 0;
+    bool summary = false;
+    bool all = false;
+    bool json = false;
+};
+
+/// A file that cannot be read to the last value is not compared: what it lacks would look like a difference, or like
+/// none.
+void refuse_problems(const InputFile& read, const std::string& name)
+{
+    std::uint64_t about_form = 0;
+    for (std::size_t kind = 0; is_about_form(static_cast<ProblemKind>(kind)); ++kind) {
+        about_form += read.problem_counts.at(kind);
+    }
+    if (read.problem_count == about_form) {
+        return;
+    }
+    const auto worst = std::find_if(read.problems.begin(), read.problems.end(),
+                                    [](const InputProblem& problem) { return !is_about_form(problem.kind); });
+    throw ToolError(ExitCode::model_unreadable,
+                    name +
+                        " cannot be compared, for not all of its values can be read; velm check lists what is wrong" +
+                        (worst == read.problems.end() ? "" : ". First:\n  " + worst->text(name)));
+}
+
+Model read_input(const std::filesystem::path& file, const std::string& name)
+{
+    try {
+        InputFile read = read_input_file(file);
+        refuse_problems(read, name);
+        return std::move(read.model);
+    } catch (const std::system_error& error) {
+        throw ToolError(ExitCode::model_unreadable, error.what());
+    }
+}
+
+/// The model of a file. With `as_exported`, a database's values are those that its input file shows.
+Model read(const std::string& file, FileKind kind, bool as_exported, const DiffArguments& arguments)
+{
+    if (kind == FileKind::input_file) {
+        return read_input(file, file);
+    }
+    Model model = read_model_file(file, false);
+    if (!as_exported) {
+        return model;
+    }
+    const PlugIn plug_in(arguments.plug_in.empty() ? default_plug_in() : std::filesystem::path(arguments.plug_in));
+    return read_input(ExportedModel(plug_in, model, false).file(), "the input file of " + file);
+}
+
+bool have_the_same_bytes(const std::string& one, const std::string& other)
+{
+    std::ifstream first(one, std::ios::binary);
+    std::ifstream second(other, std::ios::binary);
+    using Bytes = std::istreambuf_iterator<char>;
+    return std::equal(Bytes(first), Bytes(), Bytes(second), Bytes());
+}
+
+ExitCode compare(const DiffArguments& arguments)
+{
+    const FileKind old_kind = kind_of_file(arguments.old_file);
+    const FileKind new_kind = kind_of_file(arguments.new_file);
+    const bool as_exported = old_kind != new_kind;
+    const std::vector<Difference> found =
+        differences(read(arguments.old_file, old_kind, as_exported, arguments),
+                    read(arguments.new_file, new_kind, as_exported, arguments), {arguments.tolerance});
+    const bool both_input_files = !as_exported && old_kind == FileKind::input_file;
+    const bool form_alone = found.empty() && arguments.tolerance == 0 && both_input_files &&
+                            !have_the_same_bytes(arguments.old_file, arguments.new_file);
+    if (arguments.json) {
+        std::cout << difference_json(found, arguments.old_file, arguments.new_file, form_alone, arguments.all);
+    } else if (form_alone) {
+        std::cout << "the same model; the files differ in label text, line ends or fill alone\n";
+    } else {
+        std::cout << (arguments.summary ? difference_summary(found) : difference_lines(found, arguments.all));
+    }
+    return found.empty() ? ExitCode::done : ExitCode::findings;
+}
+
+} // namespace
+
+Command diff_command(CLI::App& tool)
+{
+    auto values = std::make_shared<DiffArguments>();
+    CLI::App* const arguments = tool.add_subcommand("diff", "Say in what two models differ");
+    arguments->add_option("OLD", values->old_file, "Input file or model database")->required();
+    arguments->add_option("NEW", values->new_file, "Input file or model database")->required();
+    CLI::Option* const summary = arguments->add_flag("--summary", values->summary, "Print a line for each section");
+    arguments->add_flag("--all", values->all, "Print every number of a series that differs")->excludes(summary);
+    arguments->add_flag("--json", values->json, "Print the differences as JSON")->excludes(summary);
+    arguments
+        ->add_option("--tolerance", values->tolerance,
+                     "Take numbers for the same that differ by at most this part of the larger one; 0 when not given")
+        ->check(CLI::Range(0.0, 1.0))
+        ->type_name("PART");
+    arguments
+        ->add_option("--plugin", values->plug_in,
+                     "Compare an input file with the export of another build of the plug-in")
+        ->type_name("LIBRARY");
+    arguments->footer("Examples:\n"
+                      "  velm diff before.db after.db\n"
+                      "  velm diff estuary.db estuary.inp --summary\n"
+                      "  velm diff old.inp new.inp --tolerance 1e-6 --all\n\n"
+                      "A database is compared with an input file as the input file that it exports, so that only\n"
+                      "other values count, not the digits that an export loses. Exit codes: 0 the same model, 1\n"
+                      "different, 2 usage, 3 a file cannot be read.");
+    return {arguments, [values] { return compare(*values); }};
+}
+
+} // namespace velm
