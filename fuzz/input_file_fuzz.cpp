@@ -1,0 +1,62 @@
+// Any bytes in the place of an input file: its reader ends, with a model and problems that have a place. Where it finds
+// no problem, an export of the model gives the same bytes.
+
+#include "fuzz/fuzz_bytes.hpp"
+#include "headless_host/headless_host.hpp"
+#include "input_file/input_file.hpp"
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <string>
+
+#include <unistd.h>
+
+using namespace velm;
+
+extern "C" void importexport();
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// In memory where the system has such a folder.
+fs::path output_file()
+{
+    const fs::path folder = fs::exists("/dev/shm") ? fs::path("/dev/shm") : fs::temp_directory_path();
+    return folder / ("velm_input_file_fuzz_" + std::to_string(getpid()));
+}
+
+std::string exported(const Model& model)
+{
+    const fs::path path = output_file();
+    HeadlessHost host(model, path.string());
+    velm_host_attach(&HeadlessHost::answer, &host);
+    importexport();
+    velm_host_attach(nullptr, nullptr);
+    expect(host.export_completed() && host.fault_count() == 0, "a model without problems is exported");
+    std::ifstream stream(path, std::ios::binary);
+    std::string bytes(std::istreambuf_iterator<char>(stream), {});
+    fs::remove(path);
+    return bytes;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
+{
+    const std::string text(reinterpret_cast<const char*>(bytes), size);
+    std::istringstream input(text);
+    const InputFile file = read_input_file(input);
+    expect(file.whole || file.problem_count != 0, "what is not whole has a problem");
+    for (const InputProblem& problem : file.problems) {
+        expect(problem.place.line > 0 && problem.place.column > 0, "a problem has a place");
+        expect(!problem.text("f").empty(), "a problem has words");
+    }
+    if (file.problem_count == 0) {
+        expect(file.bytes == size, "a file is read to its end");
+        expect(exported(file.model) == text, "an export gives the same bytes");
+    }
+    return 0;
+}
