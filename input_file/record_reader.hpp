@@ -36,7 +36,7 @@ struct Count {
 /// as 0. What a section needs of earlier ones is kept here too.
 class RecordReader {
 public:
-    RecordReader(std::istream& input, const ReadOptions& options, InputFile& result);
+    RecordReader(std::istream& input, const ReadOptions& options, InputFile& read_so_far);
 
     void enter(Section section) { section_ = section; }
     [[nodiscard]] bool at_end() { return window_.ahead().empty(); }
@@ -46,7 +46,7 @@ public:
     /// it is another record.
     void record(const Record& expected);
     /// Takes a record that is known to the last character.
-    void known_record(std::string_view name, std::string_view line);
+    void known_record(std::string_view name, std::string_view known);
     /// Whether a record of this kind comes next, as far as its columns tell.
     [[nodiscard]] bool is_ahead(const Record& expected);
 
