@@ -104,7 +104,7 @@ private:
     [[noreturn]] void throw_something()
     {
         switch (input_.byte() % 3) {
-        case 0: throw std::runtime_error(std::string(input_.take(input_.byte() * 3)));
+        case 0: throw std::runtime_error(std::string(input_.take(input_.byte() * std::size_t{3})));
         case 1: throw std::bad_alloc();
         default: throw 7; // NOLINT(hicpp-exception-baseclass): hosts throw what they like
         }
