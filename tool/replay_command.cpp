@@ -118,8 +118,8 @@ Command replay_command(CLI::App& tool)
     arguments->add_option("--plugin", values->plug_in, "Run another build of the plug-in")->type_name("LIBRARY");
     arguments->add_flag("--quiet", values->quiet, "Print nothing but errors");
     arguments->footer("Examples:\n"
-                      "  velm export estuary.db estuary.inp --record estuary.jsonl\n"
-                      "  velm replay estuary.jsonl again.inp\n\n"
+                      "  velm replay estuary.jsonl again.inp\n"
+                      "  velm replay desktop.jsonl again.inp --plugin build/release/libvelm_export.so\n\n"
                       "The plug-in must ask what it asked then, in the same order. The first departure ends the\n"
                       "replay with exit code 1, a session that is damaged or breaks off with 2.");
     return {arguments, [values] { return replay_session(*values); }};
