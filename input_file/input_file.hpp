@@ -91,6 +91,12 @@ inline constexpr std::size_t problem_kinds = static_cast<std::size_t>(ProblemKin
     return kind <= ProblemKind::form;
 }
 
+/// True of the kinds that leave a model without a value.
+[[nodiscard]] constexpr bool is_about_a_gap(ProblemKind kind)
+{
+    return kind >= ProblemKind::no_value && kind <= ProblemKind::no_single;
+}
+
 /// One thing wrong with an input file.
 struct InputProblem {
     ProblemKind kind{};
@@ -121,7 +127,7 @@ struct InputFile {
     std::vector<InputProblem> problems;
     std::uint64_t problem_count = 0;                           ///< also those that are not listed
     std::array<std::uint64_t, problem_kinds> problem_counts{}; ///< by kind
-    std::vector<Datum> gaps;                                   ///< the fields of asterisks, where the model has 0
+    std::vector<Datum> gaps;                                   ///< the data without a value, where the model has 0
     bool whole = true;                                         ///< every section was read to its end
     std::uint64_t unused_instances = 0; ///< put into the model to keep the numbers of the used ones
     std::uint64_t bytes = 0;

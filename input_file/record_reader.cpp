@@ -304,7 +304,6 @@ void RecordReader::report_no_value(const Part& part)
     if (part.table.empty()) {
         report(ProblemKind::unstorable, part.name, "hides a number that tells what the record is", "a number");
     } else {
-        result.gaps.push_back({part.table, part.name, key_});
         report(ProblemKind::no_value, part.name, "holds no value: it was too wide for its field", "a number");
     }
 }
@@ -489,6 +488,9 @@ void RecordReader::report(ProblemKind kind, std::string_view name, std::string m
         return report_at({record_line_, 1}, kind, form_->name(), record_, std::move(message), std::move(expected));
     }
     const Part& part = *std::find_if(form_->begin(), form_->end(), [&](const Part& it) { return it.name == name; });
+    if (is_about_a_gap(kind) && !part.table.empty()) {
+        result.gaps.push_back({part.table, part.name, key_});
+    }
     report_at(place_of(part), kind, name, text_of(part), std::move(message), std::move(expected));
 }
 

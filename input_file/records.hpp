@@ -24,7 +24,7 @@ constexpr Record factors(std::string_view table, std::string_view scale, std::st
 }
 constexpr Record banner(std::string_view text)
 {
-    return {text, {label(2, text)}};
+    return {"banner", {label(2, text)}};
 }
 constexpr Record time_pair(std::string_view table)
 {

@@ -58,7 +58,7 @@ void add_problems(FindingList& list, const InputFile& written, const Model& mode
         list.add(std::move(finding));
     }
     for (const InputProblem& problem : written.problems) {
-        if (problem.kind != ProblemKind::no_value) {
+        if (!is_about_a_gap(problem.kind)) {
             list.add(finding_of(problem));
         }
     }

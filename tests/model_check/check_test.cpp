@@ -1,0 +1,242 @@
+#include "model_check/check_file.hpp"
+#include "model_check/export_losses.hpp"
+#include "model_check/report.hpp"
+#include "model_store/model_store.hpp"
+#include "tests/input_file/exported.hpp"
+#include "tests/support/river.hpp"
+
+#include <fstream>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace velm {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A file that goes with the object.
+class TestFile {
+public:
+    explicit TestFile(const std::string& name)
+        : path(fs::path(testing::TempDir()) / ("velm-" + std::to_string(getpid()) + name))
+    {
+        fs::remove(path);
+    }
+    ~TestFile() { fs::remove(path); }
+    TestFile(const TestFile&) = delete;
+    TestFile& operator=(const TestFile&) = delete;
+    TestFile(TestFile&&) = delete;
+    TestFile& operator=(TestFile&&) = delete;
+
+    const TestFile& write(const std::string& bytes) const
+    {
+        std::ofstream(path, std::ios::binary) << bytes;
+        return *this;
+    }
+    fs::path path;
+};
+
+/// The report without what is the same in each: "F" stands for the file, and remedies are left out.
+std::string short_report(FileFindings findings)
+{
+    findings.file = "F";
+    std::string report = text_report({&findings, 1});
+    for (const FindingRule& rule : finding_rules()) {
+        const std::string remedy = "; " + std::string(rule.remedy) + "\n";
+        for (std::size_t at = report.find(remedy); at != std::string::npos; at = report.find(remedy)) {
+            report.erase(at, remedy.size() - 1);
+        }
+    }
+    return report;
+}
+
+FileFindings check_bytes(const std::string& bytes)
+{
+    const TestFile file(".inp");
+    return check_input_file(file.write(bytes).path);
+}
+
+FileFindings check_as_database(const Model& model, const CheckOptions& options = {})
+{
+    const TestFile database(".db");
+    const TestFile input(".inp");
+    save_model(model, database.path);
+    return check_database(
+        database.path, [&](const Model& loaded) { return input.write(exported(loaded)).path; }, options);
+}
+
+std::string replaced(std::string text, const std::string& from, const std::string& to)
+{
+    const std::size_t at = text.find(from);
+    EXPECT_NE(at, std::string::npos) << from;
+    return text.replace(at, from.size(), to);
+}
+
+TEST(CheckInputFile, EachThingThatCanBeWrong)
+{
+    struct Case {
+        const char* what;
+        const char* from;
+        const char* to;
+        const char* found;
+    };
+    const Case cases[] = {
+        {"nothing", "", "", ""},
+        {"asterisks; a time that reads as 0 for them does not go back", "    2.0000         2.5000\r\n",
+         "**********         2.5000\r\n",
+         "F:115:1: error V101 field overflow: loads, time: '**********' holds no value: it was too wide for its field, "
+         "expected a number\n"},
+        {"a word in place of a time, which does not go back either", "    2.0000         2.5000\r\n",
+         "       two         2.5000\r\n",
+         "F:115:1: error V102 not a number: loads, time: '       two' is not a number, expected a number\n"},
+        {"asterisks in place of a number that tells rows apart", "ISC #:    11", "ISC #: *****",
+         "F:154:8: error V101 field overflow: constants, isc: '*****' hides a number that tells what the record is, "
+         "expected a number\n"},
+        {"no number", "  2  50.0000  100.000", "  2  50.0000  NaN",
+         "F:67:18: error V103 not a finite number: dispersive exchanges, length: 'NaN' is no number that a model can "
+         "hold, expected a finite number\n"},
+        {"a large number", "  2  50.0000  100.000", "  2  50.0000  1E+39",
+         "F:67:18: error V104 beyond single precision: dispersive exchanges, length: '1E+39' is beyond single "
+         "precision, expected 0, or a number from 1.4e-45 to 3.4028235e38\n"},
+        {"fields that touch, and a negative volume", "    0     1000.00000", "    0-12345680.00000",
+         "F:28:21: note V105 touching fields: segments, segment 1, volume: follows its neighbour without a blank\n"
+         "F:28:21: warning V206 negative value: segments, segment 1, volume: -12345680 is negative\n"},
+        {"a line feed alone", "Number of Segments\r\n", "Number of Segments\n",
+         "F:19:39: warning V106 line end: segments: the line ends in a line feed alone, expected "
+         "carriage return and line feed\n"},
+        {"another label", "Number of Segments", "Number of segments",
+         "F:19:31: note V107 other label: segments, Number of Segments: 'Number of segments' stands between the "
+         "fields, expected 'Number of Segments'\n"},
+        {"another form", "  1.00000  2.00000\r\n", "  1.0  2.00000\r\n",
+         "F:51:3: note V108 other form: flow time series, time: '1.0' is a number written in another way, expected "
+         "'1.00000'\n"},
+        {"a count too low, after which no time is said to be wrong", "    4               Number of Time",
+         "    3               Number of Time",
+         "F:53:1: error V109 record out of place: flow time series, inflow: '  5.00000  3.00000' is another record, of "
+         "18 characters, expected the record 'inflow' of 30 characters\n"},
+        {"a count that contradicts", "    2               Number of inflows", "    1               Number of inflows",
+         "F:46:1: error V112 contradiction: flow time series, Number of inflows: '    1' is not the number that an "
+         "earlier section has, expected 2\n"
+         "F:54:1: error V109 record out of place: dispersive exchanges, banner: 'Mill                          ' is "
+         "another record, of 30 characters, expected the record 'banner' of 88 characters\n"},
+        {"a negative count", "    2               Number of boundaries", "   -2               Number of boundaries",
+         "F:76:1: warning V113 negative count: boundaries, Number of boundaries: '   -2' is a count below 0, expected "
+         "0 or more\n"
+         "F:77:1: error V109 record out of place: boundaries, system name: '      1.000000      1.000000  Boundary "
+         "Scale & Conversion Factors' is another record, of 65 characters, expected the record 'system name' of 31 "
+         "characters\n"},
+        {"a missing segment, reported once", "    2               Boundary Segment",
+         "    4               Boundary Segment",
+         "F:84:1: error V201 missing segment: boundaries, segment: '    4' is not a segment of the model, expected a "
+         "number from 1 to 3\n"},
+        {"times that repeat", "  1.00000  2.00000\r\n  2.00000", "  1.00000  2.00000\r\n  1.00000",
+         "F:52:3: warning V204 time repeats: flow time series, flow field 1, flow function 1, pair 3, time: time 1 "
+         "follows 1\n"},
+    };
+    const std::string bytes = exported(river());
+    for (const Case& one : cases) {
+        EXPECT_EQ(short_report(check_bytes(replaced(bytes, one.from, one.to))), one.found) << one.what;
+    }
+    EXPECT_EQ(short_report(check_bytes(bytes + "more")),
+              "F:" + std::to_string(std::count(bytes.begin(), bytes.end(), '\n') + 1) +
+                  ":1: error V111 trailing bytes: initial conditions: the file goes on after its last record, "
+                  "expected its end\n");
+    EXPECT_EQ(short_report(check_bytes("")),
+              "F:1:1: error V110 file ends early: system information, Module Type, Version: the file ends here, "
+              "expected the record 'Module Type, Version' of 42 characters\n");
+}
+
+TEST(CheckDatabase, WhatItsExportLoses)
+{
+    struct Case {
+        const char* what;
+        std::function<void(Model&)> change;
+        const char* found;
+    };
+    const Case cases[] = {
+        {"nothing", [](Model&) {}, ""},
+        {"too wide, in a type that the file numbers otherwise",
+         [](Model& m) { m.time_function_types[2].instances[0].series.values[1] = 123456; },
+         "F: error V101 field overflow: table time_function_value, time function type 3, time function 1, pair 2, "
+         "column value: "
+         "123456 is too wide for its field\n"},
+        {"losses of all weights, the worst of each first",
+         [](Model& m) {
+             m.segments[0].slope = 4e-6F;
+             m.segments[1].slope = 0.1234567F;
+             m.segments[2].slope = 0.0124444F;
+             m.segments[2].roughness = 0.000014F;
+             m.segments[1].roughness = 0.00006F;
+         },
+         "F: warning V303 value vanishes: table segment, segment 1, column slope: 4e-06 is written 0.00000, off by 100 "
+         "%\n"
+         "F: warning V302 value changed: table segment, segment 3, column roughness: 1.4e-05 is written 0.00001, off "
+         "by 28.6 %\n"
+         "F: note V301 digits lost: table segment, segment 3, column slope: 0.0124444 is written 0.01244, off by "
+         "0.0354 %\n"
+         "F: note V301 digits lost: table segment, segment 2, column slope: 0.1234567 is written 0.12346, off by "
+         "0.00267 %\n"},
+        {"times that the file makes one",
+         [](Model& m) {
+             m.systems[0].boundaries.items[0].series = {{10000.0625F, 10000.125F}, {1, 1}};
+         },
+         "F: warning V204 time repeats: table boundary_value, system 1, boundary 1, pair 2, column time: in the file, "
+         "time 10000.1 follows 10000.1\n"
+         "F: note V301 digits lost: table boundary_value, system 1, boundary 1, pair 1, column time: 10000.0625 is "
+         "written 10000.1, off by 0.000375 %\n"
+         "F: note V301 digits lost: table boundary_value, system 1, boundary 1, pair 2, column time: 10000.125 is "
+         "written 10000.1, off by 0.00025 %\n"},
+        {"a text without its end",
+         [](Model& m) { m.constant_types[1].instances[0].description = std::string(45, 'x'); },
+         "F: note V304 text cut: table constant, constant type 2, constant 1, column description: of 45 characters the "
+         "file has 'xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx'\n"},
+    };
+    for (const Case& one : cases) {
+        Model model = river();
+        one.change(model);
+        EXPECT_EQ(short_report(check_as_database(model)), one.found) << one.what;
+    }
+}
+
+TEST(CheckDatabase, RowsThatAreNoModel)
+{
+    const TestFile database(".db");
+    create_database(std::string(model_schema()) + "INSERT INTO segment (number, volume) VALUES (2, 9e99);",
+                    database.path);
+    const auto none = [](const Model&) -> fs::path { throw std::logic_error("nothing to export"); };
+    EXPECT_EQ(short_report(check_database(database.path, none)),
+              "F: error V401 database row: table model: there is no row, run INSERT INTO model DEFAULT VALUES and set "
+              "what the run needs\n"
+              "F: error V401 database row: table segment, segment 2, column number: '2' is there, but 1 is missing, "
+              "number the rows from 1 without gaps\n"
+              "F: error V401 database row: table segment, segment 2, column volume: '9e+99' is too large for single "
+              "precision, store a number within 3.4028234e38 of 0\n");
+    EXPECT_THROW((void)check_database("nowhere.db", none), StoreError);
+}
+
+TEST(Losses, TheEndOfAnExportCountsWhatACheckLists)
+{
+    std::mt19937 random(20);
+    for (int round = 0; round < 50; ++round) {
+        const Model model = random_model(random);
+        const std::string bytes = exported(model);
+        const TestFile input(".inp");
+        input.write(bytes);
+        std::uint64_t lines = 0;
+        for (std::size_t at = 0, end = 0; (end = bytes.find('\n', at)) != std::string::npos; at = end + 1) {
+            lines += bytes.substr(at, end - at).find('*') != std::string::npos ? 1 : 0;
+        }
+        const FileFindings found = check_as_database(model);
+        const auto of = [&](FindingKind kind) { return found.found.at(static_cast<std::size_t>(kind)); };
+        EXPECT_EQ(count_overflows(model, input.path, lines), of(FindingKind::field_overflow)) << round;
+        const LossSample sample = sample_losses(model, input.path);
+        EXPECT_TRUE(sample.whole);
+        EXPECT_EQ(sample.lossy,
+                  of(FindingKind::digits_lost) + of(FindingKind::value_changed) + of(FindingKind::value_vanishes))
+            << round;
+    }
+}
+
+} // namespace
+} // namespace velm

@@ -1,0 +1,97 @@
+#include "model_check/datum_value.hpp"
+
+#include "model/item_columns.hpp"
+#include "model_check/finding_parts.hpp"
+#include "model_store/table_shape.hpp"
+#include "tests/input_file/exported.hpp"
+
+#include <charconv>
+#include <set>
+
+#include <gtest/gtest.h>
+
+namespace velm {
+namespace {
+
+std::string as_read(const DatumValue& value)
+{
+    if (value.integer != nullptr) {
+        return std::to_string(*value.integer);
+    }
+    return value.real != nullptr ? std::to_string(*value.real) : value.text != nullptr ? *value.text : "nothing";
+}
+
+template <class Number>
+std::string as_number(const std::string& text)
+{
+    Number number{};
+    std::from_chars(text.data(), text.data() + text.size(), number);
+    return std::to_string(number);
+}
+
+/// What the field's text says when it is of the value's kind.
+std::string as_shown(const FieldText& field, const DatumValue& value)
+{
+    const std::string text = field_as_text(field.text.substr(0, field.text.find('\0')));
+    return value.real != nullptr      ? as_number<float>(text)
+           : value.integer != nullptr ? as_number<std::int32_t>(text)
+                                      : text;
+}
+
+TEST(DatumValue, IsWhatTheFieldShows)
+{
+    const std::string bytes = bytes_of(std::filesystem::path(VELM_GOLDEN_FILES) / "everything.inp");
+    const Model model = read_text(bytes).model;
+    std::set<std::string_view> tables;
+    ReadOptions options;
+    options.on_field = [&](const FieldText& field) {
+        const DatumValue value = value_of(model, field.datum);
+        EXPECT_EQ(as_read(value), as_shown(field, value)) << field.datum.table << ' ' << field_in_words(field.datum);
+        tables.insert(field.datum.table);
+    };
+    (void)read_text(bytes, options);
+    EXPECT_EQ(tables.size(), model_tables().size()) << "a table whose values no file shows, or that nobody looked at";
+}
+
+TEST(DatumValue, IsNoneWhereTheModelHasNone)
+{
+    const Model model;
+    for (const TableShape& table : model_tables()) {
+        const std::string_view column = table.columns.back();
+        if (table.name != "model") {
+            EXPECT_EQ(as_read(value_of(model, {table.name, column, {1, 1, 1}})), "nothing") << table.name;
+        }
+    }
+}
+
+template <class Item>
+void expect_columns_of(std::string_view table)
+{
+    std::set<std::string> visited;
+    visit_columns([&](std::string_view column, const auto&) { visited.emplace(column); }, Item{});
+    const TableShape& shape = model_table(table);
+    const auto first = shape.columns.begin() + static_cast<std::ptrdiff_t>(shape.keys);
+    EXPECT_EQ(visited, std::set<std::string>(first, shape.columns.end())) << table;
+}
+
+TEST(ItemColumns, AreThoseOfTheSchema)
+{
+    expect_columns_of<Model>("model");
+    expect_columns_of<System>("system");
+    expect_columns_of<Segment>("segment");
+    expect_columns_of<InitialCondition>("initial_condition");
+    expect_columns_of<SegmentSeries>("boundary");
+    expect_columns_of<SegmentSeries>("load");
+    expect_columns_of<FlowField>("flow_field");
+    expect_columns_of<FlowFunction>("flow_function");
+    expect_columns_of<FlowPath>("flow_path");
+    expect_columns_of<ExchangeField>("exchange_field");
+    expect_columns_of<ExchangeFunction>("exchange_function");
+    expect_columns_of<ExchangePair>("exchange_pair");
+    expect_columns_of<TimeFunction>("time_function");
+    expect_columns_of<Parameter>("parameter");
+    expect_columns_of<Constant>("constant");
+}
+
+} // namespace
+} // namespace velm
