@@ -12,8 +12,9 @@
 namespace velm {
 
 /// What a session line can hold; writers keep to it and readers refuse more.
-inline constexpr std::size_t longest_recorded_text = 65'536;         ///< bytes of a text that the plug-in sends
-inline constexpr std::size_t longest_session_line = 8 * 1024 * 1024; ///< both series full take 5.2 million bytes
+inline constexpr std::size_t longest_recorded_text = 65'536; ///< bytes of a text that the plug-in sends
+inline constexpr std::size_t longest_session_line =
+    std::size_t{8} * 1024 * 1024; ///< both series full take 5.2 million bytes
 inline constexpr std::int32_t session_version = 1;
 
 /// A value as a session holds it; which member counts is told by the key's argument.

@@ -29,7 +29,7 @@ public:
     void close();
 
 private:
-    static constexpr std::size_t block_size = 1024 * 1024; ///< a multiple of every system's mapping unit
+    static constexpr std::size_t block_size = std::size_t{1024} * 1024; ///< a multiple of every system's mapping unit
 
     void map_next_block();
     void unmap_block() noexcept;

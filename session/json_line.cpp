@@ -26,15 +26,18 @@ struct JsonLine::Splitter : rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Json
     bool Int(int value) { return add(Piece::integer, value); }
     bool Uint(unsigned value) { return add(Piece::integer, value); }
     bool Int64(std::int64_t value) { return add(Piece::integer, value); }
-    bool String(const char* characters, rapidjson::SizeType size, bool)
+    bool String(const char* characters, rapidjson::SizeType size, bool /*copy*/)
     {
         return add(Piece::text, 0, {characters, size});
     }
-    bool Key(const char* characters, rapidjson::SizeType size, bool) { return add(Piece::name, 0, {characters, size}); }
+    bool Key(const char* characters, rapidjson::SizeType size, bool /*copy*/)
+    {
+        return add(Piece::name, 0, {characters, size});
+    }
     bool StartObject() { return add_behind(Piece::open_object, 1); }
-    bool EndObject(rapidjson::SizeType) { return add_behind(Piece::close_object, -1); }
+    bool EndObject(rapidjson::SizeType /*members*/) { return add_behind(Piece::close_object, -1); }
     bool StartArray() { return add_behind(Piece::open_list, 1); }
-    bool EndArray(rapidjson::SizeType) { return add_behind(Piece::close_list, -1); }
+    bool EndArray(rapidjson::SizeType /*elements*/) { return add_behind(Piece::close_list, -1); }
 
     bool add(Piece piece, std::int64_t number, std::string_view text = {})
     {

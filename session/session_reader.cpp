@@ -10,7 +10,7 @@
 namespace velm {
 namespace {
 
-constexpr std::size_t buffer_size = 256 * 1024;
+constexpr std::size_t buffer_size = std::size_t{256} * 1024;
 
 } // namespace
 

@@ -3,6 +3,7 @@
 #include "headless_host/request.hpp"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <exception>
 #include <string_view>
@@ -17,6 +18,11 @@ Number number_at(const void* address)
     Number value{};
     std::memcpy(&value, address, sizeof value);
     return value;
+}
+
+bool same_bits(float one, float other)
+{
+    return std::bit_cast<std::uint32_t>(one) == std::bit_cast<std::uint32_t>(other);
 }
 
 std::string_view text_at(const void* address, std::size_t size)
@@ -271,7 +277,7 @@ void SessionRecorder::put_series(const velm_host_request& request, std::size_t v
         entries = std::min(entries, static_cast<std::size_t>(std::max(series_count_.count, 0)));
     } else { // up to the last entry that changed
         const std::vector<float>& before = before_[value].series;
-        while (entries > 0 && std::memcmp(&series[entries - 1], &before[entries - 1], sizeof(float)) == 0) {
+        while (entries > 0 && same_bits(series[entries - 1], before[entries - 1])) {
             --entries;
         }
     }

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -65,6 +66,22 @@ TEST(SessionReader, GivesEachValueAsItWasRecorded)
 
     EXPECT_EQ(session.next(), nullptr);
     EXPECT_TRUE(session.is_closed());
+}
+
+/// What the document shows is what is read.
+TEST(SessionReader, ReadsTheExampleOfTheDocument)
+{
+    std::ifstream document(VELM_SESSION_FORMAT);
+    std::string example;
+    bool inside = false;
+    for (std::string line; std::getline(document, line);) {
+        if (line.starts_with("```")) {
+            inside = line == "```json";
+        } else if (inside) {
+            example += line + '\n';
+        }
+    }
+    EXPECT_EQ(reading(SessionFile(example)), "6 exchanges, closed");
 }
 
 /// A sound line in which one piece is replaced, where that is noticed, and what is said about it.
