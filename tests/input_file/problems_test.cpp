@@ -88,6 +88,22 @@ TEST(Problems, name_the_place_the_field_its_text_and_what_belongs_there)
          "'Restart "
          "Option'\n"},
         // counts
+        {"    3               Number of Systems\n Diss", "    2               Number of Systems\n Diss",
+         "file:113:1: boundaries, Number of Systems: '    2' is not the number that an earlier section has; expected "
+         "3\n"
+         "file:126:1: loads, banner: ' Ammonia\\x00                      ' is another record, of 31 characters; "
+         "expected the record 'banner' of 78 characters\n"},
+        {"    3\n     Initial conditions", "    4\n     Initial conditions",
+         "file:181:1: initial conditions, number of segments: '    4' is not the number that an earlier section has; "
+         "expected 3\n"
+         "file:190:1: initial conditions, initial condition: '     Initial conditions for system  2 Silt\\x00          "
+         "' is another record, of 53 characters; expected the record 'initial condition' of 3 numbers\n"},
+        {"    7               Number of Flow Fields", "    8               Number of Flow Fields",
+         "file:61:1: flow time series, Number of Flow Fields: '    8' is not the number that an earlier section has; "
+         "expected 7\n"
+         "file:87:1: flow time series, name of the flow field: ' ======================== Segment Dispersion/Exhange "
+         "===========================...' is another record, of 88 characters; expected ' Flow Field 8\\x00            "
+         "               '\n"},
         {"    2               Number of Constants", "    1               Number of Constants",
          "file:176:1: constants, Number of Constants: '1' is too low: there are more records of their kind; expected "
          "the "
