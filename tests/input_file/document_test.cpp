@@ -231,7 +231,7 @@ TEST(FileFormatDocument, has_the_lengths_that_are_read)
             ++tables;
             std::string expected;
             for (const Record* const record : text->second) {
-                expected += "A" + std::to_string(width_of_text(*record));
+                expected.append(1, 'A').append(std::to_string(width_of_text(*record)));
             }
             EXPECT_EQ(layout_in(row.cells[2]), expected) << row.cells[0];
         }
