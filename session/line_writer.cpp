@@ -1,6 +1,7 @@
 #include "session/line_writer.hpp"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <charconv>
 #include <cstring>
@@ -10,6 +11,18 @@ namespace velm {
 namespace {
 
 constexpr std::string_view hexadecimal = "0123456789abcdef";
+
+/// "000102...ff"
+constexpr auto hexadecimal_bytes = [] {
+    std::array<char, std::size_t{2} * 256> digits{};
+    for (std::size_t i = 0; i < 256; ++i) {
+        digits[2 * i] = hexadecimal[i >> 4U];
+        digits[2 * i + 1] = hexadecimal[i & 15U];
+    }
+    return digits;
+}();
+
+constexpr std::size_t most_for_a_real = 32; // "-1.1754944e-38 80800000" and its quotes take 25
 
 bool is_printable(unsigned char code)
 {
@@ -32,27 +45,37 @@ void LineWriter::put_integer(std::int64_t value)
     constexpr std::size_t most_characters = 20;
     make_room(most_characters);
     char* const begin = characters_.get() + size_;
-    size_ += static_cast<std::size_t>(std::to_chars(begin, begin + most_characters, value).ptr - begin);
+    char* const limit = begin + most_characters;
+    const auto small = static_cast<std::uint32_t>(value); // its digits take half the time
+    const char* const end =
+        value == std::int64_t{small} ? std::to_chars(begin, limit, small).ptr : std::to_chars(begin, limit, value).ptr;
+    size_ += static_cast<std::size_t>(end - begin);
 }
 
 void LineWriter::put_real(float value)
 {
-    constexpr std::size_t most_characters = 32; // "-1.1754944e-38 80800000" and its quotes take 25
-    make_room(most_characters);
+    make_room(most_for_a_real);
+    put_real_without_check(value);
+}
+
+void LineWriter::put_real_without_check(float value)
+{
     char* const begin = characters_.get() + size_;
+    char* const limit = begin + most_for_a_real;
     char* end = begin;
     *end++ = '"';
     const auto bits = std::bit_cast<std::uint32_t>(value);
     constexpr float first_beyond = 1 << 24; // below, whole numbers are their own shortest decimals
     if (value > -first_beyond && value < first_beyond && value == static_cast<float>(static_cast<int>(value)) &&
         bits != std::bit_cast<std::uint32_t>(-0.0F)) {
-        end = std::to_chars(end, begin + most_characters, static_cast<int>(value)).ptr;
+        end = std::to_chars(end, limit, static_cast<int>(value)).ptr;
     } else {
-        end = std::to_chars(end, begin + most_characters, value).ptr;
+        end = std::to_chars(end, limit, value).ptr;
     }
     *end++ = ' ';
-    for (unsigned shift = 32; shift != 0; shift -= 4) {
-        *end++ = hexadecimal[bits >> (shift - 4) & 15U];
+    for (unsigned shift = 32; shift != 0;) {
+        shift -= 8;
+        end = std::copy_n(&hexadecimal_bytes[2 * (bits >> shift & 0xFFU)], 2, end);
     }
     *end++ = '"';
     size_ += static_cast<std::size_t>(end - begin);
@@ -90,37 +113,38 @@ void LineWriter::put_text(std::string_view bytes)
     put_without_check("\"");
 }
 
-void LineWriter::put_series(std::span<const float> reals)
+void LineWriter::put_reals(std::span<const float> reals)
 {
-    put("[");
-    const char* separator = "";
+    make_room(reals.size() * (1 + most_for_a_real));
     for (const float real : reals) {
-        put(std::exchange(separator, ","));
-        put_real(real);
+        put_real_without_check(real);
+        characters_[size_++] = ',';
     }
-    put("]");
+    size_ -= reals.empty() ? 0 : 1;
 }
 
 void LineWriter::put_equal_ranges(std::string_view before, std::string_view after)
 {
-    put("[");
-    const char* separator = "";
+    char separator = '[';
     for (std::size_t first = 0; first < after.size(); ++first) {
         std::size_t end = first;
         while (end < after.size() && before[end] == after[end]) {
             ++end;
         }
         if (end != first) {
-            put(std::exchange(separator, ","));
-            put("[");
+            put(std::exchange(separator, ','));
+            put('[');
             put_integer(static_cast<std::int64_t>(first + 1));
-            put(",");
+            put(',');
             put_integer(static_cast<std::int64_t>(end));
-            put("]");
+            put(']');
             first = end;
         }
     }
-    put("]");
+    if (separator == '[') {
+        put('[');
+    }
+    put(']');
 }
 
 } // namespace velm

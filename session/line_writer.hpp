@@ -15,6 +15,11 @@ public:
     void clear() { size_ = 0; }
     [[nodiscard]] std::string_view line() const { return {characters_.get(), size_}; }
 
+    void put(char json)
+    {
+        make_room(1);
+        characters_[size_++] = json;
+    }
     void put(std::string_view json)
     {
         make_room(json.size());
@@ -25,7 +30,8 @@ public:
     void put_real(float value);
     /// Every byte as the character of its number: printable ones as they are, others as \u00NN.
     void put_text(std::string_view bytes);
-    void put_series(std::span<const float> reals);
+    /// With commas between them.
+    void put_reals(std::span<const float> reals);
     /// The ranges, counted from 1, in which both texts, of the same size, are the same: [[1,4],[8,30]].
     void put_equal_ranges(std::string_view before, std::string_view after);
 
@@ -43,6 +49,7 @@ private:
         size_ += json.size();
     }
     void put_byte(unsigned char code);
+    void put_real_without_check(float value);
 
     std::unique_ptr<char[]> characters_;
     std::size_t size_ = 0;

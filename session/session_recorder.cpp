@@ -3,7 +3,6 @@
 #include "headless_host/request.hpp"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 #include <exception>
 #include <string_view>
@@ -20,9 +19,9 @@ Number number_at(const void* address)
     return value;
 }
 
-bool same_bits(float one, float other)
+bool same_bits(const float& one, const float& other)
 {
-    return std::bit_cast<std::uint32_t>(one) == std::bit_cast<std::uint32_t>(other);
+    return std::memcmp(static_cast<const void*>(&one), static_cast<const void*>(&other), sizeof one) == 0;
 }
 
 std::string_view text_at(const void* address, std::size_t size)
@@ -110,7 +109,6 @@ void SessionRecorder::before_answer(const velm_host_request& request) noexcept
         return;
     }
     try {
-        find_values(request);
         keep_values(request);
     } catch (const std::exception& error) {
         stop(error.what());
@@ -126,10 +124,10 @@ void SessionRecorder::after_answer(const velm_host_request& request) noexcept
         ++exchanges_;
         line_.clear();
         put_opening(request);
-        put_in_values_before();
-        put_out_values(request);
+        put_list(",\"in\":", Direction::in, [this](std::size_t i) { put_in_value_before(i); });
+        put_list(",\"out\":", Direction::out, [&](std::size_t i) { put_out_value(request, i); });
         if (in_values_have_changed()) {
-            put_in_values_after();
+            put_list(",\"in_after\":", Direction::in, [this](std::size_t i) { put_in_value_after(i); });
         }
         line_.put("}\n");
         file_->append(line_.line());
@@ -139,7 +137,7 @@ void SessionRecorder::after_answer(const velm_host_request& request) noexcept
     }
 }
 
-void SessionRecorder::find_values(const velm_host_request& request)
+void SessionRecorder::keep_values(const velm_host_request& request)
 {
     value_count_ = 0;
     if (request.key_position == velm_unknown_key) {
@@ -154,24 +152,16 @@ void SessionRecorder::find_values(const velm_host_request& request)
         const Argument& argument = key.arguments[value_count_];
         Value& value = values_[value_count_];
         value = {argument.kind, argument.direction, request.values[value_count_], 0};
+        RecordedValue& before = before_[value_count_];
         if (argument.kind == Kind::text) {
             const std::int32_t passed = std::max(request.text_lengths[text++], 0);
             value.text_size = std::min(static_cast<std::size_t>(passed), longest_recorded_text);
-        }
-    }
-}
-
-void SessionRecorder::keep_values(const velm_host_request& request)
-{
-    for (std::size_t i = 0; i < value_count_; ++i) {
-        const Value& value = values_[i];
-        if (value.kind == Kind::text) {
-            before_[i].text.assign(text_at(value.address, value.text_size));
-        } else if (value.direction == Direction::in) {
-            before_[i].integer = number_at<std::int32_t>(value.address);
-        } else if (value.kind == Kind::series && !knows_length_of_series(request)) {
+            before.text.assign(text_at(value.address, value.text_size));
+        } else if (argument.direction == Direction::in) {
+            before.integer = number_at<std::int32_t>(value.address);
+        } else if (argument.kind == Kind::series && !knows_length_of_series(request)) {
             const auto* const series = static_cast<const float*>(value.address);
-            before_[i].series.assign(series, series + Request::series_entries);
+            before.series.assign(series, series + Request::series_entries);
         }
     }
 }
@@ -190,47 +180,57 @@ void SessionRecorder::put_opening(const velm_host_request& request)
     }
 }
 
-void SessionRecorder::put_in_values_before()
+template <class PutValue>
+void SessionRecorder::put_list(std::string_view member, Direction direction, PutValue put_value)
 {
-    line_.put(",\"in\":[");
-    const char* separator = "";
+    line_.put(member);
+    char separator = '[';
     for (std::size_t i = 0; i < value_count_; ++i) {
-        if (values_[i].direction == Direction::in) {
-            line_.put(std::exchange(separator, ","));
-            if (values_[i].kind == Kind::integer) {
-                line_.put_integer(before_[i].integer);
-            } else {
-                line_.put_text(before_[i].text);
-            }
+        if (values_[i].direction == direction) {
+            line_.put(std::exchange(separator, ','));
+            put_value(i);
         }
     }
-    line_.put("]");
+    if (separator == '[') {
+        line_.put('[');
+    }
+    line_.put(']');
 }
 
-void SessionRecorder::put_out_values(const velm_host_request& request)
+void SessionRecorder::put_in_value_before(std::size_t value)
 {
-    line_.put(",\"out\":[");
-    const char* separator = "";
-    for (std::size_t i = 0; i < value_count_; ++i) {
-        const Value& value = values_[i];
-        if (value.direction == Direction::in) {
-            continue;
-        }
-        line_.put(std::exchange(separator, ","));
-        switch (value.kind) {
-        case Kind::integer: line_.put_integer(number_at<std::int32_t>(value.address)); break;
-        case Kind::real: line_.put_real(number_at<float>(value.address)); break;
-        case Kind::text:
-            line_.put("{\"text\":");
-            line_.put_text(text_at(value.address, value.text_size));
-            line_.put(",\"unchanged\":");
-            line_.put_equal_ranges(before_[i].text, text_at(value.address, value.text_size));
-            line_.put("}");
-            break;
-        case Kind::series: put_series(request, i); break;
-        }
+    if (values_[value].kind == Kind::integer) {
+        line_.put_integer(before_[value].integer);
+    } else {
+        line_.put_text(before_[value].text);
     }
-    line_.put("]");
+}
+
+void SessionRecorder::put_in_value_after(std::size_t value)
+{
+    const Value& after = values_[value];
+    if (after.kind == Kind::integer) {
+        line_.put_integer(number_at<std::int32_t>(after.address));
+    } else {
+        line_.put_text(text_at(after.address, after.text_size));
+    }
+}
+
+void SessionRecorder::put_out_value(const velm_host_request& request, std::size_t value)
+{
+    const Value& after = values_[value];
+    switch (after.kind) {
+    case Kind::integer: line_.put_integer(number_at<std::int32_t>(after.address)); break;
+    case Kind::real: line_.put_real(number_at<float>(after.address)); break;
+    case Kind::text:
+        line_.put("{\"text\":");
+        line_.put_text(text_at(after.address, after.text_size));
+        line_.put(",\"unchanged\":");
+        line_.put_equal_ranges(before_[value].text, text_at(after.address, after.text_size));
+        line_.put('}');
+        break;
+    case Kind::series: put_series(request, value); break;
+    }
 }
 
 bool SessionRecorder::in_values_have_changed() const
@@ -244,23 +244,6 @@ bool SessionRecorder::in_values_have_changed() const
         }
     }
     return false;
-}
-
-void SessionRecorder::put_in_values_after()
-{
-    line_.put(",\"in_after\":[");
-    const char* separator = "";
-    for (const Value& value : values()) {
-        if (value.direction == Direction::in) {
-            line_.put(std::exchange(separator, ","));
-            if (value.kind == Kind::integer) {
-                line_.put_integer(number_at<std::int32_t>(value.address));
-            } else {
-                line_.put_text(text_at(value.address, value.text_size));
-            }
-        }
-    }
-    line_.put("]");
 }
 
 bool SessionRecorder::knows_length_of_series(const velm_host_request& request) const
@@ -281,7 +264,23 @@ void SessionRecorder::put_series(const velm_host_request& request, std::size_t v
             --entries;
         }
     }
-    line_.put_series(std::span(series, entries));
+    put_reals({series, entries});
+}
+
+/// In pieces that stay in the processor's cache: a full series makes a line of millions of bytes.
+void SessionRecorder::put_reals(std::span<const float> reals)
+{
+    constexpr std::size_t most_at_once = 1'000;
+    line_.put('[');
+    while (reals.size() > most_at_once) {
+        line_.put_reals(reals.first(most_at_once));
+        line_.put(',');
+        file_->append(line_.line());
+        line_.clear();
+        reals = reals.subspan(most_at_once);
+    }
+    line_.put_reals(reals);
+    line_.put(']');
 }
 
 void SessionRecorder::remember_count(const velm_host_request& request)

@@ -11,6 +11,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace velm {
 
@@ -63,14 +64,16 @@ private:
     void after_answer(const velm_host_request& request) noexcept;
     void stop(const char* reason) noexcept;
 
-    void find_values(const velm_host_request& request);
     void keep_values(const velm_host_request& request);
     void put_opening(const velm_host_request& request);
-    void put_in_values_before();
-    void put_out_values(const velm_host_request& request);
+    template <class PutValue>
+    void put_list(std::string_view member, Direction direction, PutValue put_value);
+    void put_in_value_before(std::size_t value);
+    void put_in_value_after(std::size_t value);
+    void put_out_value(const velm_host_request& request, std::size_t value);
     [[nodiscard]] bool in_values_have_changed() const;
-    void put_in_values_after();
     void put_series(const velm_host_request& request, std::size_t value);
+    void put_reals(std::span<const float> reals);
     [[nodiscard]] bool knows_length_of_series(const velm_host_request& request) const;
     void remember_count(const velm_host_request& request);
     [[nodiscard]] std::span<const Value> values() const { return {values_.data(), value_count_}; }
