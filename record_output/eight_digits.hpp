@@ -13,15 +13,16 @@ inline constexpr std::uint64_t blank_to_zero = eight_zeros - eight_blanks;
 
 /// The eight decimal digits of a number below 10^8, each as a byte from 0 to 9, the first in the lowest byte.
 /// Halves the number three times, all parts at once: 12345678 -> 1234|5678 -> 12|34|56|78 -> 1|2|...|8. The
-/// divisions by 100 and 10 are multiplications by 10486/2^20 and 103/2^10, exact below 10,000 and below 100.
+/// divisions by 100 and 10 are multiplications by 10486/2^20 and 103/2^10, exact below 10,000 and below 100. A part p
+/// of w bits becomes its quotient and, above that, its remainder: (p << w) - quotient * ((divisor << w) - 1).
 constexpr std::uint64_t eight_digits(std::uint32_t number) noexcept
 {
-    const std::uint32_t upper = number / 10'000;
-    const std::uint64_t fours = upper | std::uint64_t{number - upper * 10'000} << 32;
+    const std::uint64_t upper = number / 10'000;
+    const std::uint64_t fours = (std::uint64_t{number} << 32) - upper * ((std::uint64_t{10'000} << 32) - 1);
     const std::uint64_t hundreds = ((fours * 10486) >> 20) & 0x0000'007f'0000'007fU;
-    const std::uint64_t twos = hundreds | (fours - hundreds * 100) << 16;
+    const std::uint64_t twos = (fours << 16) - hundreds * ((100U << 16) - 1);
     const std::uint64_t tens = ((twos * 103) >> 10) & 0x000f'000f'000f'000fU;
-    return tens | (twos - tens * 10) << 8;
+    return (twos << 8) - tens * ((10U << 8) - 1);
 }
 
 static_assert(eight_digits(12345678) == 0x0807'0605'0403'0201U);

@@ -62,4 +62,18 @@ void render_real_field_in_full(char* field, std::size_t width, std::size_t decim
     }
 }
 
+char* detail::render_rare_free_real(char* to, float value) noexcept
+{
+    const std::uint32_t magnitude = std::bit_cast<std::uint32_t>(value) & single::magnitude_bits;
+    *to = '-';
+    to += shows_minus(value) ? 1 : 0;
+    if (magnitude >= single::infinity) {
+        return std::copy_n(magnitude == single::infinity ? "INF" : "NaN", 3, to);
+    }
+    if (magnitude == 0) {
+        return std::copy_n("0.000000", 8, to);
+    }
+    return render_with_exponent(to, decimal_digits(magnitude));
+}
+
 } // namespace velm

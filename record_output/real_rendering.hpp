@@ -107,6 +107,30 @@ inline void render_large_real_field(char* field, float value) noexcept
     std::memcpy(field + columns + 1, &after_point, decimals);
 }
 
+/// Seven significant digits and an exponent. Writes free_real_room - 1 characters at most.
+inline char* render_with_exponent(char* to, DecimalDigits decimal) noexcept
+{
+    std::uint32_t seven = decimal.digits + half_of_last_shown[7];
+    int exponent = decimal.exponent - 1;
+    if (seven >= eight_digit_limit) {
+        seven /= 10;
+        ++exponent;
+    }
+    const std::uint64_t digits = eight_digits(seven) | eight_zeros;
+    std::memcpy(to + 1, &digits, 8);
+    to[0] = to[1];
+    to[1] = '.';
+    to[8] = 'E';
+    to[9] = exponent < 0 ? '-' : '+';
+    const int size = exponent < 0 ? -exponent : exponent;
+    to[10] = static_cast<char>('0' + size / 10);
+    to[11] = static_cast<char>('0' + size % 10);
+    return to + 12;
+}
+
+/// A value that render_free_real finds to be zero, subnormal, infinite or not a number.
+char* render_rare_free_real(char* to, float value) noexcept;
+
 } // namespace detail
 
 template <std::size_t width, std::size_t decimals>
@@ -159,16 +183,11 @@ inline char* render_free_real(char* to, float value) noexcept
 {
     const auto bits = std::bit_cast<std::uint32_t>(value);
     const std::uint32_t magnitude = bits & single::magnitude_bits;
-    if (magnitude > single::infinity) [[unlikely]] {
-        std::memcpy(to, "NaN", 3);
-        return to + 3;
+    if (magnitude - single::leading_bit >= single::infinity - single::leading_bit) [[unlikely]] {
+        return detail::render_rare_free_real(to, value); // zero, subnormal, infinite, not a number
     }
     *to = '-';
-    to += shows_minus(value) ? 1 : 0;
-    if (magnitude == single::infinity) [[unlikely]] {
-        std::memcpy(to, "INF", 3);
-        return to + 3;
-    }
+    to += bits >> 31;
 
     // Six significant digits decide the form. A value is written with a point when its exponent after rounding
     // to seven places is 0 to 6; that rounding can change the exponent only from -1 to 0, where seven places are
@@ -179,10 +198,6 @@ inline char* render_free_real(char* to, float value) noexcept
     std::uint32_t six = decimal.digits + detail::half_of_last_shown[6];
     const bool carried = six >= eight_digit_limit;
     const int point = decimal.exponent + (carried ? 1 : 0);
-    if (magnitude == 0) {
-        std::memcpy(to, "0.000000", 8);
-        return to + 8;
-    }
     if (point >= 0 && point <= 6) {
         six = carried ? six / 10 : six;
         const std::uint64_t digits = detail::eight_digits(six) | detail::eight_zeros;
@@ -196,22 +211,7 @@ inline char* render_free_real(char* to, float value) noexcept
         std::memcpy(to, &text, 8);
         return to + 7;
     }
-    std::uint32_t seven = decimal.digits + detail::half_of_last_shown[7];
-    int exponent = decimal.exponent - 1;
-    if (seven >= eight_digit_limit) {
-        seven /= 10;
-        ++exponent;
-    }
-    const std::uint64_t digits = detail::eight_digits(seven) | detail::eight_zeros;
-    std::memcpy(to + 1, &digits, 8);
-    to[0] = to[1];
-    to[1] = '.';
-    to[8] = 'E';
-    to[9] = exponent < 0 ? '-' : '+';
-    const int size = exponent < 0 ? -exponent : exponent;
-    to[10] = static_cast<char>('0' + size / 10);
-    to[11] = static_cast<char>('0' + size % 10);
-    return to + 12;
+    return detail::render_with_exponent(to, decimal);
 }
 
 } // namespace velm

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace velm {
@@ -62,16 +63,34 @@ struct ModelState {
 
 extern ModelState model;
 
+template <class Entry>
+[[gnu::noinline]] void grow_to(std::vector<Entry>& table, std::size_t entries)
+{
+    table.resize(entries);
+}
+
 /// Entry `number` of a table, counted from 1. A table grows to the entry asked for, with zeros, so that it holds
 /// what the host reports, and no more, however many items the host says are to come.
 template <class Entry>
 Entry& entry_of(std::vector<Entry>& table, Integer number)
 {
     const auto position = static_cast<std::size_t>(number) - 1;
-    if (position >= table.size()) {
-        table.resize(position + 1);
+    if (position >= table.size()) [[unlikely]] {
+        grow_to(table, position + 1); // out of line, so that the rest of this function is not
     }
     return table[position];
+}
+
+/// The first `count` entries of a table, which grows to them as in entry_of; for loops over many. They hold until the
+/// table grows again.
+template <class Entry>
+std::span<const Entry> first_entries(std::vector<Entry>& table, Integer count)
+{
+    const std::size_t entries = count > 0 ? static_cast<std::size_t>(count) : 0;
+    if (entries > table.size()) {
+        grow_to(table, entries);
+    }
+    return {table.data(), entries};
 }
 
 } // namespace velm

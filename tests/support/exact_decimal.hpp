@@ -1,17 +1,21 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 #include <vector>
 
-/// The rules of real numbers once more, slowly: digits by multiplying whole numbers out, texts by moving characters.
+/// The rules of real numbers once more: digits by multiplying whole numbers out, texts by moving characters in columns.
 /// Shares nothing with what it checks.
 namespace velm::exact {
 
-/// 0.D1D2...D8 times ten to the power k, cut off after the eighth digit; "00000000" for zero.
+/// 0.D1D2...D8 times ten to the power k, cut off after the eighth digit; 0 for zero.
 struct Digits {
-    std::string eight = "00000000";
+    std::uint32_t eight = 0;
     int k = 0;
 };
 
@@ -71,87 +75,181 @@ inline Digits digits_of(std::uint32_t magnitude)
     std::string all = number.decimal();
     const int k = static_cast<int>(all.size()) + (power < 0 ? power : 0);
     all.resize(8, '0');
-    return {all, k};
+    return {static_cast<std::uint32_t>(std::stoul(all)), k};
 }
 
-/// Rounds so that `places` digits after the point are left; digits that are not shown become 0.
-inline Digits rounded(Digits value, int places)
-{
-    int decides = value.k + places + 1; // number of the first digit not shown, from 1
-    if (decides > 8) {
-        if (value.eight[7] < '5') {
-            return value;
-        }
-        decides = 8;
-    }
-    if (decides < 1) {
-        return value;
-    }
-    const auto shown = static_cast<std::size_t>(decides - 1);
-    const bool up = value.eight[shown] >= '5';
-    value.eight.replace(shown, std::string::npos, 8 - shown, '0');
-    std::size_t at = shown;
-    while (up && at != 0 && value.eight[at - 1] == '9') {
-        value.eight[--at] = '0';
-    }
-    if (up && at != 0) {
-        ++value.eight[at - 1];
-    } else if (up) {
-        value.eight = "10000000";
-        ++value.k;
-    }
-    return value;
-}
-
-/// Digits before the point ("" for none), and `places` digits behind it.
-inline std::string fixed_point(const Digits& value, int places)
-{
-    std::string text = value.k < 0 ? std::string(static_cast<std::size_t>(-value.k), '0') + value.eight : value.eight;
-    const auto before = static_cast<std::size_t>(value.k < 0 ? 0 : value.k);
-    text.resize(before + static_cast<std::size_t>(places), '0');
-    return text.insert(before, 1, '.');
-}
-
-inline std::string real_field(std::size_t width, std::size_t decimals, bool negative, const Digits& value)
-{
-    const int places = static_cast<int>(decimals);
-    const Digits shown = rounded(value, places);
-    const bool zero = shown.eight[0] == '0' || shown.k + places <= 0;
-    std::string text = zero ? fixed_point({}, places) : fixed_point(shown, places);
-    const std::string sign = negative && !zero ? "-" : "";
-    if (text[0] == '.' && sign.size() + 1 + text.size() <= width) {
-        text.insert(0, 1, '0');
-    }
-    text.insert(0, sign);
-    return text.size() > width ? std::string(width, '*') : std::string(width - text.size(), ' ') + text;
-}
-
-inline std::string free_real(bool negative, const Digits& value)
-{
-    if (value.eight[0] == '0') {
-        return "0.000000";
-    }
-    const std::string sign = negative ? "-" : "";
-    const int k = rounded(value, 7).k;
-    if (k >= 0 && k <= 6) {
-        const int places = 6 - rounded(value, 6 - k).k;
-        if (places >= 0) { // not from 999,999.5 to 1,000,000
-            const std::string text = fixed_point(rounded(value, places), places);
-            return sign + (text[0] == '.' ? "0" : "") + text;
+/// A short text without the cost of a string: every single has eleven of them.
+class Text {
+public:
+    void add(char character) { characters_.at(size_++) = character; }
+    void add(std::size_t count, char character)
+    {
+        for (; count != 0; --count) {
+            add(character);
         }
     }
-    const Digits seven = rounded(value, 7 - value.k);
-    const int power = seven.k - 1;
-    const std::string size = std::to_string(std::abs(power));
-    return sign + seven.eight.substr(0, 1) + "." + seven.eight.substr(1, 6) + (power < 0 ? "E-" : "E+") +
-           (size.size() < 2 ? "0" : "") + size;
-}
+    void add(std::string_view text)
+    {
+        for (const char character : text) {
+            add(character);
+        }
+    }
+    [[nodiscard]] std::string_view view() const { return {characters_.data(), size_}; }
 
-/// What the two functions above do not cover: infinite patterns and those that are no number; "" for others.
-inline std::string not_finite(std::uint32_t bits)
+private:
+    std::array<char, 24> characters_{};
+    std::size_t size_ = 0;
+};
+
+/// The digits of a number in columns, with zeros around them. The point stands before the column `point`.
+class Columns {
+public:
+    static constexpr int point = 48; ///< k is from -44 to 39
+
+    explicit Columns(const Digits& value) : first_digit_(point - value.k)
+    {
+        columns_.fill('0');
+        std::uint32_t rest = value.eight;
+        for (int at = first_digit_ + 7; at >= first_digit_; --at, rest /= 10) {
+            column(at) = static_cast<char>('0' + rest % 10);
+        }
+    }
+
+    [[nodiscard]] char operator[](int at) const { return columns_[static_cast<std::size_t>(at)]; }
+
+    /// Nothing is left from the column `from` on; the digit there decides, or the eighth digit if that comes first.
+    void round(int from)
+    {
+        const int eighth = first_digit_ + 7;
+        if (from > eighth) {
+            if (column(eighth) < '5') {
+                return;
+            }
+            from = eighth;
+        }
+        bool up = column(from) >= '5';
+        for (int at = std::max(from, first_digit_); at <= eighth; ++at) {
+            column(at) = '0';
+        }
+        for (int at = from - 1; up; --at) {
+            up = column(at) == '9';
+            column(at) = up ? '0' : static_cast<char>(column(at) + 1);
+        }
+    }
+
+    /// Where the first digit stands that is not 0; `end` when there is none before it.
+    [[nodiscard]] int first_before(int end) const
+    {
+        int at = 0;
+        while (at < end && (*this)[at] == '0') {
+            ++at;
+        }
+        return at;
+    }
+
+    /// The digits from `first` to before `end`, with the point when that is among them.
+    void show(int first, int end, Text& text) const
+    {
+        for (int at = first; at < end; ++at) {
+            if (at == point) {
+                text.add('.');
+            }
+            text.add((*this)[at]);
+        }
+        if (end == point) {
+            text.add('.');
+        }
+    }
+
+private:
+    char& column(int at) { return columns_[static_cast<std::size_t>(at)]; }
+
+    std::array<char, 112> columns_{};
+    int first_digit_;
+};
+
+/// What is no finite number in a word; "" for others.
+inline std::string_view not_finite(std::uint32_t bits)
 {
     const std::uint32_t magnitude = bits & 0x7fffffffU;
     return magnitude < 0x7f800000U ? "" : magnitude > 0x7f800000U ? "NaN" : bits == magnitude ? "INF" : "-INF";
+}
+
+inline Text right_justified(std::string_view shown, std::size_t width)
+{
+    Text text;
+    text.add(shown.size() > width ? width : width - shown.size(), shown.size() > width ? '*' : ' ');
+    text.add(shown.size() > width ? "" : shown);
+    return text;
+}
+
+/// The pattern `bits` in a field, given its digits when it is a finite number.
+inline Text real_field(std::size_t width, std::size_t decimals, std::uint32_t bits, const Digits& digits)
+{
+    if (const std::string_view word = not_finite(bits); !word.empty()) {
+        return right_justified(word, width);
+    }
+    const int end = Columns::point + static_cast<int>(decimals);
+    Columns columns(digits);
+    columns.round(end);
+    const int first = std::min(columns.first_before(end), Columns::point);
+    const bool minus = bits >> 31 != 0 && columns.first_before(end) < end;
+    const auto size = static_cast<std::size_t>(end - first) + 1 + (minus ? 1 : 0);
+    Text text;
+    if (size > width) {
+        text.add(width, '*');
+        return text;
+    }
+    const bool zero_before_point = first == Columns::point && size < width;
+    text.add(width - size - (zero_before_point ? 1 : 0), ' ');
+    text.add(minus ? "-" : "");
+    text.add(zero_before_point ? "0" : "");
+    columns.show(first, end, text);
+    return text;
+}
+
+/// The pattern `bits` in the free form, given its digits when it is a finite number.
+inline Text free_real(std::uint32_t bits, const Digits& digits)
+{
+    constexpr int point = Columns::point;
+    Text text;
+    if (const std::string_view word = not_finite(bits); !word.empty()) {
+        text.add(word);
+        return text;
+    }
+    if (digits.eight == 0) {
+        text.add("0.000000");
+        return text;
+    }
+    text.add(bits >> 31 != 0 ? "-" : "");
+    Columns seven_places(digits);
+    seven_places.round(point + 7);
+    const int k = point - seven_places.first_before(point + 7);
+    if (k >= 0 && k <= 6) {
+        Columns six(digits);
+        six.round(point - k + 6);
+        const int first = six.first_before(point);
+        if (point - first <= 6) { // not from 999,999.5 to 1,000,000
+            text.add(first == point ? "0" : "");
+            Columns shown(digits);
+            shown.round(first + 6);
+            shown.show(first, first + 6, text);
+            return text;
+        }
+    }
+    Columns seven(digits);
+    seven.round(point - digits.k + 7);
+    const int first = seven.first_before(point - digits.k + 7);
+    const int power = point - first - 1;
+    text.add(seven[first]);
+    text.add('.');
+    for (int at = first + 1; at < first + 7; ++at) {
+        text.add(seven[at]);
+    }
+    text.add(power < 0 ? "E-" : "E+");
+    text.add(static_cast<char>('0' + std::abs(power) / 10));
+    text.add(static_cast<char>('0' + std::abs(power) % 10));
+    return text;
 }
 
 } // namespace velm::exact

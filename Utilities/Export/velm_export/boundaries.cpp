@@ -38,8 +38,10 @@ void boundaries(OutputChannel& out)
             write_record<"(I5,15x,'Number of Time Pairs')">(out, pairs);
             refuse_more_than_the_room(pairs, "boundary", system, boundary);
             request<"GALLBOUNDFUNC">(system, boundary, model.series_times, model.series_values);
-            for (const Integer pair : OneTo(pairs)) {
-                write_free_record(out, entry_of(model.series_times, pair), entry_of(model.series_values, pair));
+            const auto times = first_entries(model.series_times, pairs);
+            const auto values = first_entries(model.series_values, pairs);
+            for (std::size_t pair = 0; pair < times.size(); ++pair) {
+                write_free_record(out, times[pair], values[pair]);
             }
         }
     }
