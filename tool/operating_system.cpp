@@ -1,6 +1,6 @@
 #include "tool/operating_system.hpp"
 
-#include "tool/random_characters.hpp"
+#include "tool/temporary_name.hpp"
 
 #include <algorithm>
 #include <array>
@@ -120,15 +120,7 @@ bool take_lock(int descriptor)
 /// looked at or locked stays.
 void remove_abandoned(const fs::path& beginning)
 {
-    const std::string start = beginning.filename().string();
-    std::error_code unreadable;
-    const fs::path directory = beginning.has_parent_path() ? beginning.parent_path() : ".";
-    for (fs::directory_iterator entry(directory, unreadable), end; entry != end; entry.increment(unreadable)) {
-        const fs::path& file = entry->path();
-        const std::string name = file.filename().string();
-        if (name.size() != start.size() + random_character_count || name.compare(0, start.size(), start) != 0) {
-            continue;
-        }
+    for (const fs::path& file : temporary_files_of(beginning)) {
         const int descriptor = open(file.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
         if (descriptor >= 0 && flock(descriptor, LOCK_EX | LOCK_NB) == 0) {
             unlink(file.c_str());
@@ -194,7 +186,7 @@ fs::path create_temporary_file(const fs::path& beginning, bool for_others)
     take_signals_once();
     remove_abandoned(beginning);
     for (int attempt = 0; attempt < 100; ++attempt) {
-        fs::path file = beginning.string() + random_characters();
+        fs::path file = new_temporary_name(beginning);
         const std::string absolute_name = fs::absolute(file).string();
         const SignalsHeld held;
         const int descriptor = open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, for_others ? 0666 : 0600);

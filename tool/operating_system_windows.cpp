@@ -1,6 +1,6 @@
 #include "tool/operating_system.hpp"
 
-#include "tool/random_characters.hpp"
+#include "tool/temporary_name.hpp"
 
 #include <array>
 #include <csignal>
@@ -60,8 +60,12 @@ public:
     }
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;
-    Handle(Handle&&) = delete;
-    Handle& operator=(Handle&&) = delete;
+    Handle(Handle&& other) noexcept : handle(std::exchange(other.handle, INVALID_HANDLE_VALUE)) {}
+    Handle& operator=(Handle&& other) noexcept
+    {
+        std::swap(handle, other.handle);
+        return *this;
+    }
 
     [[nodiscard]] bool valid() const { return handle != INVALID_HANDLE_VALUE; }
     [[nodiscard]] HANDLE get() const { return handle; }
@@ -70,15 +74,21 @@ private:
     HANDLE handle;
 };
 
-HANDLE open_for_writing(const fs::path& existing_file)
+constexpr DWORD with_everybody = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+HANDLE open_existing(const fs::path& file, DWORD access)
 {
-    return CreateFileW(existing_file.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                       nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    return CreateFileW(file.c_str(), access, with_everybody, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
 }
+
+struct TemporaryFile {
+    fs::path name; ///< absolute
+    Handle lock;   ///< says to others that somebody uses the file; for reading, so that a plug-in may let nobody write
+};
 
 /// The system calls a console handler on a thread of its own.
 SRWLOCK temporary_files_lock = SRWLOCK_INIT;
-std::vector<fs::path> temporary_files; ///< absolute names of the files to remove when the process ends
+std::vector<TemporaryFile> temporary_files; ///< to be removed when the process ends
 
 class TemporaryFilesLocked {
 public:
@@ -90,12 +100,17 @@ public:
     TemporaryFilesLocked& operator=(TemporaryFilesLocked&&) = delete;
 };
 
+void forget(const fs::path& absolute_name)
+{
+    std::erase_if(temporary_files, [&](const TemporaryFile& file) { return file.name == absolute_name; });
+}
+
 /// Allocates nothing and waits for nobody: it may run after a crash.
 void remove_temporary_files()
 {
     if (TryAcquireSRWLockExclusive(&temporary_files_lock) != 0) {
-        for (const fs::path& file : temporary_files) {
-            DeleteFileW(file.c_str());
+        for (const TemporaryFile& file : temporary_files) {
+            DeleteFileW(file.name.c_str());
         }
         ReleaseSRWLockExclusive(&temporary_files_lock);
     }
@@ -111,7 +126,7 @@ void take_endings_once()
     SetConsoleCtrlHandler(
         [](DWORD) -> BOOL {
             remove_temporary_files();
-            return FALSE; // the system's own handler ends the process
+            ExitProcess(STATUS_CONTROL_C_EXIT); // as the system's own handler does
         },
         TRUE);
     SetUnhandledExceptionFilter([](EXCEPTION_POINTERS*) -> LONG {
@@ -149,7 +164,7 @@ HANDLE create_new(const fs::path& file, bool for_others)
         fail("cannot protect", file);
     }
     const HANDLE created =
-        CreateFileW(file.c_str(), GENERIC_WRITE, 0, &security, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+        CreateFileW(file.c_str(), GENERIC_READ, with_everybody, &security, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     const DWORD error = GetLastError();
     LocalFree(security.lpSecurityDescriptor);
     SetLastError(error);
@@ -168,9 +183,28 @@ void copy_permissions(const fs::path& from, const fs::path& to)
     }
 }
 
+/// A place far behind the end of any file is locked: a lock keeps others from what it covers. It ends with its process.
+bool take_lock(const Handle& file)
+{
+    OVERLAPPED place{};
+    place.OffsetHigh = 0x40000000;
+    return LockFileEx(file.get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place) != 0;
+}
+
+/// Removes what processes that were ended from outside have left. What cannot be looked at or locked stays.
+void remove_abandoned(const fs::path& beginning)
+{
+    for (const fs::path& file : temporary_files_of(beginning)) {
+        const Handle opened(open_existing(file, GENERIC_READ));
+        if (opened.valid() && take_lock(opened)) {
+            DeleteFileW(file.c_str());
+        }
+    }
+}
+
 void write_through(const fs::path& file)
 {
-    const Handle opened(open_for_writing(file));
+    const Handle opened(open_existing(file, GENERIC_WRITE));
     if (!opened.valid() || FlushFileBuffers(opened.get()) == 0) {
         fail("cannot write to the disk", file);
     }
@@ -236,23 +270,29 @@ void (*procedure_of_library(const fs::path& library, const char* name))()
 
 bool may_write(const fs::path& existing_file)
 {
-    return Handle(open_for_writing(existing_file)).valid();
+    return Handle(open_existing(existing_file, GENERIC_WRITE)).valid();
 }
 
 fs::path create_temporary_file(const fs::path& beginning, bool for_others)
 {
     take_endings_once();
+    remove_abandoned(beginning);
     for (int attempt = 0; attempt < 100; ++attempt) {
-        fs::path file = beginning;
-        file += random_characters();
+        fs::path file = new_temporary_name(beginning);
         const TemporaryFilesLocked locked;
-        temporary_files.push_back(fs::absolute(file));
-        const Handle created(create_new(file, for_others));
-        if (created.valid()) {
+        temporary_files.push_back({fs::absolute(file), Handle(INVALID_HANDLE_VALUE)});
+        Handle created(create_new(file, for_others));
+        const DWORD error = created.valid() ? ERROR_FILE_EXISTS : GetLastError();
+        // another run may have taken the new file for an abandoned one; where files cannot be locked it is ours
+        // unlocked
+        if (created.valid() && (take_lock(created) || GetLastError() != ERROR_LOCK_VIOLATION) &&
+            GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES) {
+            temporary_files.back().lock = std::move(created);
             return file;
         }
         temporary_files.pop_back();
-        if (GetLastError() != ERROR_FILE_EXISTS) {
+        if (error != ERROR_FILE_EXISTS) {
+            SetLastError(error);
             fail("cannot create", file);
         }
     }
@@ -270,7 +310,7 @@ void put_in_place(const fs::path& temporary, const fs::path& file)
     if (MoveFileExW(temporary.c_str(), file.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == 0) {
         fail("cannot replace", file);
     }
-    std::erase(temporary_files, registered);
+    forget(registered);
 }
 
 void discard(const fs::path& temporary) noexcept
@@ -278,7 +318,7 @@ void discard(const fs::path& temporary) noexcept
     const TemporaryFilesLocked locked;
     DeleteFileW(temporary.c_str());
     try {
-        std::erase(temporary_files, fs::absolute(temporary));
+        forget(fs::absolute(temporary));
     } catch (...) { // out of storage: the file is removed all the same, and once more at the end
     }
 }

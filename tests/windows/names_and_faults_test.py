@@ -3,11 +3,13 @@
 import os
 import pathlib
 import shutil
+import signal
 import subprocess
 import sys
+import time
 import unittest
 
-from wine_case import BUILD, WINE, WineCase
+from wine_case import BUILD, LONGEST_RUN, WINE, WineCase
 
 NAMESPACE = ["unshare", "--map-root-user", "--mount"]
 INSIDE = "VELM_TEST_FULL_DISK"  # set in the process that sees the small disk: its mount point
@@ -75,6 +77,50 @@ class Faults(WineCase):
         subprocess.run([WINE, "--stop", prefix])
         self.assertEqual(inside.returncode, 0, inside.stdout + inside.stderr)
         self.assertIn("Ran 1 test", inside.stderr)
+
+
+class CalledOff(WineCase):
+    """An export that is ended from outside leaves OUTPUT as it was, and at the latest the next one cleans up."""
+
+    def setUp(self):
+        super().setUp()
+        self.assertEqual(self.velm("new", "model.db")[0], 0)
+        (self.directory / "out.inp").write_text("precious")
+
+    def temporaries(self):
+        return [name for name in self.files() if name.startswith(".out.inp.velm-")]
+
+    def start_waiting_export(self):
+        process = self.start("export", "model.db", "out.inp", "--plugin", str(BUILD / "waiting_plug_in.dll"))
+        while not any((self.directory / name).stat().st_size > 0 for name in self.temporaries()):
+            self.assertIsNone(process.poll())
+            time.sleep(0.01)
+        return process
+
+    def end(self, process, signal_number):
+        process.send_signal(signal_number)
+        code = process.wait(timeout=LONGEST_RUN)
+        self.assertEqual((self.directory / "out.inp").read_text(), "precious")
+        return code
+
+    def test_control_c(self):
+        process = self.start_waiting_export()
+        self.assertNotEqual(self.end(process, signal.SIGINT), 0)
+        self.assertEqual(self.temporaries(), [])
+
+    def test_killed(self):
+        process = self.start_waiting_export()
+        self.end(process, signal.SIGKILL)
+        self.assertEqual(len(self.temporaries()), 1)
+        self.assertEqual(self.velm("export", "missing.db", "out.inp")[0], 3)
+        self.assertEqual(self.temporaries(), [])
+
+    def test_a_file_in_use_is_left_alone(self):
+        process = self.start_waiting_export()
+        in_use = self.temporaries()
+        self.assertEqual(self.velm("export", "--quiet", "model.db", "out.inp"), (0, "", ""))
+        self.assertEqual(self.temporaries(), in_use)
+        self.assertIsNone(process.poll())
 
 
 @unittest.skipUnless(INSIDE in os.environ, "runs within test_full_disk")

@@ -31,6 +31,14 @@ class WineCase(unittest.TestCase):
                               stdin=subprocess.DEVNULL, capture_output=True, timeout=LONGEST_RUN)
         return done.returncode, done.stdout.decode(), done.stderr.decode().replace("\r\n", "\n")
 
+    def start(self, *arguments):
+        """Starts velm.exe in the test's directory; it is ended with the test."""
+        process = subprocess.Popen([WINE, self.prefix, BUILD / "velm.exe", *arguments], cwd=self.directory,
+                                   stdin=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)
+        return process
+
     def export(self, model, output):
         """An export that must succeed; returns the file's bytes."""
         self.assertEqual(self.velm("export", "--quiet", model, output), (0, "", ""))
