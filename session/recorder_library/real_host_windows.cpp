@@ -12,6 +12,7 @@ namespace velm {
 namespace {
 
 constexpr WORD first_ordinal = 3; // of the call form with one value
+constexpr WORD attach_ordinal = 100;
 
 [[noreturn]] void fail(const std::string& what)
 {
@@ -19,9 +20,9 @@ constexpr WORD first_ordinal = 3; // of the call form with one value
 }
 
 template <class Procedure>
-Procedure procedure(HMODULE library, const char* name)
+Procedure procedure(HMODULE library, WORD ordinal)
 {
-    return reinterpret_cast<Procedure>(reinterpret_cast<void*>(GetProcAddress(library, name)));
+    return reinterpret_cast<Procedure>(reinterpret_cast<void*>(GetProcAddress(library, MAKEINTRESOURCEA(ordinal))));
 }
 
 } // namespace
@@ -36,12 +37,12 @@ RealHost load_real_host()
     RealHost host;
     for (std::size_t form = 0; form < host.exchange.size(); ++form) {
         const auto ordinal = static_cast<WORD>(first_ordinal + form);
-        host.exchange[form] = procedure<RealHost::Procedure>(library, MAKEINTRESOURCEA(ordinal));
+        host.exchange[form] = procedure<RealHost::Procedure>(library, ordinal);
         if (host.exchange[form] == nullptr) {
             fail(file.string() + " has no procedure of ordinal " + std::to_string(ordinal));
         }
     }
-    host.attach = procedure<decltype(host.attach)>(library, "velm_host_attach");
+    host.attach = procedure<decltype(host.attach)>(library, attach_ordinal);
     return host;
 }
 

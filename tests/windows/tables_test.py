@@ -1,6 +1,7 @@
 """What the libraries import and export, and what their properties show."""
 
 import os
+import pathlib
 import re
 import subprocess
 import unittest
@@ -46,25 +47,28 @@ class Tables(unittest.TestCase):
     def test_plug_in_imports_the_host_by_ordinal(self):
         self.assertEqual(imports_of("velm_export.dll")["prevelmwdll.dll"], CALL_FORMS)
 
-    def test_host_library_has_ordinals_and_no_names(self):
+    def test_host_library_and_recorder_have_ordinals_and_no_names(self):
         self.assertEqual(exports_of("prevelmwdll.dll"), ([], [*CALL_FORMS, ATTACH]))
+        self.assertEqual(exports_of("recorder/prevelmwdll.dll"), ([], [*CALL_FORMS, ATTACH]))
 
     def test_tool_finds_the_host_library_by_ordinal(self):
         self.assertEqual(imports_of("velm.exe")["prevelmwdll.dll"], [ATTACH])
 
     def test_nothing_is_needed_but_the_system_and_the_host(self):
-        for binary, more in [("velm_export.dll", {"prevelmwdll.dll"}), ("prevelmwdll.dll", set()), ("velm.exe", {"prevelmwdll.dll"})]:
+        for binary, more in [("velm_export.dll", {"prevelmwdll.dll"}), ("prevelmwdll.dll", set()),
+                             ("recorder/prevelmwdll.dll", set()), ("velm.exe", {"prevelmwdll.dll"})]:
             with self.subTest(binary):
                 needed = set(imports_of(binary))
                 self.assertLessEqual(needed, SYSTEM_LIBRARIES | more)
                 self.assertLessEqual(more, needed)
 
     def test_properties(self):
-        for binary, description in [("velm_export.dll", "Export plug-in"), ("prevelmwdll.dll", "Headless host"), ("velm.exe", "Models")]:
+        for binary, description in [("velm_export.dll", "Export plug-in"), ("prevelmwdll.dll", "Headless host"),
+                                    ("recorder/prevelmwdll.dll", "Recorder"), ("velm.exe", "Models")]:
             with self.subTest(binary):
                 content = (BUILD / binary).read_bytes()
                 for name, value in [("ProductName", "velm-export"), ("ProductVersion", os.environ["PROJECT_VERSION"]),
-                                    ("FileDescription", description), ("OriginalFilename", binary)]:
+                                    ("FileDescription", description), ("OriginalFilename", pathlib.PurePath(binary).name)]:
                     at = content.find(name.encode("utf-16-le"))
                     self.assertNotEqual(at, -1, name)
                     self.assertIn(value.encode("utf-16-le"), content[at : at + 200], name)
