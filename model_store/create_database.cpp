@@ -45,7 +45,8 @@ void run_script(const Database& database, std::string_view script)
 void create_database(std::string_view sql, const std::filesystem::path& database)
 {
     write_new_database(
-        database, [sql](const Database& file) { run_script(file, sql); }, [](const std::filesystem::path&) {});
+        database, ForeignKeys::bound, [sql](const Database& file) { run_script(file, sql); },
+        [](const std::filesystem::path&) {});
 }
 
 } // namespace velm

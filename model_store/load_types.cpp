@@ -68,7 +68,11 @@ void load_parameters(LoadState& load, Model& model)
     load_for_each_segment(load, "parameter_value", parameters, [&](TableReader& value_row) {
         const float value = value_row.real("value");
         if (load.sound()) {
-            model.parameter_types[value_row.place(0)].instances[value_row.place(1)].values.push_back(value);
+            std::vector<float>& values = model.parameter_types[value_row.place(0)].instances[value_row.place(1)].values;
+            if (values.empty()) {
+                values.reserve(load.segments.all().size());
+            }
+            values.push_back(value);
         }
     });
 }

@@ -46,11 +46,12 @@ private:
     fs::path path_;
 };
 
-void fill_in_one_transaction(const fs::path& file, const std::function<void(const Database&)>& fill)
+void fill_in_one_transaction(const fs::path& file, ForeignKeys keys, const std::function<void(const Database&)>& fill)
 {
     const Database database(file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    database.run(keys == ForeignKeys::bound ? "PRAGMA foreign_keys = ON" : "PRAGMA foreign_keys = OFF");
     // nobody else sees the file yet, so a journal on disk would protect nothing
-    database.run("PRAGMA journal_mode = MEMORY; PRAGMA foreign_keys = ON; BEGIN");
+    database.run("PRAGMA journal_mode = MEMORY; BEGIN");
     fill(database);
     database.run("COMMIT");
 }
@@ -73,7 +74,7 @@ void give_name(const fs::path& written, const fs::path& file)
 
 } // namespace
 
-void write_new_database(const fs::path& file, const std::function<void(const Database&)>& fill,
+void write_new_database(const fs::path& file, ForeignKeys keys, const std::function<void(const Database&)>& fill,
                         const std::function<void(const fs::path& written)>& check)
 {
     if (fs::exists(fs::symlink_status(file))) {
@@ -81,7 +82,7 @@ void write_new_database(const fs::path& file, const std::function<void(const Dat
     }
     const TemporaryFile temporary(file);
     try {
-        fill_in_one_transaction(temporary.path(), fill);
+        fill_in_one_transaction(temporary.path(), keys, fill);
     } catch (const SqliteError& error) {
         fail(file, std::string("cannot be written: ") + error.what(),
              "check that the folder exists, can be written to and has room");

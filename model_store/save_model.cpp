@@ -46,28 +46,56 @@ void refuse_uneven(const TimeSeries& series, const std::string& table, const std
     }
 }
 
-/// `parent` and `item` are the series' key; the row's words come from the table.
-void save_series(TableWriter& row, const std::string& table, std::size_t parent, std::size_t item,
-                 const TimeSeries& series)
-{
-    const TableShape& shape = model_table(table);
-    refuse_uneven(series, table,
-                  shape.key_word(0) + " " + std::to_string(parent) + ", " + shape.key_word(1) + " " +
-                      std::to_string(item));
-    for (std::size_t pair = 0; pair < series.times.size(); ++pair) {
-        row.insert(parent, item, pair + 1, series.times[pair], series.values[pair]);
+/// Inserts the pairs of a table's series, many with each statement: to begin and end one takes longer than such a row.
+class SeriesWriter {
+public:
+    SeriesWriter(const Database& database, const std::string& table)
+        : table_(table), one_(database, table), many_(database, table, pairs_at_once)
+    {
     }
-}
+
+    /// `parent` and `item` are the series' key.
+    void insert(std::size_t parent, std::size_t item, const TimeSeries& series)
+    {
+        const TableShape& shape = model_table(table_);
+        refuse_uneven(series, table_,
+                      shape.key_word(0) + " " + std::to_string(parent) + ", " + shape.key_word(1) + " " +
+                          std::to_string(item));
+        std::size_t pair = 0;
+        while (pair + pairs_at_once <= series.times.size() && insert_many(parent, item, series, pair)) {
+            pair += pairs_at_once;
+        }
+        for (; pair < series.times.size(); ++pair) {
+            one_.insert(parent, item, pair + 1, series.times[pair], series.values[pair]);
+        }
+    }
+
+private:
+    static constexpr std::size_t pairs_at_once = 100;
+
+    bool insert_many(std::size_t parent, std::size_t item, const TimeSeries& series, std::size_t first)
+    {
+        for (std::size_t row = 0; row < pairs_at_once; ++row) {
+            const std::size_t pair = first + row;
+            many_.bind_row(row, parent, item, pair + 1, series.times[pair], series.values[pair]);
+        }
+        return many_.try_to_insert();
+    }
+
+    std::string table_;
+    TableWriter one_;
+    TableWriter many_;
+};
 
 void save_segment_series(const Database& database, const Model& model, const std::string& table,
                          SegmentSeriesSet System::*set)
 {
     TableWriter item_row(database, table);
-    TableWriter pair_row(database, table + "_value");
+    SeriesWriter pair_row(database, table + "_value");
     for (std::size_t system_number = 1; const System& system : model.systems) {
         for (std::size_t number = 1; const SegmentSeries& item : (system.*set).items) {
             item_row.insert(system_number, number, item.segment);
-            save_series(pair_row, table + "_value", system_number, number, item.series);
+            pair_row.insert(system_number, number, item.series);
             ++number;
         }
         ++system_number;
@@ -97,7 +125,7 @@ void save_flows(const Database& database, const Model& model)
     TableWriter field_row(database, "flow_field");
     TableWriter function_row(database, "flow_function");
     TableWriter path_row(database, "flow_path");
-    TableWriter pair_row(database, "flow_value");
+    SeriesWriter pair_row(database, "flow_value");
     for (std::size_t field_number = 1; const FlowField& field : model.flow_fields) {
         field_row.insert(field_number, field.scale_factor, field.conversion_factor);
         for (std::size_t number = 1; const FlowFunction& function : field.functions) {
@@ -106,7 +134,7 @@ void save_flows(const Database& database, const Model& model)
                 path_row.insert(field_number, number, path_number++, path.first_segment, path.second_segment,
                                 path.fraction);
             }
-            save_series(pair_row, "flow_value", field_number, number, function.series);
+            pair_row.insert(field_number, number, function.series);
             ++number;
         }
         ++field_number;
@@ -118,7 +146,7 @@ void save_exchanges(const Database& database, const Model& model)
     TableWriter field_row(database, "exchange_field");
     TableWriter function_row(database, "exchange_function");
     TableWriter segments_row(database, "exchange_pair");
-    TableWriter pair_row(database, "exchange_value");
+    SeriesWriter pair_row(database, "exchange_value");
     for (std::size_t field_number = 1; const ExchangeField& field : model.exchange_fields) {
         field_row.insert(field_number, field.scale_factor, field.conversion_factor);
         for (std::size_t number = 1; const ExchangeFunction& function : field.functions) {
@@ -127,7 +155,7 @@ void save_exchanges(const Database& database, const Model& model)
                 segments_row.insert(field_number, number, pair_number++, pair.first_segment, pair.second_segment,
                                     pair.area, pair.length);
             }
-            save_series(pair_row, "exchange_value", field_number, number, function.series);
+            pair_row.insert(field_number, number, function.series);
             ++number;
         }
         ++field_number;
@@ -138,12 +166,12 @@ void save_time_functions(const Database& database, const Model& model)
 {
     TableWriter type_row(database, "time_function_type");
     TableWriter function_row(database, "time_function");
-    TableWriter pair_row(database, "time_function_value");
+    SeriesWriter pair_row(database, "time_function_value");
     for (std::size_t type_number = 1; const auto& type : model.time_function_types) {
         type_row.insert(type_number, type.isc);
         for (std::size_t number = 1; const TimeFunction& function : type.instances) {
             function_row.insert(type_number, number, function.used, function.description);
-            save_series(pair_row, "time_function_value", type_number, number, function.series);
+            pair_row.insert(type_number, number, function.series);
             ++number;
         }
         ++type_number;
@@ -219,9 +247,6 @@ void check_but_for(const std::filesystem::path& file, std::size_t missing)
 void save_tables(const Database& database, const Model& model, std::span<const MissingValue> missing)
 {
     database.run(schema_for(missing).c_str());
-    if (!missing.empty()) { // what stands for a missing segment is no segment until it becomes NULL
-        database.run("PRAGMA defer_foreign_keys = ON");
-    }
     save_run(database, model);
     save_segments(database, model);
     save_systems(database, model);
@@ -239,9 +264,10 @@ void save_tables(const Database& database, const Model& model, std::span<const M
 
 void save_model(const Model& model, const std::filesystem::path& database, std::span<const MissingValue> missing)
 {
-    // what the schema lets pass but a load would refuse is found by reading it back before it gets its name
+    // what the schema lets pass but a load would refuse is found by reading it back before it gets its name; that finds
+    // rows without those that they refer to as well, so that not each row has to look for its own
     write_new_database(
-        database, [&](const Database& file) { save_tables(file, model, missing); },
+        database, ForeignKeys::free, [&](const Database& file) { save_tables(file, model, missing); },
         [&](const std::filesystem::path& file) { check_but_for(file, missing.size()); });
 }
 

@@ -24,7 +24,9 @@ public:
     void add(const ParentKey& key) { keys_.push_back(key); }
     [[nodiscard]] bool contains(const ParentKey& key) const
     {
-        return std::binary_search(keys_.begin(), keys_.end(), key);
+        // the usual case: numbers from 1 on without gaps, each in its place
+        const auto place = static_cast<std::uint64_t>(key[0]) - 1;
+        return (place < keys_.size() && keys_[place] == key) || std::binary_search(keys_.begin(), keys_.end(), key);
     }
     [[nodiscard]] const std::vector<ParentKey>& all() const { return keys_; }
 

@@ -25,15 +25,22 @@ TEST_F(Save, refuses_what_a_load_would_refuse_and_leaves_no_file)
          "table initial_condition, system 2, column segment: there is no row for segment 3; give a row for each "
          "segment"},
         {[](Model& model) { model.systems[0].boundaries.items[1].segment = 4; },
-         "table boundary, system 1, boundary 2: FOREIGN KEY constraint failed; change the model"},
+         "table boundary, system 1, boundary 2, column segment: '4' is not a segment of the model; the segments are "
+         "numbered from 1 to 3"},
         {[](Model& model) { model.parameter_types[1].isc = 21; },
          "table parameter_type, parameter type 2: UNIQUE constraint failed: parameter_type.isc; change the model"},
         {[](Model& model) {
              model.systems[0].loads.items[0].series = {std::vector<float>(100001), std::vector<float>(100001)};
          },
          "table load_value, system 1, load 1, pair 100001: CHECK constraint failed: number BETWEEN 1 AND 100000; "
-         "change the "
-         "model"},
+         "change the model"},
+        {[](Model& model) {
+             TimeSeries& series = model.flow_fields[1].functions[0].series;
+             series = {std::vector<float>(1000), std::vector<float>(1000)};
+             series.values[776] = std::numeric_limits<float>::quiet_NaN();
+         },
+         "table flow_value, flow field 2, flow function 1, pair 777: NOT NULL constraint failed: flow_value.value; "
+         "change the model"},
     };
     for (const Case& refused : cases) {
         Model model = full_model();
@@ -41,6 +48,21 @@ TEST_F(Save, refuses_what_a_load_would_refuse_and_leaves_no_file)
         EXPECT_EQ(error_of([&] { save_model(model, file("model.db")); }), refused.error);
         EXPECT_TRUE(names_in_folder().empty()) << refused.error;
     }
+}
+
+TEST_F(Save, gives_long_series_back)
+{
+    Model model = full_model();
+    for (const std::size_t length : {99U, 100U, 101U, 1234U}) {
+        TimeSeries series;
+        for (std::size_t pair = 0; pair < length; ++pair) {
+            series.times.push_back(static_cast<float>(pair));
+            series.values.push_back(static_cast<float>(pair) / 7);
+        }
+        model.systems[1].boundaries.items.push_back({2, series});
+    }
+    save_model(model, file("long.db"));
+    EXPECT_TRUE(load_model(file("long.db")) == model);
 }
 
 TEST_F(Save, leaves_the_place_of_a_missing_value_empty_until_it_is_filled)
