@@ -12,7 +12,7 @@
 namespace velm::bench {
 namespace {
 
-constexpr std::size_t record_count = 1024;
+constexpr std::size_t record_count = 4096;
 constexpr auto count = static_cast<std::int32_t>(record_count);
 
 class DroppedFile final : public OutputFile {

@@ -20,7 +20,7 @@ struct LossSample {
 };
 
 /// A longer file is looked at no further, for that would take as long as its export.
-constexpr std::size_t sampled_bytes = 16'000'000;
+constexpr std::size_t sampled_bytes = 8'000'000;
 
 [[nodiscard]] LossSample sample_losses(const Model& model, const std::filesystem::path& file);
 
