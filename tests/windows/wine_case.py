@@ -29,7 +29,8 @@ class WineCase(unittest.TestCase):
         """Runs velm.exe in the test's directory: (exit code, standard output, standard error)."""
         done = subprocess.run([WINE, self.prefix, BUILD / "velm.exe", *arguments], cwd=self.directory,
                               stdin=subprocess.DEVNULL, capture_output=True, timeout=LONGEST_RUN)
-        return done.returncode, done.stdout.decode(), done.stderr.decode().replace("\r\n", "\n")
+        printed, said = (text.decode().replace("\r\n", "\n") for text in (done.stdout, done.stderr))
+        return done.returncode, printed, said
 
     def start(self, *arguments):
         """Starts velm.exe in the test's directory; it is ended with the test."""
