@@ -117,6 +117,8 @@ struct ReadOptions {
     /// Called with every field that holds a datum, in file order; nothing is spent on it when empty. A count, a label
     /// and a number that only repeats its row's place are no data.
     std::function<void(const FieldText&)> on_field;
+    /// Called with every problem, also those that are not listed.
+    std::function<void(const InputProblem&)> on_problem;
     /// Called now and then with the bytes read so far.
     std::function<void(std::uint64_t bytes)> on_progress;
 };

@@ -1,8 +1,6 @@
 #include "input_file/record_reader.hpp"
 
-#include "input_file/integer_text.hpp"
 #include "input_file/matching.hpp"
-#include "input_file/records.hpp"
 #include "input_file/text_content.hpp"
 
 #include <algorithm>
@@ -11,13 +9,6 @@
 
 namespace velm {
 namespace {
-
-constexpr std::int32_t most_shown = 99'999; ///< the greatest count that its field has room for
-
-std::string in_quotes(std::string_view text)
-{
-    return std::string("'").append(printable_field(text)).append("'");
-}
 
 std::string description_of(const Record& record)
 {
@@ -241,247 +232,6 @@ void RecordReader::lose(std::string_view name, const std::string& expected)
     throw SectionLost();
 }
 
-const Part& RecordReader::find(std::string_view name)
-{
-    const std::size_t parts = form_->size();
-    while ((*form_)[next_part_ % parts].name != name) {
-        ++next_part_;
-    }
-    next_part_ %= parts;
-    return (*form_)[next_part_++];
-}
-
-std::string_view RecordReader::text_of(const Part& part) const
-{
-    return part.column == 0 ? numbers_[static_cast<std::size_t>(&part - form_->begin())]
-                            : record_.substr(part.column - 1, part.width);
-}
-
-Place RecordReader::place_of(const Part& part) const
-{
-    const std::size_t column = static_cast<std::size_t>(text_of(part).data() - record_.data()) + 1;
-    return {record_line_, column};
-}
-
-void RecordReader::deliver(const Part& part)
-{
-    if (options_.on_field && !part.table.empty()) [[unlikely]] {
-        options_.on_field({section_, {part.table, part.name, key_}, place_of(part), record_, text_of(part)});
-    }
-}
-
-float RecordReader::real(std::string_view name)
-{
-    const Part& part = find(name);
-    deliver(part);
-    const RealText real = part.column == 0 ? real_in_row(text_of(part)) : real_in_field(text_of(part), part.decimals);
-    return real.kind == RealTextKind::exact ? real.value : settle(part, real);
-}
-
-float RecordReader::settle(const Part& part, const RealText& real)
-{
-    switch (real.kind) {
-    case RealTextKind::exact: break;
-    case RealTextKind::other_form:
-        report(ProblemKind::form, part.name, "is a number written in another way",
-               in_quotes(part.column == 0 ? row_text(real.value) : field_text(real.value, part.width, part.decimals)));
-        break;
-    case RealTextKind::asterisks: report_no_value(part); break;
-    case RealTextKind::not_finite:
-        report(ProblemKind::not_finite, part.name, "is no number that a model can hold", "a finite number");
-        break;
-    case RealTextKind::no_single:
-        report(ProblemKind::no_single, part.name, "is beyond single precision",
-               "0, or a number from 1.4e-45 to 3.4028235e38");
-        break;
-    case RealTextKind::no_number: report(ProblemKind::no_number, part.name, "is not a number", "a number"); break;
-    }
-    return real.value;
-}
-
-void RecordReader::report_no_value(const Part& part)
-{
-    if (part.table.empty()) {
-        report(ProblemKind::unstorable, part.name, "hides a number that tells what the record is", "a number");
-    } else {
-        report(ProblemKind::no_value, part.name, "holds no value: it was too wide for its field", "a number");
-    }
-}
-
-std::optional<std::int32_t> RecordReader::integer_of(const Part& part)
-{
-    const IntegerText integer = integer_in(text_of(part), part.column != 0);
-    switch (integer.kind) {
-    case IntegerTextKind::exact: return integer.value;
-    case IntegerTextKind::other_form:
-        report(ProblemKind::form, part.name, "is a number written in another way", std::to_string(integer.value));
-        return integer.value;
-    case IntegerTextKind::asterisks: report_no_value(part); break;
-    case IntegerTextKind::too_large:
-        report(ProblemKind::no_single, part.name, "is beyond 32 bits", "a number from -2147483648 to 2147483647");
-        break;
-    case IntegerTextKind::no_number:
-        report(ProblemKind::no_number, part.name, "is not an integer", "an integer");
-        break;
-    }
-    return {};
-}
-
-std::int32_t RecordReader::integer(std::string_view name)
-{
-    const Part& part = find(name);
-    deliver(part);
-    return integer_of(part).value_or(0);
-}
-
-std::optional<std::int32_t> RecordReader::identity(std::string_view name)
-{
-    const Part& part = find(name);
-    if (is_asterisks(text_of(part))) {
-        report(ProblemKind::unstorable, name, "hides a number that tells what the record is", "a number");
-        return {};
-    }
-    return integer_of(part);
-}
-
-std::string_view RecordReader::text(std::string_view name)
-{
-    const Part& part = find(name);
-    deliver(part);
-    return text_of(part);
-}
-
-std::int32_t RecordReader::segment(std::string_view name)
-{
-    const Part& part = find(name);
-    deliver(part);
-    const std::optional<std::int32_t> segment = integer_of(part);
-    if (segment) {
-        check_segment(name, *segment);
-    }
-    return segment.value_or(0);
-}
-
-std::int32_t RecordReader::segment_or_none(std::string_view name)
-{
-    const Part& part = find(name);
-    deliver(part);
-    const std::int32_t segment = integer_of(part).value_or(0);
-    if (segment != 0) {
-        check_segment(name, segment);
-    }
-    return segment;
-}
-
-void RecordReader::check_segment(std::string_view name, std::int32_t segment)
-{
-    if (segments && (segment < 1 || segment > *segments)) {
-        report(ProblemKind::missing_segment, name, "is not a segment of the model",
-               *segments == 0 ? "no segment, for there is none" : "a number from 1 to " + std::to_string(*segments));
-    }
-}
-
-void RecordReader::repeated(std::string_view name, std::optional<std::int32_t> known)
-{
-    const Part& part = find(name);
-    if (!known) {
-        return;
-    }
-    std::string right = std::to_string(*known);
-    if (part.column != 0) {
-        right = right.size() > part.width ? std::string(part.width, '*')
-                                          : std::string(part.width - right.size(), ' ') + right;
-    }
-    if (text_of(part) != right) {
-        report(ProblemKind::contradiction, name, "is not the number that belongs here", in_quotes(right));
-    }
-}
-
-void RecordReader::repeated_text(std::string_view name, std::string_view known)
-{
-    if (text_of(find(name)) != known) {
-        report(ProblemKind::contradiction, name, "is not what an earlier section has", in_quotes(known));
-    }
-}
-
-Count RecordReader::count(const Record& expected)
-{
-    record(expected);
-    const Part& part = expected[0];
-    Count count{0, is_asterisks(text_of(part)), place_of(part), part.name};
-    if (!count.hidden) {
-        count.number = integer_of(part).value_or(0);
-    }
-    if (count.number < 0) {
-        report(ProblemKind::negative_count, part.name, "is a count below 0", "0 or more");
-        count.number = 0;
-    }
-    return count;
-}
-
-Count RecordReader::repeated_count(const Record& expected, std::optional<std::int32_t> known)
-{
-    Count found = count(expected);
-    if (known && (found.hidden ? *known <= most_shown : *known != found.number)) {
-        report(ProblemKind::contradiction, found.name, "is not the number that an earlier section has",
-               std::to_string(*known));
-    }
-    if (known && found.hidden) {
-        found.number = *known;
-        found.hidden = false;
-    }
-    return found;
-}
-
-bool RecordReader::goes_on(const Count& count, std::int32_t number, const Record& first)
-{
-    return count.hidden ? another_follows(count, number, is_ahead(first)) : number <= count.number;
-}
-
-bool RecordReader::goes_on(const Count& count, std::int32_t number, std::string_view beginning)
-{
-    return count.hidden ? another_follows(count, number, line_ahead().text.starts_with(beginning))
-                        : number <= count.number;
-}
-
-bool RecordReader::another_follows(const Count& count, std::int32_t number, bool follows)
-{
-    if (follows) {
-        return true;
-    }
-    if (number <= most_shown + 1) {
-        const std::string found = std::to_string(number - 1);
-        report_at(count.place, ProblemKind::contradiction, count.name, "*****",
-                  "hides the count, but only " + found + " follow", found);
-    }
-    return false;
-}
-
-void RecordReader::refuse_more(const Count& count, const Record& first)
-{
-    if (is_ahead(first)) {
-        report_at(count.place, ProblemKind::contradiction, count.name, std::to_string(count.number),
-                  "is too low: there are more records of their kind", "the number of records");
-        throw SectionLost();
-    }
-}
-
-void RecordReader::time_pairs(const Count& count, const Record& row, TimeSeries& series)
-{
-    // gathered here and copied to size: a vector that grows in its place would keep up to half its room idle
-    times_.clear();
-    values_.clear();
-    const auto [first, second, none] = key_;
-    for (std::int32_t number = 1; goes_on(count, number, row); ++number) {
-        key(first, second, number);
-        record(row);
-        times_.push_back(real("time"));
-        values_.push_back(real("value"));
-    }
-    series.times.assign(times_.begin(), times_.end());
-    series.values.assign(values_.begin(), values_.end());
-}
-
 void RecordReader::report(ProblemKind kind, std::string_view name, std::string message, std::string expected)
 {
     if (name.empty()) {
@@ -499,9 +249,17 @@ void RecordReader::report_at(Place place, ProblemKind kind, std::string_view fie
 {
     ++result.problem_count;
     ++result.problem_counts.at(static_cast<std::size_t>(kind));
-    if (result.problems.size() < options_.most_problems) {
-        result.problems.push_back(
-            {kind, section_, place, in_words(field), printable_field(raw), std::move(message), std::move(expected)});
+    const bool is_listed = result.problems.size() < options_.most_problems;
+    if (!is_listed && !options_.on_problem) {
+        return;
+    }
+    InputProblem problem{
+        kind, section_, place, in_words(field), printable_field(raw), std::move(message), std::move(expected)};
+    if (options_.on_problem) {
+        options_.on_problem(problem);
+    }
+    if (is_listed) {
+        result.problems.push_back(std::move(problem));
     }
 }
 

@@ -33,7 +33,8 @@ struct Count {
 ///     model.volume_scale_factor = in.real("volume_scale_factor");
 ///
 /// Fields are asked for by name; in the record's order they are found without a search. One that has no value reads
-/// as 0. What a section needs of earlier ones is kept here too.
+/// as 0. What a section needs of earlier ones is kept here too. record_fields.cpp has the fields, record_counts.cpp the
+/// counts and what they announce, record_reader.cpp the records and the problems.
 class RecordReader {
 public:
     RecordReader(std::istream& input, const ReadOptions& options, InputFile& read_so_far);

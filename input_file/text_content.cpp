@@ -49,4 +49,9 @@ std::string printable_field(std::string_view bytes)
     return text;
 }
 
+std::string in_quotes(std::string_view bytes)
+{
+    return std::string("'").append(printable_field(bytes)).append("'");
+}
+
 } // namespace velm

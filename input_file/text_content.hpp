@@ -25,5 +25,6 @@ namespace velm {
 
 /// Bytes in ISO 8859-1 as UTF-8 for a message: control characters as \xNN, a long text cut.
 [[nodiscard]] std::string printable_field(std::string_view bytes);
+[[nodiscard]] std::string in_quotes(std::string_view bytes);
 
 } // namespace velm

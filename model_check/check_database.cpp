@@ -8,7 +8,6 @@
 #include "model_store/model_store.hpp"
 
 #include <algorithm>
-#include <limits>
 #include <string>
 #include <utility>
 
@@ -46,8 +45,8 @@ std::string number_in_words(const DatumValue& value)
     return value.real != nullptr ? real_in_words(*value.real) : std::to_string(*value.integer);
 }
 
-/// The problems of the file that will be written. Those of a value are found where the database has it.
-void add_problems(FindingList& list, const InputFile& written, const Model& model)
+/// Of values that the file which will be written does not show, at their places in the database.
+void add_gaps(FindingList& list, const InputFile& written, const Model& model)
 {
     const ExportedTypes types(model);
     for (const Datum& gap : written.gaps) {
@@ -56,11 +55,6 @@ void add_problems(FindingList& list, const InputFile& written, const Model& mode
         Finding finding = finding_at(datum, FindingKind::field_overflow, value + " is too wide for its field");
         finding.value = value;
         list.add(std::move(finding));
-    }
-    for (const InputProblem& problem : written.problems) {
-        if (!is_about_a_gap(problem.kind)) {
-            list.add(finding_of(problem));
-        }
     }
 }
 
@@ -108,7 +102,12 @@ void check_export(FindingList& list, const Model& model, const std::filesystem::
     LossCount losses(model, most);
     const ExportedTypes types(model);
     ReadOptions reading;
-    reading.most_problems = std::numeric_limits<std::size_t>::max();
+    reading.most_problems = 0;
+    reading.on_problem = [&](const InputProblem& problem) {
+        if (!is_about_a_gap(problem.kind)) {
+            list.add(finding_of(problem));
+        }
+    };
     reading.on_field = [&](const FieldText& field) {
         losses.see(field);
         if (touches_its_neighbour(field)) {
@@ -119,7 +118,7 @@ void check_export(FindingList& list, const Model& model, const std::filesystem::
         }
     };
     const InputFile written = read_input_file(exported, reading);
-    add_problems(list, written, model);
+    add_gaps(list, written, model);
     add_repeated_times(list, written, model);
     const Losses found = losses.result();
     add_losses(list, FindingKind::value_vanishes, found.vanishing);

@@ -5,7 +5,6 @@
 #include "model_check/finding_parts.hpp"
 
 #include <algorithm>
-#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
@@ -49,7 +48,8 @@ FileFindings check_input_file(const std::filesystem::path& file, const CheckOpti
     result.file = file.string();
     FindingList list(result, options.most_of_a_kind);
     ReadOptions reading;
-    reading.most_problems = std::numeric_limits<std::size_t>::max();
+    reading.most_problems = 0;
+    reading.on_problem = [&](const InputProblem& problem) { list.add(finding_of(problem)); };
     reading.on_field = [&](const FieldText& field) {
         if (touches_its_neighbour(field)) {
             list.add({.kind = FindingKind::touching_fields,
@@ -61,9 +61,6 @@ FileFindings check_input_file(const std::filesystem::path& file, const CheckOpti
         }
     };
     const InputFile read = read_input_file(file, reading);
-    for (const InputProblem& problem : read.problems) {
-        list.add(finding_of(problem));
-    }
     std::vector<ValueFinding> values;
     if (read.whole) { // with records missing, nothing can be said about how values belong together
         check_meaning(read.model, [&](FindingKind kind, const Datum& datum, std::string message) {
