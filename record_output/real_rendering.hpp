@@ -142,9 +142,12 @@ inline void render_real_field(char* field, float value) noexcept
     if constexpr (decimals == 0 || decimals > 6 || columns < whole + 1) {
         render_real_field_in_full(field, width, decimals, value); // no such field stands in a long record
     } else {
+        // from here on more than eight digits would be shown (a power of ten that is a single without rounding), or
+        // there is nothing behind the point
+        constexpr float large = std::min(static_cast<float>(detail::power_of_ten(8 - decimals)), 0x1p23F);
         const auto bits = std::bit_cast<std::uint32_t>(value);
-        const auto biased_exponent = static_cast<int>((bits & single::magnitude_bits) >> single::fraction_width);
-        if (biased_exponent >= single::exponent_bias) [[unlikely]] { // 2^23 and above, infinite, not a number
+        const std::uint32_t magnitude = bits & single::magnitude_bits;
+        if (magnitude >= std::bit_cast<std::uint32_t>(large)) { // or infinite, or not a number
             detail::render_large_real_field<columns, decimals>(field, value);
             return;
         }
@@ -152,13 +155,13 @@ inline void render_real_field(char* field, float value) noexcept
         // more than 63 for 63: both show only zeros.
         constexpr std::uint64_t scale = detail::power_of_ten(decimals);
         const std::uint64_t scaled = ((bits & single::fraction_bits) | single::leading_bit) * scale;
-        const int shift = std::min(single::exponent_bias - biased_exponent, 63);
+        const int shift = std::min(single::exponent_bias - static_cast<int>(magnitude >> single::fraction_width), 63);
         const std::uint64_t cut = scaled >> shift;
         std::uint64_t shown = (scaled + (std::uint64_t{1} << (shift - 1))) >> shift;
         if (cut >= eight_digit_limit / 10) { // the last digit shown is the eighth or a later one
             const std::uint64_t eighth = cut % 10;
             shown = cut + (eighth >= 5 ? 10 - eighth : 0);
-            if (shown >= eight_digit_limit) {
+            if (shown >= eight_digit_limit) [[unlikely]] {
                 detail::render_large_real_field<columns, decimals>(field, value);
                 return;
             }
