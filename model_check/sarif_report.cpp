@@ -1,17 +1,21 @@
 #include "json_text/json_text.hpp"
 #include "model_check/report.hpp"
 
+#include <filesystem>
+
 namespace velm {
 
 namespace {
 
-/// A path as a relative reference of RFC 3986, which keeps these characters as they are.
-std::string uri_of(const std::string& path)
+/// A file's name as a reference of RFC 3986: relative, or with a scheme when it is a whole path.
+std::string uri_of(const std::string& file)
 {
     constexpr std::string_view kept = "-._~/";
     constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string uri;
-    for (const char character : path) {
+    const std::filesystem::path path(file);
+    const std::string name = path.generic_string();
+    std::string uri = !path.is_absolute() ? "" : name.starts_with('/') ? "file://" : "file:///";
+    for (const char character : name) {
         const auto byte = static_cast<unsigned char>(character);
         const bool plain = (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') ||
                            (byte >= 'a' && byte <= 'z') || kept.find(character) != std::string_view::npos;
@@ -103,7 +107,8 @@ std::string sarif_report(std::span<const FileFindings> files, std::string_view v
     json.begin_array("runs");
     json.begin_object();
     put_tool(json, version);
-    json.put("defaultEncoding", "ISO-8859-1"); // a column is a byte
+    json.put("defaultEncoding", "ISO-8859-1"); // so a column is a byte
+    json.put("columnKind", "unicodeCodePoints");
     json.begin_array("results");
     for (const FileFindings& file : files) {
         for (const Finding& finding : file.findings) {

@@ -112,6 +112,7 @@ Command check_command(CLI::App& tool)
         ->check(CLI::IsMember({"note", "warning", "error", "never"}))
         ->type_name("LEVEL");
     arguments->add_option("--most", values->most, "How many findings of a kind to list for a file; 20 when not given")
+        ->check(CLI::Range(0, 1'000'000'000))
         ->type_name("NUMBER");
     CLI::Option* const json = arguments->add_flag("--json", values->json, "Print the findings as JSON");
     arguments->add_flag("--sarif", values->sarif, "Print the findings as SARIF 2.1.0, for editors and CI")

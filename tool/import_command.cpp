@@ -1,6 +1,7 @@
 #include "input_file/input_file.hpp"
 #include "model_store/model_store.hpp"
 #include "tool/commands.hpp"
+#include "tool/file_kind.hpp"
 #include "tool/model_file.hpp"
 #include "tool/operating_system.hpp"
 #include "tool/progress_bar.hpp"
@@ -35,6 +36,12 @@ void check(const ImportArguments& arguments)
 {
     refuse_stream(arguments.input, "FILE", "an input file is read from a file; give a file name");
     refuse_stream(arguments.model, "MODEL", "SQLite keeps a database in a file, not in a stream; give a file name");
+    if (fs::is_directory(arguments.input)) {
+        throw ToolError(ExitCode::model_unreadable, arguments.input + " is a folder; give an input file");
+    }
+    if (fs::is_regular_file(arguments.input) && kind_of_file(arguments.input) == FileKind::database) {
+        throw ToolError(ExitCode::model_unreadable, arguments.input + " is a database; give an input file");
+    }
     if (!fs::exists(fs::symlink_status(arguments.model))) {
         return;
     }
@@ -131,7 +138,8 @@ void print_summary(const ImportArguments& arguments, const InputFile& file, doub
                  "not in use, the ends of their descriptions, names of files that are not read\n";
     if (file.unused_instances != 0) {
         std::cerr << "velm: " << file.unused_instances
-                  << " of these keep their numbers, without content, for the sake of those after them\n";
+                  << (file.unused_instances == 1 ? " of these keeps its number" : " of these keep their numbers")
+                  << ", without content, for the sake of those after them\n";
     }
 }
 

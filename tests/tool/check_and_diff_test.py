@@ -3,6 +3,7 @@
 import json
 import sqlite3
 import unittest
+import urllib.parse
 
 from tool_case import ToolCase
 
@@ -51,6 +52,7 @@ class Check(Files):
         (["empty.inp"], 1, ["empty.inp:1:1: error V110 file ends early: "], "1 error, 0 warnings, 0 notes\n"),
         ([], 2, [], "FILE is required\nRun with --help for more information.\n"),
         (["-"], 2, [], "velm: FILE cannot be '-': it is read more than once, which a stream cannot be; give a file name\n"),
+        (["river.db", "--most", "-1"], 2, [], "Run with --help for more information.\n"),
         (["river.db", "--json", "--sarif"], 2, [], "Run with --help for more information.\n"),
     ]
 
@@ -79,20 +81,23 @@ class Check(Files):
 
     def test_sarif(self):
         self.copy("late.inp", "two words.inp")
-        log = json.loads(self.velm("check", "two words.inp", "deep.db", "--sarif")[1])
+        whole_path = str(self.directory / "two words.inp")
+        log = json.loads(self.velm("check", "two words.inp", "deep.db", whole_path, "--sarif")[1])
         self.assertEqual((log["version"], len(log["runs"])), ("2.1.0", 1))
         driver, results = log["runs"][0]["tool"]["driver"], log["runs"][0]["results"]
         self.assertEqual(driver["name"], "velm")
-        self.assertEqual([result["ruleId"] for result in results], ["V204", "V101"])
+        self.assertEqual([result["ruleId"] for result in results], ["V204", "V101", "V204"])
         for result in results:
             rule = driver["rules"][result["ruleIndex"]]
             self.assertEqual((rule["id"], rule["defaultConfiguration"]["level"]), (result["ruleId"], result["level"]))
             self.assertIn(result["level"], ["error", "warning", "note"])
             self.assertTrue(result["message"]["text"] and rule["shortDescription"]["text"] and rule["help"]["text"])
         places = [result["locations"][0]["physicalLocation"] for result in results]
-        self.assertEqual(places, [{"artifactLocation": {"uri": "two%20words.inp"},
-                                   "region": {"startLine": 194, "startColumn": 3}},
-                                  {"artifactLocation": {"uri": "deep.db"}}])
+        region = {"startLine": 194, "startColumn": 3}
+        self.assertEqual(places, [{"artifactLocation": {"uri": "two%20words.inp"}, "region": region},
+                                  {"artifactLocation": {"uri": "deep.db"}},
+                                  {"artifactLocation": {"uri": "file://" + urllib.parse.quote(whole_path)},
+                                   "region": region}])
 
     def test_strict_export_leaves_the_file(self):
         before = self.read("river.inp")
