@@ -129,11 +129,16 @@ void save(const ImportArguments& arguments, const InputFile& file)
     }
 }
 
+std::string counted(std::size_t count, const char* what)
+{
+    return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
+}
+
 void print_summary(const ImportArguments& arguments, const InputFile& file, double seconds)
 {
-    std::cerr << "velm: " << arguments.model << ": " << file.model.systems.size() << " systems and "
-              << file.model.segments.size() << " segments from " << file.records << " records, " << file.bytes
-              << " bytes in " << std::fixed << std::setprecision(2) << seconds << " seconds\n"
+    std::cerr << "velm: " << arguments.model << ": " << counted(file.model.systems.size(), "system") << " and "
+              << counted(file.model.segments.size(), "segment") << " from " << file.records << " records, "
+              << file.bytes << " bytes in " << std::fixed << std::setprecision(2) << seconds << " seconds\n"
               << "velm: what an input file leaves out is not in it: time functions, parameters and constants that are "
                  "not in use, the ends of their descriptions, names of files that are not read\n";
     if (file.unused_instances != 0) {
