@@ -17,8 +17,9 @@ class Package(WineCase):
             package.extractall(self.directory / "unpacked")
         folder = self.directory / "unpacked" / NAME
         self.assertLessEqual(
-            {"velm.exe", "velm_export.dll", "prevelmwdll.dll", "INSTALL.txt", "README.md", "CHANGELOG.md", "docs", "examples", "include"},
+            {"velm.exe", "velm_export.dll", "prevelmwdll.dll", "INSTALL.txt", "README.md", "CHANGELOG.md", "docs", "examples", "include", "recorder"},
             set(os.listdir(folder)))
+        self.assertEqual(["prevelmwdll.dll"], os.listdir(folder / "recorder"))
         self.assertIn(f"velm-export {os.environ['PROJECT_VERSION']} for Windows x64\r\n".encode(), (folder / "INSTALL.txt").read_bytes())
         self.assertFalse(list(folder.rglob("*.a")), "static libraries have no place in it")
         for arguments in (["example", "m.db"], ["export", "m.db", "m.inp"]):
