@@ -104,6 +104,24 @@ class Recording(SessionCase):
         error = self.run_velm("replay", "session.jsonl", "out.inp", code=2)
         self.assertIn("velm: session.jsonl, line 3, column 1: the recording breaks off; the plug-in asked ", error)
 
+    def test_killed_at_work_it_loses_at_most_the_exchange_under_way(self):
+        self.assertEqual(0, self.velm("example", "estuary.db")[0])
+        for reached in (1, 1000, 3000):
+            with contextlib.suppress(FileNotFoundError):
+                (self.directory / "session.jsonl").unlink()
+            running = subprocess.Popen([VELM, "export", "estuary.db", "out.inp", "--quiet", "--record", "session.jsonl"],
+                                       cwd=self.directory, env=self.environment())
+            session = b""
+            while running.poll() is None and f'"exchange":{reached},'.encode() not in session:
+                with contextlib.suppress(FileNotFoundError):
+                    session = self.read("session.jsonl")
+            running.kill()
+            running.wait()
+            whole = self.read("session.jsonl").rstrip(b"\0").rpartition(b"\n")[0]
+            numbers = [json.loads(line)["exchange"] for line in whole.splitlines()[1:] if not line.startswith(b'{"end"')]
+            self.assertEqual(list(range(1, len(numbers) + 1)), numbers)
+            self.assertGreaterEqual(len(numbers), reached - 1)
+
     def test_a_failed_export_keeps_its_session(self):
         self.run_velm("export", "model.db", "out.inp", "--plugin", FAILING_PLUG_IN, "--record", "session.jsonl", code=4,
                       FAILURE="no completion")

@@ -1,10 +1,12 @@
 """Sessions under Wine: recorded by velm.exe and by the recorder in the host library's place, replayed on either system,
 turned into models; the same as on this machine."""
 
+import json
 import os
 import shutil
 import sqlite3
 import subprocess
+import time
 import unittest
 
 from wine_case import BUILD, SCHEMA, SOURCE, VELM_LINUX, WINE, WineCase
@@ -96,6 +98,18 @@ class Sessions(WineCase):
             got, _, error = self.velm("replay", "spoiled.jsonl", "out.inp")
             self.assertEqual(got, code, error)
             self.assertIn(said, error)
+
+    def test_a_killed_process_leaves_every_exchange(self):
+        self.assertEqual(self.velm("new", "model.db")[0], 0)
+        process = self.start("export", "model.db", "out.inp", "--plugin", str(BUILD / "waiting_plug_in.dll"),
+                             "--record", "killed.jsonl")
+        while not any(path.stat().st_size > 0 for path in self.directory.glob(".out.inp.velm-*")):
+            self.assertIsNone(process.poll())
+            time.sleep(0.01)
+        process.kill()
+        process.wait()
+        lines = self.read("killed.jsonl").rstrip(b"\0").splitlines()
+        self.assertEqual([next(iter(json.loads(line))) for line in lines], ["velm_session", "exchange"])
 
     def test_the_recorder_without_the_real_library(self):
         self.assertEqual(self.velm("new", "model.db")[0], 0)
