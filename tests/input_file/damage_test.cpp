@@ -89,7 +89,7 @@ TEST(DamageOfRandomModels, of_any_byte_is_refused_or_said)
 {
     const std::vector<unsigned> all_masks = masks();
     std::mt19937 random(7);
-    for (int round = 0; round < 40; ++round) {
+    for (int round = 0; round < 20; ++round) {
         SCOPED_TRACE(round);
         const Model model = random_model(random);
         const std::string sound = exported(model);

@@ -80,7 +80,7 @@ std::vector<Row> read_document()
         if (line.starts_with("##")) {
             section = line.substr(line.find(' ') + 1);
         } else if (line.starts_with("| ")) {
-            Row& row = rows.emplace_back(section);
+            Row& row = rows.emplace_back(Row{section, {}});
             std::istringstream cells(line.substr(1));
             for (std::string cell; std::getline(cells, cell, '|');) {
                 const std::size_t begin = std::min(cell.find_first_not_of(' '), cell.size());

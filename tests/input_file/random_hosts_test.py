@@ -57,7 +57,7 @@ class ModelHost(RandomHost):
         return super().datum(request, cell)
 
     def segments(self):
-        return self.answers["GNUMSEG", 0]
+        return self.answers.get(("GNUMSEG", 0), 0)  # an unruly host may have said it instead
 
     def count(self, key):
         if key in ("GNOBC", "GNOWK") and self.segments() == 0:
