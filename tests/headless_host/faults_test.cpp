@@ -1,6 +1,6 @@
 #include "headless_host/headless_host.hpp"
 #include "tests/headless_host/asking.hpp"
-#include "tests/headless_host/sample_model.hpp"
+#include "tests/support/river.hpp"
 
 #include <gtest/gtest.h>
 
@@ -22,39 +22,43 @@ public:
 
 TEST(Faults, IndicesThatTheModelDoesNotHave)
 {
+    Model model = river();
+    model.systems[1].loads.items.clear();
+    model.systems[1].initial_conditions.clear();
+    model.time_function_types.push_back({70, {}});
     struct {
         std::string key;
         std::vector<std::int32_t> in_arguments;
         std::string fault;
     } const rows[] = {
-        {"GVOLUME", {0}, "GVOLUME(segment 0): the model has 2 segments"},
-        {"GVOLUME", {3}, "GVOLUME(segment 3): the model has 2 segments"},
-        {"GVOLUME", {-2147483647}, "GVOLUME(segment -2147483647): the model has 2 segments"},
-        {"GIQOPT", {3}, "GIQOPT(segment 3): the model has 2 segments"},
+        {"GVOLUME", {0}, "GVOLUME(segment 0): the model has 3 segments"},
+        {"GVOLUME", {4}, "GVOLUME(segment 4): the model has 3 segments"},
+        {"GVOLUME", {-2147483647}, "GVOLUME(segment -2147483647): the model has 3 segments"},
+        {"GIQOPT", {4}, "GIQOPT(segment 4): the model has 3 segments"},
         {"GSYSNAME", {3}, "GSYSNAME(system 3): the model has 2 systems"},
-        {"GNINQ", {3}, "GNINQ(flow field 3): the model has 2 flow fields"},
-        {"GNOQS", {1, 1}, "GNOQS(flow field 1, flow function 1): the flow field has no flow functions"},
-        {"GJQ", {2, 2, 3}, "GJQ(flow field 2, flow function 2, flow path 3): the flow function has 2 flow paths"},
-        {"GNOQFUNC", {2, 2, 4}, "GNOQFUNC(flow field 2, flow function 2, time pair 4): the series has 3 time pairs"},
+        {"GNINQ", {2}, "GNINQ(flow field 2): the model has 1 flow field"},
+        {"GNOQS", {1, 3}, "GNOQS(flow field 1, flow function 3): the flow field has 2 flow functions"},
+        {"GJQ", {1, 1, 3}, "GJQ(flow field 1, flow function 1, flow path 3): the flow function has 2 flow paths"},
+        {"GNOQFUNC", {1, 1, 5}, "GNOQFUNC(flow field 1, flow function 1, time pair 5): the series has 4 time pairs"},
         {"GNTEX", {2}, "GNTEX(exchange field 2): the model has 1 exchange field"},
         {"GNORS", {1, 2}, "GNORS(exchange field 1, exchange function 2): the exchange field has 1 exchange function"},
         {"GXAREA",
          {1, 1, 0},
-         "GXAREA(exchange field 1, exchange function 1, segment pair 0): the exchange function has 2 segment pairs"},
+         "GXAREA(exchange field 1, exchange function 1, segment pair 0): the exchange function has 1 segment pair"},
         {"GIBC", {1, 3}, "GIBC(system 1, boundary 3): the system has 2 boundaries"},
         {"GALLLOADFUNC", {2, 1}, "GALLLOADFUNC(system 2, load 1): the system has no loads"},
-        {"GTFISC", {3}, "GTFISC(type 3): the model has 2 types"},
+        {"GTFISC", {5}, "GTFISC(type 5): the model has 4 types"},
         {"GNUMTIMEFUNC", {3}, "GNUMTIMEFUNC(ISC number 3): the model has no type of that ISC number"},
         {"GTFISUSED", {70, 2}, "GTFISUSED(ISC number 70, time function 2): the type has no instances"},
         {"GNBRKTF", {70, 1}, "GNBRKTF(ISC number 70, time function 1): the type has no instances"},
-        {"GCONSTPARAM", {1, 21, 2}, "GCONSTPARAM(segment 1, ISC number 21, instance 2): the type has 1 instance"},
+        {"GCONSTPARAM", {1, 2, 2}, "GCONSTPARAM(segment 1, ISC number 2, instance 2): the type has 1 instance"},
         {"GCONSTPARAM",
-         {3, 21, 1},
-         "GCONSTPARAM(segment 3, ISC number 21, instance 1): the parameter has values for 2 segments"},
+         {4, 2, 1},
+         "GCONSTPARAM(segment 4, ISC number 2, instance 1): the parameter has values for 3 segments"},
         {"GFDISS", {2, 1}, "GFDISS(system 2, segment 1): the system has initial conditions for no segments"},
     };
     for (const auto& row : rows) {
-        const AttachedHost attached(sample_model());
+        const AttachedHost attached(model);
         const std::string answer = ask(row.key, row.in_arguments);
         EXPECT_EQ(answer.find_first_not_of("? "), std::string::npos) << row.fault << " was answered with " << answer;
         EXPECT_EQ(attached.host.faults(), Faults{row.fault});
@@ -89,7 +93,7 @@ TEST(Faults, RequestsThatBreakTheContract)
         {"PINFOHTML\0"s, {t}, {-1}, "PINFOHTML: length -1 passed for text 1, its length is 0 or more"},
     };
     for (const auto& row : rows) {
-        const AttachedHost attached(sample_model());
+        const AttachedHost attached(river());
         call(row.key, row.values, row.text_lengths);
         EXPECT_EQ(attached.host.faults(), Faults{row.fault});
         EXPECT_EQ(number, 1) << row.fault;
@@ -99,21 +103,21 @@ TEST(Faults, RequestsThatBreakTheContract)
 
 TEST(Faults, DataThatDoNotFitThePlugInsFields)
 {
-    Model model = sample_model();
+    Model model = river();
     model.segments[0].name = std::string(41, 'n');
     model.systems[0].boundaries.items[0].series.times.resize(100'001);
     model.systems[0].loads.items[0].series.values.resize(2); // fewer than times
-    model.flow_fields[1].functions[1].series.values.resize(1);
+    model.flow_fields[0].functions[1].series.values.resize(1);
     const AttachedHost attached(model);
     EXPECT_EQ(ask("GSEGNAME", {1}), "?");
     EXPECT_EQ(ask("GALLBOUNDFUNC", {1, 1}), "? ?");
-    EXPECT_EQ(ask("GALLLOADFUNC", {1, 1}), "[5 6 7] [8 9]");
-    ask("GNOQFUNC", {2, 2, 2});
+    EXPECT_EQ(ask("GALLLOADFUNC", {1, 1}), "[0 1 2 5] [1.5 2]");
+    ask("GNOQFUNC", {1, 2, 2});
     EXPECT_EQ(attached.host.faults(),
               (Faults{"GSEGNAME(segment 1): the model's segment name has 41 characters, the field 40",
                       "GALLBOUNDFUNC(system 1, boundary 1): the series has 100001 time pairs, the plug-in's tables "
                       "hold 100000",
-                      "GNOQFUNC(flow field 2, flow function 2, time pair 2): the series has values for 1 time pair"}));
+                      "GNOQFUNC(flow field 1, flow function 2, time pair 2): the series has values for 1 time pair"}));
 }
 
 TEST(Faults, AreCountedBeyondTheHundredThatAreKept)

@@ -30,34 +30,6 @@ struct Recorder {
     }
 };
 
-TEST(HostLibrary, HandsEveryKeyOnWithItsLengthsAndValues)
-{
-    std::int32_t slots[5] = {1, 2, 3, 4, 5};
-    for (std::size_t position = 0; position < std::size(host_keys); ++position) {
-        const HostKey& key = host_keys[position];
-        std::vector<void*> values;
-        std::vector<std::int32_t> texts;
-        for (std::size_t i = 0; i < key.argument_count; ++i) {
-            values.push_back(&slots[i]);
-            if (key.arguments[i].kind == Kind::text) {
-                texts.push_back(static_cast<std::int32_t>(1000 + i));
-            }
-        }
-        Recorder recorder;
-        call(std::string(key.name) + '\0', values, texts);
-
-        ASSERT_EQ(recorder.requests.size(), 1U);
-        const velm_host_request& request = recorder.requests[0];
-        EXPECT_EQ(request.key_position, static_cast<std::int32_t>(position)) << key.name;
-        EXPECT_EQ(request.key_length, key.length());
-        EXPECT_EQ(request.call_form, static_cast<std::int32_t>(values.size())) << key.name;
-        values.resize(5, nullptr);
-        EXPECT_TRUE(std::ranges::equal(request.values, values)) << key.name;
-        texts.resize(2, 0);
-        EXPECT_TRUE(std::ranges::equal(request.text_lengths, texts)) << key.name;
-    }
-}
-
 TEST(HostLibrary, ReadsNoByteBeyondAKeyAndTakesNoneForAnother)
 {
     const GuardedPage page;

@@ -24,6 +24,7 @@ std::string exported(const Model& model)
     importexport();
     velm_host_attach(nullptr, nullptr);
     EXPECT_TRUE(host.export_completed());
+    EXPECT_EQ(requests_of_an_export(model), host.requests());
     EXPECT_EQ(host.fault_count(), 0U) << host.faults().front();
     std::string bytes = bytes_of(file);
     fs::remove(file);

@@ -1,6 +1,6 @@
 #include "tests/input_file/exported.hpp"
 
-#include "model_store/model_store.hpp"
+#include "tests/support/river.hpp"
 
 #include <gtest/gtest.h>
 
@@ -21,6 +21,16 @@ TEST(ImportAfterExport, gives_the_model_back)
         ASSERT_EQ(bytes, exported(file.model));
         ASSERT_TRUE(file.model == model);
     }
+}
+
+TEST(Export, has_the_requests_that_are_foreseen_for_items_that_no_file_shows)
+{
+    Model model = river();
+    model.time_function_types.push_back({60, {}});
+    model.parameter_types.push_back({60, {}});
+    model.parameter_types[0].instances.emplace_back();
+    model.constant_types.push_back({60, {{}}});
+    EXPECT_EQ(exported(model), exported(read_text(exported(model)).model));
 }
 
 TEST(ExportAfterImport, gives_the_bytes_of_the_golden_files_back)

@@ -1,11 +1,9 @@
-#include "record_output/output_file.hpp"
+#include "tests/support/system_file_case.hpp"
 
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
-#include <filesystem>
 #include <fstream>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
@@ -13,35 +11,6 @@
 
 namespace velm {
 namespace {
-
-class SystemFileTest : public testing::Test {
-protected:
-    void SetUp() override { std::filesystem::create_directory(folder); }
-    void TearDown() override { std::filesystem::remove_all(folder); }
-
-    std::filesystem::path folder = testing::TempDir() + "velm_system_file_" + std::to_string(getpid());
-    std::filesystem::path path = folder / "model.inp";
-
-    [[nodiscard]] std::string content() const
-    {
-        std::ifstream file(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
-};
-
-/// What opening `path`, writing `size` bytes and closing come to: "OPEN: No such file or directory", or "done".
-std::string outcome(const std::filesystem::path& path, std::size_t size = 1)
-{
-    try {
-        SystemFile file;
-        file.open(path.c_str());
-        file.write(std::string(size, 'x').data(), size);
-        file.close();
-    } catch (const ExportFailure& failure) {
-        return std::string(failure.operation()) + ": " + failure.what();
-    }
-    return "done";
-}
 
 TEST_F(SystemFileTest, says_what_failed_and_why)
 {

@@ -142,12 +142,10 @@ void ScriptedHost::serve(const velm_host_request& request)
     std::size_t given = 0;
     texts = 0;
     for (std::size_t i = 0; i < key.argument_count; ++i) {
-        const auto& [kind, direction, length, meaning] = key.arguments[i];
-        if (direction == Direction::out) {
+        const Kind kind = key.arguments[i].kind;
+        if (key.arguments[i].direction == Direction::out) {
             const auto room = static_cast<std::size_t>(kind == Kind::text ? request.text_lengths[texts++] : 0);
             fill(kind, request.values[i], room, answer == nullptr ? unanswered(kind) : answer->at(given++));
-        } else if (spoils_indices && meaning != "ISC number") {
-            *static_cast<std::int32_t*>(request.values[i]) = -77;
         }
     }
 }

@@ -37,7 +37,6 @@ public:
     }
 
     std::function<void(const std::string& request)> on_request; ///< called before the answer; for the panel its text
-    bool spoils_indices = false; ///< writes into the numbers it is to read, which are copies; not into ISC numbers
 
     std::vector<std::string> requests;         ///< in order, without the panel's
     std::vector<std::string> fragments;        ///< of the panel, whole, as many bytes as their lengths say

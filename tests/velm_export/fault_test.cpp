@@ -4,13 +4,12 @@
 #include "Utilities/Export/velm_export/export_to.hpp"
 #include "Utilities/Export/velm_export/sections.hpp"
 #include "Utilities/IMPORT/import_export.hpp"
-#include "host_link/host_exchange.h"
-#include "host_link/host_keys.hpp"
+#include "tests/support/own_call_forms.hpp"
 #include "tests/support/scripted_file.hpp"
 #include "tests/support/scripted_host.hpp"
 
+#include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <gtest/gtest.h>
 #include <new>
 #include <stdexcept>
@@ -36,24 +35,17 @@ private:
     int left_;
 };
 
-void exchange(velm_host_request request)
+/// Hands a request on as a host library does.
+void answer(const velm::OwnRequest& own)
 {
     const Uncounted uncounted;
-    for (std::int32_t i = 0; i < static_cast<std::int32_t>(velm::host_key_count); ++i) {
-        if (velm::host_keys[i].name == request.key) {
-            request.key_position = i;
-        }
-    }
-    const velm::HostKey& key = velm::host_keys[request.key_position];
-    request.key_length = key.length();
-    std::size_t texts = 0;
-    for (const velm::Argument& argument : key.arguments) {
-        if (argument.kind == velm::Kind::text) {
-            request.text_lengths[texts++] = argument.text_length;
-        }
-    }
-    if (key.name == "PINFOHTML") {
-        request.text_lengths[0] = static_cast<std::int32_t>(std::strlen(static_cast<char*>(request.values[0])));
+    velm_host_request request{own.key.name.data(), own.key.length(), 0, 0, {}, {}};
+    request.key_position = static_cast<std::int32_t>(&own.key - velm::host_keys);
+    request.call_form = static_cast<std::int32_t>(own.key.argument_count);
+    std::ranges::copy(own.values, request.values);
+    std::ranges::copy(own.text_lengths, request.text_lengths);
+    if (own.key.name == "PINFOHTML") {
+        --request.text_lengths[0]; // fragments are compared without their NUL
     }
     host->serve(request);
     if (requests_until_the_host_throws != 0 && --requests_until_the_host_throws == 0) {
@@ -83,29 +75,6 @@ void exchange(velm_host_request request)
     std::free(storage);
 }
 
-// NOLINTBEGIN(cert-dcl50-cpp): the host's contract
-void host_exchange_1(const char* key, void* a, ...)
-{
-    exchange({key, 0, 0, 1, {a}, {}});
-}
-void host_exchange_2(const char* key, void* a, void* b, ...)
-{
-    exchange({key, 0, 0, 2, {a, b}, {}});
-}
-void host_exchange_3(const char* key, void* a, void* b, void* c, ...)
-{
-    exchange({key, 0, 0, 3, {a, b, c}, {}});
-}
-void host_exchange_4(const char* key, void* a, void* b, void* c, void* d, ...)
-{
-    exchange({key, 0, 0, 4, {a, b, c, d}, {}});
-}
-void host_exchange_5(const char* key, void* a, void* b, void* c, void* d, void* e, ...)
-{
-    exchange({key, 0, 0, 5, {a, b, c, d, e}, {}});
-}
-// NOLINTEND(cert-dcl50-cpp)
-
 namespace velm {
 namespace {
 
@@ -134,6 +103,7 @@ Outcome outcome(const std::string& script, int failing_operation = 0, int failin
     file.operations.reserve(64); // the file asks for no storage of its own while the export runs
     file.content.reserve(5'000'000);
     host = &scripted;
+    own_host = answer;
     testing::internal::CaptureStderr();
     requests_until_the_host_throws = failing_request;
     allocations_until_failure = failing_allocation;
@@ -220,6 +190,7 @@ TEST(HostThatExportsWhileItIsAsked, is_refused_and_the_first_export_goes_on)
     ScriptedHost scripted(small_model, "model.inp");
     ScriptedFile file;
     host = &scripted;
+    own_host = answer;
     bool nested = false;
     scripted.on_request = [&](const std::string& request) {
         if (request.starts_with("GNUMSEG") && !std::exchange(nested, true)) {

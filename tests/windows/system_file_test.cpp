@@ -1,9 +1,5 @@
-#include "record_output/output_file.hpp"
+#include "tests/support/system_file_case.hpp"
 
-#include <filesystem>
-#include <fstream>
-#include <gtest/gtest.h>
-#include <string>
 #include <vector>
 
 #define WIN32_LEAN_AND_MEAN
@@ -11,35 +7,6 @@
 
 namespace velm {
 namespace {
-
-class SystemFileTest : public testing::Test {
-protected:
-    void SetUp() override { std::filesystem::create_directory(folder); }
-    void TearDown() override { std::filesystem::remove_all(folder); }
-
-    std::filesystem::path folder = testing::TempDir() + "velm_system_file_" + std::to_string(GetCurrentProcessId());
-    std::filesystem::path path = folder / "model.inp";
-
-    [[nodiscard]] std::string content() const
-    {
-        std::ifstream file(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
-};
-
-/// What opening `path`, writing `size` bytes and closing come to: "OPEN: Path not found.", or "done".
-std::string outcome(const std::string& path, std::size_t size = 1)
-{
-    try {
-        SystemFile file;
-        file.open(path.c_str());
-        file.write(std::string(size, 'x').data(), size);
-        file.close();
-    } catch (const ExportFailure& failure) {
-        return std::string(failure.operation()) + ": " + failure.what();
-    }
-    return "done";
-}
 
 /// The system's own words, in this process's language; they end in neither a blank nor a line end.
 std::string words_for(DWORD error)

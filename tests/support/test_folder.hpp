@@ -1,0 +1,36 @@
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace velm {
+
+/// A folder of this process alone, empty and gone with the object.
+struct TestFolder {
+    TestFolder() { std::filesystem::create_directory(path); }
+    ~TestFolder()
+    {
+        std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+        std::filesystem::remove_all(path);
+    }
+    TestFolder(const TestFolder&) = delete;
+    TestFolder& operator=(const TestFolder&) = delete;
+    TestFolder(TestFolder&&) = delete;
+    TestFolder& operator=(TestFolder&&) = delete;
+
+    std::filesystem::path path = testing::TempDir() + "velm_test_" + std::to_string(getpid());
+};
+
+/// The bytes of a file; "" when there is none.
+inline std::string content_of(const std::filesystem::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+} // namespace velm
