@@ -75,7 +75,7 @@ void LineWriter::put_real_without_check(float value)
     *end++ = ' ';
     for (unsigned shift = 32; shift != 0;) {
         shift -= 8;
-        end = std::copy_n(&hexadecimal_bytes[2 * (bits >> shift & 0xFFU)], 2, end);
+        end = std::copy_n(&hexadecimal_bytes[std::size_t{2} * (bits >> shift & 0xFFU)], 2, end);
     }
     *end++ = '"';
     size_ += static_cast<std::size_t>(end - begin);

@@ -22,6 +22,7 @@ Command export_command(CLI::App& tool);
 Command check_command(CLI::App& tool);
 Command diff_command(CLI::App& tool);
 Command import_command(CLI::App& tool);
+Command record_command(CLI::App& tool);
 Command replay_command(CLI::App& tool);
 Command session_to_model_command(CLI::App& tool);
 Command new_command(CLI::App& tool);

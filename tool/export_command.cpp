@@ -35,13 +35,6 @@ struct ExportArguments {
     bool quiet = false;
 };
 
-void refuse_existing_session(const std::string& session)
-{
-    if (fs::exists(fs::symlink_status(session))) {
-        throw ToolError(ExitCode::usage, session + " exists and is left as it is; give a name that is not taken");
-    }
-}
-
 void check(const ExportArguments& arguments)
 {
     refuse_stream(arguments.output, "OUTPUT",

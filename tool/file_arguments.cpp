@@ -27,4 +27,11 @@ void refuse_long_path(const std::string& output)
     }
 }
 
+void refuse_existing_session(const std::string& session)
+{
+    if (std::filesystem::exists(std::filesystem::symlink_status(session))) {
+        throw ToolError(ExitCode::usage, session + " exists and is left as it is; give a name that is not taken");
+    }
+}
+
 } // namespace velm

@@ -47,16 +47,10 @@ ExitCode run(int argument_count, char** arguments)
     tool.allow_windows_style_options(false); // a path may begin with a slash
     tool.require_subcommand(1);
     tool.footer(help_footer);
-    const Command commands[] = {export_command(tool),
-                                check_command(tool),
-                                diff_command(tool),
-                                import_command(tool),
-                                info_command(tool),
-                                replay_command(tool),
-                                session_to_model_command(tool),
-                                new_command(tool),
-                                example_command(tool),
-                                schema_command(tool)};
+    const Command commands[] = {
+        export_command(tool), check_command(tool),   diff_command(tool),   import_command(tool),
+        info_command(tool),   record_command(tool),  replay_command(tool), session_to_model_command(tool),
+        new_command(tool),    example_command(tool), schema_command(tool)};
     refuse_unknown_command(tool, argument_count, arguments);
     try {
         tool.parse(argument_count, arguments);

@@ -14,6 +14,7 @@ from tool_case import ToolCase  # noqa: E402 found by the line above
 
 HOST_LIBRARY = pathlib.Path(os.environ["HOST_LIBRARY"])
 PLUG_IN = pathlib.Path(os.environ["PLUG_IN"])
+MODEL_HOST = pathlib.Path(os.environ["MODEL_HOST"])
 RECORDER = pathlib.Path(os.environ["RECORDER"])
 GOLDEN_MODELS = sorted((TESTS / "golden").glob("*.sql"))
 

@@ -9,7 +9,7 @@ import sys
 import time
 import unittest
 
-from session_case import GOLDEN_MODELS, PLUG_IN, SessionCase
+from session_case import GOLDEN_MODELS, HOST_LIBRARY, MODEL_HOST, PLUG_IN, SessionCase
 from random_databases import RandomDatabase
 from tool_case import FAILING_PLUG_IN, VELM
 
@@ -153,6 +153,36 @@ class Recording(SessionCase):
             self.assertIn(said, self.run_velm("export", "model.db", "out.inp", "--record", name, code=2))
         self.assertEqual(b"kept", self.read("session.jsonl"))
         self.assertEqual(["model.db", "session.jsonl"], self.files())
+
+
+class AnotherHost(SessionCase):
+    def setUp(self):
+        super().setUp()
+        self.make_model()
+
+    def record(self, *more, code=0, model="model.db"):
+        return self.run_velm("record", MODEL_HOST, "session.jsonl", *more, code=code, HOST_MODEL=model,
+                             HOST_OUTPUT="host.inp")
+
+    def test_its_model_is_taken_out(self):
+        self.run_velm("export", "model.db", "out.inp", "--record", "own.jsonl")
+        self.assertRegex(self.record(), r"^velm: session.jsonl: \d+ requests\n$")
+        self.assertEqual(self.read("out.inp"), self.read("host.inp"))
+        self.assertEqual(self.lines("own.jsonl")[2:], self.lines("session.jsonl")[2:])
+        self.run_velm("session-to-model", "session.jsonl", "taken.db")
+        self.run_velm("export", "taken.db", "taken.inp")
+        self.assertEqual(self.read("out.inp"), self.read("taken.inp"))
+
+    def test_what_cannot_be_recorded(self):
+        self.assertIn("model.db cannot be used as host library: ", self.run_velm("record", "model.db", "s.jsonl", code=2))
+        self.assertEqual(["model.db"], self.files())
+        self.assertIn(" is no host of its own", self.run_velm("record", HOST_LIBRARY, "own.jsonl", code=4))
+        self.record("--quiet")
+        self.assertIn("session.jsonl exists and is left as it is", self.record(code=2))
+        (self.directory / "session.jsonl").unlink()
+        (self.directory / "host.inp").unlink()
+        (self.directory / "host.inp").mkdir()
+        self.assertIn("the plug-in did not announce completion; what it asked is in session.jsonl", self.record(code=4))
 
 
 class Replaying(SessionCase):
