@@ -36,7 +36,10 @@ public:
             return;
         }
         self.is_answering_ = true;
-        self.recorder_.record(*request, [&] { forward(self.host_, *request); });
+        try {
+            self.recorder_.record(*request, [&] { forward(self.host_, *request); });
+        } catch (...) { // NOLINT(bugprone-empty-catch): a host that throws has not answered
+        }
         self.is_answering_ = false;
         ++self.requests_;
         if (request->key_position == "PINFOHTML"_key && request->call_form == 1) {
