@@ -28,7 +28,7 @@ class RecordedLibrary {
 public:
     RecordedLibrary(const HostLibrary& host, SessionRecorder& recorder) : host_(host), recorder_(recorder) {}
 
-    static void answer(void* library, const velm_host_request* request) noexcept
+    static void answer(void* library, const velm_host_request* request)
     {
         auto& self = *static_cast<RecordedLibrary*>(library);
         if (self.is_answering_) {
