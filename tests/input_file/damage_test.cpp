@@ -72,7 +72,7 @@ class Damage : public testing::TestWithParam<std::filesystem::path> {};
 
 TEST_P(Damage, of_any_byte_is_refused_or_said)
 {
-    const std::string sound = bytes_of(GetParam());
+    const std::string sound = content_of(GetParam());
     const Model model = read_text(sound).model;
     const std::vector<unsigned> all_masks = masks();
     for (std::size_t at = 0; at < sound.size(); ++at) {
@@ -91,8 +91,8 @@ TEST(DamageOfRandomModels, of_any_byte_is_refused_or_said)
     std::mt19937 random(7);
     for (int round = 0; round < 20; ++round) {
         SCOPED_TRACE(round);
-        const Model model = random_model(random);
-        const std::string sound = exported(model);
+        const std::string sound = random_file(random);
+        const Model model = read_text(sound).model;
         for (const unsigned mask : all_masks) {
             for (std::size_t at = random() % 50; at < sound.size(); at += 50) {
                 expect_refused_or_said(sound, model, at, mask);
@@ -106,7 +106,7 @@ TEST(DamageOfRandomModels, of_any_byte_is_refused_or_said)
 
 TEST_P(Damage, by_a_cut_at_any_byte_is_refused)
 {
-    const std::string sound = bytes_of(GetParam());
+    const std::string sound = content_of(GetParam());
     for (std::size_t size = 0; size < sound.size(); ++size) {
         const InputFile file = read_text(sound.substr(0, size));
         const auto costs_values = [](const InputProblem& problem) { return !is_about_form(problem.kind); };
@@ -116,7 +116,7 @@ TEST_P(Damage, by_a_cut_at_any_byte_is_refused)
 
 TEST_P(Damage, by_a_line_that_is_lost_doubled_or_out_of_place_is_refused_or_said)
 {
-    const std::string sound = bytes_of(GetParam());
+    const std::string sound = content_of(GetParam());
     const Model model = read_text(sound).model;
     for (std::size_t begin = 0; begin < sound.size();) {
         const std::size_t end = sound.find('\n', begin) + 1;

@@ -9,7 +9,7 @@ namespace {
 
 std::string everything()
 {
-    return bytes_of(std::filesystem::path(VELM_GOLDEN_FILES) / "everything.inp");
+    return content_of(std::filesystem::path(VELM_GOLDEN_FILES) / "everything.inp");
 }
 
 /// The golden file with the first `found` replaced; both may be lines' parts or several lines, with \n for their ends.

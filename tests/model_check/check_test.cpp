@@ -4,38 +4,12 @@
 #include "model_store/model_store.hpp"
 #include "tests/input_file/exported.hpp"
 #include "tests/support/river.hpp"
-
-#include <fstream>
-
-#include <gtest/gtest.h>
-#include <unistd.h>
+#include "tests/support/test_folder.hpp"
 
 namespace velm {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// A file that goes with the object.
-class TestFile {
-public:
-    explicit TestFile(const std::string& name)
-        : path(fs::path(testing::TempDir()) / ("velm-" + std::to_string(getpid()) + name))
-    {
-        fs::remove(path);
-    }
-    ~TestFile() { fs::remove(path); }
-    TestFile(const TestFile&) = delete;
-    TestFile& operator=(const TestFile&) = delete;
-    TestFile(TestFile&&) = delete;
-    TestFile& operator=(TestFile&&) = delete;
-
-    const TestFile& write(const std::string& bytes) const
-    {
-        std::ofstream(path, std::ios::binary) << bytes;
-        return *this;
-    }
-    fs::path path;
-};
 
 /// The report without what is the same in each: "F" stands for the file, and remedies are left out.
 std::string short_report(FileFindings findings)
@@ -53,17 +27,19 @@ std::string short_report(FileFindings findings)
 
 FileFindings check_bytes(const std::string& bytes)
 {
-    const TestFile file(".inp");
-    return check_input_file(file.write(bytes).path);
+    const TestFolder folder;
+    write_file(folder / "a.inp", bytes);
+    return check_input_file(folder / "a.inp");
 }
 
-FileFindings check_as_database(const Model& model, const CheckOptions& options = {})
+FileFindings check_as_database(const Model& model)
 {
-    const TestFile database(".db");
-    const TestFile input(".inp");
-    save_model(model, database.path);
-    return check_database(
-        database.path, [&](const Model& loaded) { return input.write(exported(loaded)).path; }, options);
+    const TestFolder folder;
+    save_model(model, folder / "a.db");
+    return check_database(folder / "a.db", [&](const Model& loaded) {
+        write_file(folder / "a.inp", exported(loaded));
+        return folder / "a.inp";
+    });
 }
 
 std::string replaced(std::string text, const std::string& from, const std::string& to)
@@ -201,11 +177,11 @@ TEST(CheckDatabase, WhatItsExportLoses)
 
 TEST(CheckDatabase, RowsThatAreNoModel)
 {
-    const TestFile database(".db");
-    create_database(std::string(model_schema()) + "INSERT INTO segment (number, volume) VALUES (2, 9e99);",
-                    database.path);
+    const TestFolder folder;
+    const fs::path database = folder / "a.db";
+    create_database(std::string(model_schema()) + "INSERT INTO segment (number, volume) VALUES (2, 9e99);", database);
     const auto none = [](const Model&) -> fs::path { throw std::logic_error("nothing to export"); };
-    EXPECT_EQ(short_report(check_database(database.path, none)),
+    EXPECT_EQ(short_report(check_database(database, none)),
               "F: error V401 database row: table model: there is no row, run INSERT INTO model DEFAULT VALUES and set "
               "what the run needs\n"
               "F: error V401 database row: table segment, segment 2, column number: '2' is there, but 1 is missing, "
@@ -218,24 +194,35 @@ TEST(CheckDatabase, RowsThatAreNoModel)
 TEST(Losses, TheEndOfAnExportCountsWhatACheckLists)
 {
     std::mt19937 random(20);
+    std::uint64_t overflows = 0;
+    std::uint64_t lossy = 0;
     for (int round = 0; round < 50; ++round) {
-        const Model model = random_model(random);
+        Model model = read_text(random_file(random)).model;
+        for (Segment& segment : model.segments) {
+            segment.volume = random() % 2 == 0 ? 1e10F : segment.volume;
+            segment.slope = 1e-7F * static_cast<float>(random() % 100'000);
+        }
         const std::string bytes = exported(model);
-        const TestFile input(".inp");
-        input.write(bytes);
+        const TestFolder folder;
+        const fs::path input = folder / "a.inp";
+        write_file(input, bytes);
         std::uint64_t lines = 0;
         for (std::size_t at = 0, end = 0; (end = bytes.find('\n', at)) != std::string::npos; at = end + 1) {
             lines += bytes.substr(at, end - at).find('*') != std::string::npos ? 1 : 0;
         }
         const FileFindings found = check_as_database(model);
         const auto of = [&](FindingKind kind) { return found.found.at(static_cast<std::size_t>(kind)); };
-        EXPECT_EQ(count_overflows(model, input.path, lines), of(FindingKind::field_overflow)) << round;
-        const LossSample sample = sample_losses(model, input.path);
+        EXPECT_EQ(count_overflows(model, input, lines), of(FindingKind::field_overflow)) << round;
+        const LossSample sample = sample_losses(model, input);
         EXPECT_TRUE(sample.whole);
         EXPECT_EQ(sample.lossy,
                   of(FindingKind::digits_lost) + of(FindingKind::value_changed) + of(FindingKind::value_vanishes))
             << round;
+        overflows += of(FindingKind::field_overflow);
+        lossy += sample.lossy;
     }
+    EXPECT_GT(overflows, 10U);
+    EXPECT_GT(lossy, 10U);
 }
 
 } // namespace

@@ -40,7 +40,7 @@ std::string as_shown(const FieldText& field, const DatumValue& value)
 
 TEST(DatumValue, IsWhatTheFieldShows)
 {
-    const std::string bytes = bytes_of(std::filesystem::path(VELM_GOLDEN_FILES) / "everything.inp");
+    const std::string bytes = content_of(std::filesystem::path(VELM_GOLDEN_FILES) / "everything.inp");
     const Model model = read_text(bytes).model;
     std::set<std::string_view> tables;
     ReadOptions options;

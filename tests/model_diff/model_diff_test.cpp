@@ -212,7 +212,7 @@ bool change(Model& model, const Datum& datum)
 
 TEST(ModelDiff, SeesAChangeOfAnyValueAndPutsItIntoItsSection)
 {
-    const std::string bytes = bytes_of(std::filesystem::path(VELM_GOLDEN_FILES) / "everything.inp");
+    const std::string bytes = content_of(std::filesystem::path(VELM_GOLDEN_FILES) / "everything.inp");
     const Model model = read_text(bytes).model;
     std::size_t changed = 0;
     ReadOptions options;
@@ -236,7 +236,7 @@ TEST(ModelDiff, OfRandomModelsWithThemselvesIsEmptyAlsoAfterExportAndImport)
 {
     std::mt19937 random(6);
     for (int round = 0; round < 200; ++round) {
-        const Model model = random_model(random);
+        const Model model = read_text(random_file(random)).model;
         EXPECT_EQ(difference_lines(differences(model, read_text(exported(model)).model), true), "") << round;
     }
 }

@@ -10,7 +10,7 @@
 
 namespace velm {
 
-/// A folder of this process alone, empty and gone with the object.
+/// A folder of this object alone, empty and gone with it.
 struct TestFolder {
     TestFolder() { std::filesystem::create_directory(path); }
     ~TestFolder()
@@ -23,7 +23,11 @@ struct TestFolder {
     TestFolder(TestFolder&&) = delete;
     TestFolder& operator=(TestFolder&&) = delete;
 
-    std::filesystem::path path = testing::TempDir() + "velm_test_" + std::to_string(getpid());
+    [[nodiscard]] std::filesystem::path operator/(const std::string& name) const { return path / name; }
+
+    static inline int number = 0;
+    std::filesystem::path path =
+        testing::TempDir() + "velm_test_" + std::to_string(getpid()) + '_' + std::to_string(++number);
 };
 
 /// The bytes of a file; "" when there is none.
@@ -31,6 +35,11 @@ inline std::string content_of(const std::filesystem::path& path)
 {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
+}
+
+inline void write_file(const std::filesystem::path& path, const std::string& bytes)
+{
+    std::ofstream(path, std::ios::binary) << bytes;
 }
 
 } // namespace velm
