@@ -38,7 +38,7 @@ std::string tables_of_the_schema()
 
 TEST(Document, lists_the_tables_as_the_schema_has_them)
 {
-    const std::string document = bytes_of(VELM_DATABASE_DOCUMENT);
+    const std::string document = content_of(VELM_DATABASE_DOCUMENT);
     const std::string tables = tables_of_the_schema();
     EXPECT_NE(document.find(tables), std::string::npos) << "put these into the document:\n" << tables;
 }

@@ -10,11 +10,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void write(const fs::path& file, const std::string& bytes)
-{
-    std::ofstream(file, std::ios::binary) << bytes;
-}
-
 } // namespace
 
 using Files = StoreTest;
@@ -38,9 +33,9 @@ TEST_F(Files, that_are_no_model_databases_are_refused)
     const std::vector<Case> cases = {
         {"nothing", [](const fs::path&) {}, "does not exist" + path},
         {"folder", [](const fs::path& file) { fs::create_directory(file); }, "is not a file" + path},
-        {"text", [](const fs::path& file) { write(file, std::string(5000, 'x')); },
+        {"text", [](const fs::path& file) { write_file(file, std::string(5000, 'x')); },
          "cannot be read: file is not a database" + path},
-        {"empty", [](const fs::path& file) { write(file, ""); },
+        {"empty", [](const fs::path& file) { write_file(file, ""); },
          "is not a model database: its application_id is 0, not 1447382093" + create},
         {":memory:", spoilt("PRAGMA application_id = 7"),
          "is not a model database: its application_id is 7, not 1447382093" + create},
@@ -49,7 +44,8 @@ TEST_F(Files, that_are_no_model_databases_are_refused)
         {"unversioned", spoilt("PRAGMA user_version = 0"),
          "has tables of version 0, which does not exist; set PRAGMA user_version to 1 when its tables are those that "
          "this program prints"},
-        {"cut", [this](const fs::path& file) { write(file, bytes_of(this->file("good.db")).substr(0, 131'075)); },
+        {"cut",
+         [this](const fs::path& file) { write_file(file, content_of(this->file("good.db")).substr(0, 131'075)); },
          "is cut short: it has 131075 of 135168 bytes; copy it again"},
         {"wal", spoilt("PRAGMA journal_mode = WAL"),
          "is in WAL mode, which cannot be read without writing beside the file; close the programs that use it, then "
@@ -95,26 +91,26 @@ TEST_F(Files, interrupted_while_being_changed_are_left_for_their_program_to_mend
     fs::copy_file(database, file("cut.db"));
     fs::copy_file(file("good.db-journal"), file("cut.db-journal"));
     sqlite3_close(writer);
-    const std::string before = bytes_of(file("cut.db"));
+    const std::string before = content_of(file("cut.db"));
     EXPECT_EQ(load_error(file("cut.db")),
               quoted(file("cut.db")) +
                   " cannot be read: attempt to write a readonly database; open it once with the program that was "
                   "interrupted while changing it");
-    EXPECT_EQ(bytes_of(file("cut.db")), before);
+    EXPECT_EQ(content_of(file("cut.db")), before);
     EXPECT_TRUE(fs::exists(file("cut.db-journal")));
 }
 
 TEST_F(Files, are_read_without_a_trace)
 {
     const auto database = good_database();
-    const std::string before = bytes_of(database);
+    const std::string before = content_of(database);
     const auto written = fs::last_write_time(database);
     fs::permissions(database, fs::perms::owner_read);
     fs::permissions(database.parent_path(), fs::perms::owner_read | fs::perms::owner_exec);
     LoadOptions options;
     options.quick_check = true;
     EXPECT_TRUE(load_model(database, options) == full_model());
-    EXPECT_EQ(bytes_of(database), before);
+    EXPECT_EQ(content_of(database), before);
     EXPECT_EQ(fs::last_write_time(database), written);
     EXPECT_EQ(names_in_folder(), std::vector<std::string>{"good.db"});
 }
@@ -138,7 +134,7 @@ TEST_F(Files, fail_a_quick_check_for_what_a_load_does_not_look_at)
 TEST_F(Files, damaged_anywhere_do_no_harm)
 {
     const auto database = good_database();
-    const std::string good = bytes_of(database);
+    const std::string good = content_of(database);
     const auto set_byte = [&](std::size_t offset, int byte) {
         std::fstream stream(database, std::ios::binary | std::ios::in | std::ios::out);
         stream.seekp(static_cast<std::streamoff>(offset)).put(static_cast<char>(byte));

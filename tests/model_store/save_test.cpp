@@ -81,9 +81,10 @@ TEST_F(Save, leaves_the_place_of_a_missing_value_empty_until_it_is_filled)
         "table boundary_value, system 1, boundary 1, pair 2, column time: 'NULL' is not a number; store a number\n"
         "table parameter_value, parameter type 1, parameter 2, segment 3, column value: 'NULL' is not a number; "
         "store a number");
-    spoil(file("gaps.db"), "UPDATE model SET restart = 34; UPDATE boundary SET segment = 2 WHERE segment IS NULL;"
-                           "UPDATE boundary_value SET time = 0.5 WHERE time IS NULL;"
-                           "UPDATE parameter_value SET value = 0 WHERE value IS NULL;");
+    spoil(file("gaps.db"), "UPDATE model SET restart = " + std::to_string(full_model().restart) +
+                               "; UPDATE boundary SET segment = 2 WHERE segment IS NULL;"
+                               "UPDATE boundary_value SET time = 0.5 WHERE time IS NULL;"
+                               "UPDATE parameter_value SET value = 0 WHERE value IS NULL;");
     EXPECT_TRUE(load_model(file("gaps.db")) == full_model());
 }
 
@@ -103,7 +104,7 @@ TEST_F(Save, refuses_all_else_that_is_wrong_beside_a_missing_value)
 TEST_F(Save, never_replaces_a_file)
 {
     const auto database = good_database();
-    const std::string before = bytes_of(database);
+    const std::string before = content_of(database);
     std::filesystem::create_symlink("nowhere", file("link"));
     for (const std::string name : {"good.db", "link", "."}) {
         const std::string error = quoted(file(name)) + " exists already; give another name, or remove the file first";
@@ -117,7 +118,7 @@ TEST_F(Save, never_replaces_a_file)
               }),
               quoted(file("late.db")) + " exists already; give another name, or remove the file first");
     EXPECT_EQ(query(file("late.db"), "SELECT name FROM sqlite_schema"), std::vector<std::string>{"mine"});
-    EXPECT_EQ(bytes_of(database), before);
+    EXPECT_EQ(content_of(database), before);
     EXPECT_EQ(names_in_folder(), (std::vector<std::string>{"good.db", "late.db", "link"}));
 }
 

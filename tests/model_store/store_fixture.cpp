@@ -1,8 +1,10 @@
 #include "tests/model_store/store_fixture.hpp"
 
+#include "model/item_columns.hpp"
+
 #include <algorithm>
-#include <fstream>
-#include <iterator>
+#include <type_traits>
+#include <utility>
 
 #include <sqlite3.h>
 
@@ -27,6 +29,21 @@ std::vector<std::string> run(const fs::path& database, const std::string& sql)
     return values;
 }
 
+/// Gives every number of the item a value of its own.
+template <class Item>
+void number_columns(Item& item)
+{
+    float value = 10;
+    visit_columns(
+        [&](std::string_view, const auto& column) {
+            using Value = std::remove_cvref_t<decltype(column)>;
+            if constexpr (std::is_arithmetic_v<Value>) {
+                const_cast<Value&>(column) = static_cast<Value>(value += 1.1F); // NOLINT: of an item of ours
+            }
+        },
+        std::as_const(item));
+}
+
 void add_systems(Model& model)
 {
     model.systems.resize(2);
@@ -46,19 +63,9 @@ void add_systems(Model& model)
 void add_segments(Model& model)
 {
     model.segments.resize(3);
-    Segment& segment = model.segments[1];
-    segment.name = "Weir";
-    segment.bottom_segment = 3;
-    segment.type = 4;
-    segment.flow_option = 2;
-    float value = 10;
-    for (float Segment::*field :
-         {&Segment::volume, &Segment::velocity_multiplier, &Segment::velocity_exponent, &Segment::depth_multiplier,
-          &Segment::depth_exponent, &Segment::slope, &Segment::length, &Segment::width, &Segment::roughness,
-          &Segment::minimum_depth, &Segment::initial_surface_elevation, &Segment::bottom_elevation,
-          &Segment::side_slope, &Segment::initial_depth, &Segment::weir_height, &Segment::weir_type}) {
-        segment.*field = value += 1.1F;
-    }
+    number_columns(model.segments[1]);
+    model.segments[1].name = "Weir";
+    model.segments[1].bottom_segment = 3;
 }
 
 void add_functions(Model& model)
@@ -76,28 +83,10 @@ void add_functions(Model& model)
 Model full_model()
 {
     Model model;
-    model.model_type = 2;
-    model.start_date = {2024, 3, 1};
-    model.start_time = {7, 30, 15};
-    model.skip_date = {2025, 4, 2};
-    model.skip_time = {8, 31, 16};
-    model.julian_end_time = 365.5F;
-    model.mass_balance_table_output = 31;
+    number_columns(model);
     model.solution_technique = -2147483647 - 1;
     model.negative_solution = 2147483647;
-    model.restart = 34;
-    model.time_optimization = 35;
-    model.water_quality_linkage = 36;
-    model.topt_factor = 0.9F;
-    model.maximum_time_step = 0.5F;
-    model.minimum_time_step = 0.001F;
-    model.print_interval = 0.25F;
-    model.bed_volume_option = 37;
-    model.bed_compaction_time_step = 38;
-    model.volume_scale_factor = 39;
-    model.volume_conversion_factor = 40;
     model.hydrodynamic_file = std::string(512, '\xFF'); // 1024 bytes in the database
-    model.nps_option = 3;
     model.nps_file = "runoff.nps";
     add_systems(model);
     add_segments(model);
@@ -105,24 +94,10 @@ Model full_model()
     return model;
 }
 
-StoreTest::StoreTest()
-{
-    const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
-    folder_ = fs::path(testing::TempDir()) / (std::string("velm-") + test->test_suite_name() + "-" + test->name());
-    fs::remove_all(folder_);
-    fs::create_directories(folder_);
-}
-
-StoreTest::~StoreTest()
-{
-    fs::permissions(folder_, fs::perms::owner_all);
-    fs::remove_all(folder_);
-}
-
 std::vector<std::string> StoreTest::names_in_folder() const
 {
     std::vector<std::string> names;
-    for (const fs::directory_entry& entry : fs::directory_iterator(folder_)) {
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder_.path)) {
         names.push_back(entry.path().filename().string());
     }
     std::sort(names.begin(), names.end());
@@ -163,12 +138,6 @@ std::string load_error(const fs::path& database, const LoadOptions& options)
 std::string quoted(const fs::path& file)
 {
     return std::string("'").append(file.string()).append("'");
-}
-
-std::string bytes_of(const fs::path& file)
-{
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 } // namespace velm

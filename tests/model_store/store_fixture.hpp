@@ -1,13 +1,12 @@
 #pragma once
 
 #include "model_store/model_store.hpp"
+#include "tests/support/test_folder.hpp"
 
 #include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 namespace velm {
 
@@ -17,16 +16,13 @@ Model full_model();
 /// A folder of its own for each test, removed with its files.
 class StoreTest : public testing::Test {
 protected:
-    StoreTest();
-    ~StoreTest() override;
-
-    [[nodiscard]] std::filesystem::path file(const std::string& name) const { return folder_ / name; }
+    [[nodiscard]] std::filesystem::path file(const std::string& name) const { return folder_.path / name; }
     [[nodiscard]] std::vector<std::string> names_in_folder() const;
     /// The full model, saved.
     [[nodiscard]] std::filesystem::path good_database() const;
 
 private:
-    std::filesystem::path folder_;
+    TestFolder folder_;
 };
 
 /// Runs SQL that may break every promise of the schema.
@@ -40,7 +36,5 @@ std::string load_error(const std::filesystem::path& database, const LoadOptions&
 
 /// The path as errors show it.
 std::string quoted(const std::filesystem::path& file);
-
-std::string bytes_of(const std::filesystem::path& file);
 
 } // namespace velm
