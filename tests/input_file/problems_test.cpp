@@ -36,27 +36,13 @@ TEST(Problems, name_the_place_the_field_its_text_and_what_belongs_there)
 {
     const Change changes[] = {
         // a field
-        {"     365.5", "     36x.5",
-         "file:5:1: system information, julian end time: '     36x.5' is not a number; expected a number\n"},
-        {"     365.5", "**********",
-         "file:5:1: system information, julian end time: '**********' holds no value: it was too wide for its "
-         "field; expected a number\n"},
-        {"     365.5", "       INF",
-         "file:5:1: system information, julian end time: '       INF' is no number that a model can hold; "
-         "expected a finite number\n"},
         {"     365.5", "365.5     ",
          "file:5:1: system information, julian end time: '365.5     ' is a number written in another way; "
          "expected '     365.5'\n"},
-        {"  8.25000  1.00000", "  8.2500001  1.00000",
-         "file:187:6: initial conditions, concentration: '8.2500001' is a number written in another way; expected "
-         "'8.25000'\n"},
         {"  1  8.25000  1.00000", " 1 8.25000  1.00000",
          "file:187:1: initial conditions, initial condition: ' 1 8.25000  1.00000' is spaced in another way; expected "
          "two "
          "blanks before each number, or one and a minus sign, and nothing after the last\n"},
-        {"90000.0", "9.00000E+39",
-         "file:109:9: dispersive exchanges, area: '9.00000E+39' is beyond single precision; expected 0, or a "
-         "number from 1.4e-45 to 3.4028235e38\n"},
         // a text
         {std::string("Mouth\0 ", 7), "Mouth  ",
          "file:26:11: segments, name: 'Mouth                                   ' is a name without a NUL after it; "
@@ -72,21 +58,11 @@ TEST(Problems, name_the_place_the_field_its_text_and_what_belongs_there)
          "has; "
          "expected 'River discharge from head to s'\n"},
         // segments
-        {"   1     2           0.75", "   1     4           0.75",
-         "file:41:7: flow paths, second segment: '   4' is not a segment of the model; expected a number from 1 to "
-         "3\n"},
         {"    2               Boundary Segment", "    0               Boundary Segment",
          "file:121:1: boundaries, segment: '    0' is not a segment of the model; expected a number from 1 to 3\n"},
         // types
         {"ISC #:     6 Instance:     1", "ISC #:    31 Instance:     1",
          "file:178:24: constants, instance: '    1' is not above the instance before it; expected a number above 1\n"},
-        {"ISC #:     6 Instance:     1", "ISC #:     6 Instance: *****",
-         "file:178:24: constants, instance: '*****' hides a number that tells what the record is; expected a number\n"},
-        // labels and line ends
-        {"Restart Option", "Restart option",
-         "file:10:29: system information, Restart Option: 'Restart option' stands between the fields; expected "
-         "'Restart "
-         "Option'\n"},
         // counts
         {"    3               Number of Systems\n Diss", "    2               Number of Systems\n Diss",
          "file:113:1: boundaries, Number of Systems: '    2' is not the number that an earlier section has; expected "
@@ -108,10 +84,6 @@ TEST(Problems, name_the_place_the_field_its_text_and_what_belongs_there)
          "file:176:1: constants, Number of Constants: '1' is too low: there are more records of their kind; expected "
          "the "
          "number of records\n"},
-        {"    2               Number of Constants", "    3               Number of Constants",
-         "file:179:1: constants, constant: ' ======================== Initial Conditions "
-         "===================================' is another record, of 80 characters; expected the record 'constant' of "
-         "104 characters\n"},
     };
     for (const Change& change : changes) {
         const InputFile file = read_text(changed(change.found, change.by));

@@ -4,7 +4,6 @@
 
 #include <bit>
 #include <cmath>
-#include <fstream>
 
 #include <gtest/gtest.h>
 
@@ -133,18 +132,6 @@ TEST(Counts, that_do_not_fit_their_field_are_those_of_the_records)
         "file:100041:1: boundaries, Number of Time Pairs: '*****' hides the count, but only 1 follow; expected 1\n");
 }
 
-TEST(Gaps, are_the_data_that_no_field_shows)
-{
-    const InputFile file = read_input_file(std::filesystem::path(VELM_GOLDEN_FILES) / "numbers.inp");
-    const Datum expected[] = {{"model", "skip_time_1", {1}},
-                              {"segment", "width", {2}},
-                              {"system", "load_conversion_factor", {1}},
-                              {"constant", "value", {1, 2}}};
-    for (const Datum& datum : expected) {
-        EXPECT_NE(std::find(file.gaps.begin(), file.gaps.end(), datum), file.gaps.end()) << datum.column;
-    }
-}
-
 TEST(Places, are_found_for_data_of_every_kind)
 {
     const std::filesystem::path file = std::filesystem::path(VELM_GOLDEN_FILES) / "everything.inp";
@@ -173,18 +160,6 @@ TEST(Places, are_found_for_data_of_every_kind)
     for (std::size_t i = 0; i < places.size(); ++i) {
         EXPECT_EQ(places[i], cases[i].place)
             << data[i].table << "." << data[i].column << ": " << places[i].line << ":" << places[i].column;
-    }
-}
-
-TEST(InputFile, that_is_not_there_or_no_file_is_named)
-{
-    for (const char* const name : {"/nowhere/river.inp", "/"}) {
-        try {
-            static_cast<void>(read_input_file(std::filesystem::path(name)));
-            FAIL();
-        } catch (const std::system_error& error) {
-            EXPECT_NE(std::string(error.what()).find(name), std::string::npos) << error.what();
-        }
     }
 }
 

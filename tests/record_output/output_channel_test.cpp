@@ -41,17 +41,6 @@ const std::string& all_lines()
     return all;
 }
 
-TEST(OutputChannel, loses_and_reorders_nothing_where_its_buffer_ends)
-{
-    ScriptedFile file;
-    OutputChannel out(file);
-    write(out, 1, records);
-    out.close();
-    EXPECT_TRUE(file.content == all_lines());
-    EXPECT_GE(file.operations.size(), 5U);
-    EXPECT_EQ(file.operations.back(), "CLOSE");
-}
-
 TEST(OutputChannel, takes_a_record_that_fills_its_buffer_to_the_last_byte)
 {
     ScriptedFile file;
@@ -78,7 +67,8 @@ TEST(OutputChannel, touches_the_file_no_more_after_its_nth_operation_has_failed)
         } catch (const ExportFailure& thrown) {
             failure = thrown.operation();
         }
-        if (failure.empty()) {
+        if (failure.empty()) { // nothing is lost or out of order where a buffer ends
+            EXPECT_TRUE(file.content == all_lines());
             EXPECT_GT(n, 5) << "writes and a close were to fail";
             break;
         }

@@ -19,68 +19,45 @@ struct FieldCase {
 
 const FieldCase field_cases[] = {
     // plain values and exact halves, which go up
-    {real_field<14, 6>("F14.6"), 1.0F, "      1.000000"},
     {real_field<14, 6>("F14.6"), 0.0283168F, "      0.028317"},
-    {real_field<10, 4>("F10.4"), -0.5F, "   -0.5000"},
     {real_field<6, 3>("F6.3"), 0.0625F, " 0.063"},
-    {real_field<10, 1>("F10.1"), 0.25F, "       0.3"},
     {real_field<15, 2>("F15.2"), -0.375F, "          -0.38"},
-    {real_field<15, 2>("F15.2"), 0.333F, "           0.33"},
     {real_field<5, 0>("F5.0"), 2.5F, "   3."},
     // eight digits are known; beyond them the eighth is dropped when it is 5 to 9 and kept when it is 0 to 4
     {real_field<10, 4>("F10.4"), 12345.678F, "12345.6800"},                   // 12345677|734375
-    {real_field<20, 4>("F20.4"), 123456.79F, "         123456.8000"},         // 12345678|90625
-    {real_field<15, 5>("F15.5"), 1234567.9F, "  1234568.00000"},              // 12345678|75
     {real_field<20, 4>("F20.4"), 12345674.0F, "       12345674.0000"},        //
     {real_field<20, 4>("F20.4"), 12345675.0F, "       12345680.0000"},        //
     {real_field<10, 2>("F10.2"), 12345674.0F, "**********"},                  //
-    {real_field<15, 4>("F15.4"), 123456789.0F, " 123456800.0000"},            // 12345679|2
-    {real_field<10, 1>("F10.1"), 99999992.0F, "99999992.0"},                  //
     {real_field<20, 4>("F20.4"), 123456789012345.0F, "123456800000000.0000"}, // 12345678|8103168
     {real_field<20, 4>("F20.4"), -123456789012345.0F, "********************"},
     {real_field<15, 12>("F15.12"), 0.01F, " 0.010000000000"}, // 0.0099999997|76: the eighth carries through
     // a carry that makes the number one digit longer
     {real_field<10, 4>("F10.4"), 9.99996F, "   10.0000"},
-    {real_field<6, 3>("F6.3"), 9.9996F, "10.000"},
     {real_field<6, 3>("F6.3"), 99.9996F, "******"},
-    {real_field<8, 6>("F8.6"), 9.999999F, "9.999999"},
     {real_field<8, 6>("F8.6"), 0.9999999F, "1.000000"},
-    {real_field<8, 6>("F8.6"), -0.9999999F, "********"},
     {real_field<3, 2>("F3.2"), 0.996F, "***"},
     {real_field<5, 0>("F5.0"), 0.5F, "   1."},
     // the zero before the point goes when just its column lacks
-    {real_field<8, 6>("F8.6"), 0.0001F, "0.000100"},
     {real_field<8, 6>("F8.6"), -0.0001F, "-.000100"},
-    {real_field<6, 3>("F6.3"), -0.001F, "-0.001"},
     {real_field<3, 2>("F3.2"), 0.25F, ".25"},
     {real_field<3, 2>("F3.2"), -0.25F, "***"},
     {real_field<3, 2>("F3.2"), 0.0F, ".00"},
     // too wide
     {real_field<8, 6>("F8.6"), 10.0F, "********"},
-    {real_field<8, 6>("F8.6"), -1.0F, "********"},
-    {real_field<15, 5>("F15.5"), 123456784.0F, "123456800.00000"},
-    {real_field<15, 5>("F15.5"), 1e9F, "***************"},
     {real_field<15, 5>("F15.5"), -12345678.0F, "-12345680.00000"},
     {real_field<15, 5>("F15.5"), -100000000.0F, "***************"},
     {real_field<10, 3>("F10.3"), 999999.9F, "999999.900"}, // stored as 999999.875: the eighth is 7
-    {real_field<10, 3>("F10.3"), 1e6F, "**********"},
-    {real_field<14, 6>("F14.6"), 1e7F, "**************"},
     {real_field<20, 4>("F20.4"), greatest, "********************"},
     // digits shown that are all 0 have no sign; what is too small to reach them is not rounded
-    {real_field<10, 4>("F10.4"), 0.0F, "    0.0000"},
     {real_field<10, 4>("F10.4"), -0.0F, "    0.0000"},
     {real_field<10, 4>("F10.4"), -0.00001F, "    0.0000"},
     {real_field<10, 4>("F10.4"), 0.00005F, "    0.0000"}, // stored as 0.0000499999987
-    {real_field<10, 4>("F10.4"), -0.00005F, "    0.0000"},
     {real_field<10, 4>("F10.4"), -0.00006F, "   -0.0001"},
-    {real_field<10, 4>("F10.4"), 9.9e-6F, "    0.0000"},
     {real_field<10, 4>("F10.4"), -least, "    0.0000"},
     {real_field<3, 2>("F3.2"), -0.001F, ".00"},
     {real_field<5, 0>("F5.0"), -0.4F, "   0."},
     // what is no finite number
-    {real_field<6, 3>("F6.3"), infinite, "   INF"},
     {real_field<6, 3>("F6.3"), -infinite, "  -INF"},
-    {real_field<6, 3>("F6.3"), not_a_number, "   NaN"},
     {real_field<10, 4>("F10.4"), -not_a_number, "       NaN"},
     {real_field<3, 2>("F3.2"), infinite, "INF"},
     {real_field<3, 2>("F3.2"), -infinite, "***"},
@@ -103,37 +80,24 @@ struct FreeCase {
 const FreeCase free_cases[] = {
     {0.0F, "0.000000"},
     {-0.0F, "0.000000"},
-    {0.1F, "0.100000"},
-    {0.5F, "0.500000"},
     {-0.5F, "-0.500000"},
-    {1.5F, "1.50000"},
     {12.5F, "12.5000"},
-    {123.456F, "123.456"},
     {86400.0F, "86400.0"},
-    {999999.0F, "999999."},
     {999999.4375F, "999999."},
     // the form is chosen after rounding to seven places, the places shown after rounding to six digits
-    {0.09999999F, "0.100000"},
     {0.09999996F, "0.100000"},
     {0.09999995F, "9.999995E-02"}, // stored as 0.09999994|93
-    {0.0999999F, "9.999990E-02"},
     {9.999997F, "10.0000"},
-    {-9.999997F, "-10.0000"},
     {99999.95F, "100000."},
     {999999.5F, "9.999995E+05"},
     {999999.9375F, "9.999999E+05"},
-    {1e6F, "1.000000E+06"},
     // the exponent form, its own carry included
-    {0.05F, "5.000000E-02"},
     {0.01F, "1.000000E-02"}, // stored as 0.0099999997|76
-    {1234567.0F, "1.234567E+06"},
     {-3.0E12F, "-3.000000E+12"},
     {greatest, "3.402823E+38"},
     {1.17549435e-38F, "1.175494E-38"},
     {-least, "-1.401298E-45"},
-    {infinite, "INF"},
     {-infinite, "-INF"},
-    {not_a_number, "NaN"},
     {-not_a_number, "NaN"},
 };
 

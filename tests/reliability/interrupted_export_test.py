@@ -10,7 +10,7 @@ import subprocess
 import time
 import unittest
 
-from tool_case import FAILING_PLUG_IN, ToolCase, VELM
+from tool_case import ToolCase, VELM
 
 PRECIOUS = "precious\n"
 
@@ -104,16 +104,6 @@ class Place(InterruptedExport):
 
 
 class Killed(InterruptedExport):
-    def start_waiting_export(self):
-        arguments = ["export", "model.db", "out.inp", "--plugin", FAILING_PLUG_IN]
-        process = subprocess.Popen([VELM, *arguments], cwd=self.directory, env=self.environment(FAILURE="waits"))
-        self.addCleanup(process.wait)
-        self.addCleanup(process.kill)
-        while not any((self.directory / name).stat().st_size > 0 for name in self.temporaries()):
-            self.assertIsNone(process.poll())
-            time.sleep(0.01)
-        return process
-
     def test_at_any_moment(self):
         start = time.monotonic()
         self.assertEqual(self.velm("export", "model.db", "out.inp")[0], 0)

@@ -4,11 +4,9 @@ import os
 import resource
 import shutil
 import signal
-import subprocess
-import time
 import unittest
 
-from tool_case import FAILING_PLUG_IN, ToolCase, VELM
+from tool_case import FAILING_PLUG_IN, ToolCase
 
 UNCHANGED = "velm: the export failed, out.inp is as it was: "
 
@@ -93,20 +91,10 @@ class FailedExport(ToolCase):
         self.assertEqual(result, (4, "", UNCHANGED + "the plug-in announced completion but wrote 7 of 11 sections\n"))
         self.assert_unharmed()
 
-    def start_waiting_export(self):
-        arguments = ["export", "model.db", "out.inp", "--panel", "panel.html", "--plugin", FAILING_PLUG_IN]
-        process = subprocess.Popen([VELM, *arguments], cwd=self.directory, env=self.environment(FAILURE="waits"))
-        self.addCleanup(process.kill)
-        while not any(path.name.startswith(".out.inp.velm-") and path.stat().st_size > 0
-                      for path in self.directory.iterdir()):
-            self.assertIsNone(process.poll())
-            time.sleep(0.01)
-        return process
-
     def test_signals(self):
         for number in [signal.SIGINT, signal.SIGTERM, signal.SIGHUP]:
             with self.subTest(number):
-                process = self.start_waiting_export()
+                process = self.start_waiting_export("--panel", "panel.html")
                 process.send_signal(number)
                 self.assertEqual(process.wait(timeout=60), -number)
                 self.assert_unharmed()

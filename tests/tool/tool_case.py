@@ -5,6 +5,7 @@ import pathlib
 import sqlite3
 import subprocess
 import tempfile
+import time
 import unittest
 
 VELM = os.environ["VELM"]
@@ -59,6 +60,17 @@ class ToolCase(unittest.TestCase):
         done = subprocess.run([VELM, *arguments], cwd=self.directory, stdout=stdout, stderr=subprocess.PIPE,
                               env=self.environment(**environment), timeout=120, preexec_fn=preexec_fn)
         return done.returncode, (done.stdout or b"").decode(), done.stderr.decode()
+
+    def start_waiting_export(self, *arguments):
+        """An export of model.db to out.inp that has written to a temporary file and waits; ended with the test."""
+        process = subprocess.Popen([VELM, "export", "model.db", "out.inp", *arguments, "--plugin", FAILING_PLUG_IN],
+                                   cwd=self.directory, env=self.environment(FAILURE="waits"))
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)
+        while not any(path.stat().st_size > 0 for path in self.directory.glob(".out.inp.velm-*")):
+            self.assertIsNone(process.poll())
+            time.sleep(0.01)
+        return process
 
     def write(self, name, text):
         (self.directory / name).write_text(text)
