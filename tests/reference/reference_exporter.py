@@ -10,6 +10,7 @@ generator of steps in the order in which they happen:
 """
 
 import re
+from functools import partial
 from typing import NamedTuple
 
 from reference_records import free_record, record
@@ -403,26 +404,8 @@ class PlugIn:
     def boundaries(self):
         self.firsts, self.seconds = series(), series()
         yield banner("Boundary Information")
-        yield record("(I5,15x,'Number of Systems')", self.systems.value)
-        for s in up_to(self.systems):
-            yield free_record(self.system_names[s].value)
-            count = integer()
-            yield ask("GNOBC", Given(s), count)
-            yield record("(I5,15x,'Number of boundaries')", count.value)
-            if count.value > 0:
-                scale, conversion = real(), real()
-                yield ask("GSCALB", Given(s), scale)
-                yield ask("GCONVB", Given(s), conversion)
-                yield record("(2F14.6,2x,'Boundary Scale & Conversion Factors')", scale.value, conversion.value)
-                for b in up_to(count):
-                    segment, pairs = integer(), integer()
-                    yield ask("GIBC", *index(s, b), segment)
-                    yield ask("GNBFP", *index(s, b), pairs)
-                    yield record("(I5,15x,'Boundary Segment Number')", segment.value)
-                    yield record("(I5,15x,'Number of Time Pairs')", pairs.value)
-                    yield ask("GALLBOUNDFUNC", *index(s, b), self.firsts, self.seconds)
-                    for k in range(max(pairs.value, 0)):
-                        yield free_record(self.firsts.value[k], self.seconds.value[k])
+        keys = "GNOBC", "GSCALB", "GCONVB", "GIBC", "GNBFP", "GALLBOUNDFUNC"
+        yield from self.segment_series(keys, "boundaries", "Boundary", free_record)
 
     def loads(self):
         yield banner("Load Information")
@@ -433,26 +416,32 @@ class PlugIn:
         if option.value > 0:
             yield ask("GNPSFILE", self.nps_file)
             yield record("(A512)", self.nps_file.value)
+        keys = "GNOWK", "GSCALW", "GCONVW", "GIWK", "GNBWK", "GALLLOADFUNC"
+        yield from self.segment_series(keys, "Loadings", "Loading", partial(record, "(F10.4,5x,F10.4)"))
+
+    def segment_series(self, keys, many, one, pair_record):
+        """Of each system the boundaries or loads, each a segment and a series."""
+        count_key, scale_key, conversion_key, segment_key, pairs_key, series_key = keys
         yield record("(I5,15x,'Number of Systems')", self.systems.value)
         for s in up_to(self.systems):
             yield free_record(self.system_names[s].value)
             count = integer()
-            yield ask("GNOWK", Given(s), count)
-            yield record("(I5,15x,'Number of Loadings')", count.value)
+            yield ask(count_key, Given(s), count)
+            yield record(f"(I5,15x,'Number of {many}')", count.value)
             if count.value > 0:
                 scale, conversion = real(), real()
-                yield ask("GSCALW", Given(s), scale)
-                yield ask("GCONVW", Given(s), conversion)
-                yield record("(2F14.6,2x,'Loading Scale & Conversion Factors')", scale.value, conversion.value)
-                for w in up_to(count):
+                yield ask(scale_key, Given(s), scale)
+                yield ask(conversion_key, Given(s), conversion)
+                yield record(f"(2F14.6,2x,'{one} Scale & Conversion Factors')", scale.value, conversion.value)
+                for item in up_to(count):
                     segment, pairs = integer(), integer()
-                    yield ask("GIWK", *index(s, w), segment)
-                    yield ask("GNBWK", *index(s, w), pairs)
-                    yield record("(I5,15x,'Loading Segment Number')", segment.value)
+                    yield ask(segment_key, *index(s, item), segment)
+                    yield ask(pairs_key, *index(s, item), pairs)
+                    yield record(f"(I5,15x,'{one} Segment Number')", segment.value)
                     yield record("(I5,15x,'Number of Time Pairs')", pairs.value)
-                    yield ask("GALLLOADFUNC", *index(s, w), self.firsts, self.seconds)
+                    yield ask(series_key, *index(s, item), self.firsts, self.seconds)
                     for k in range(max(pairs.value, 0)):
-                        yield record("(F10.4,5x,F10.4)", self.firsts.value[k], self.seconds.value[k])
+                        yield pair_record(self.firsts.value[k], self.seconds.value[k])
 
     def type_of(self, t, isc_key, count_key):
         """Asks for the ISC number and the count of type t; returns the two table entries."""
