@@ -18,7 +18,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).parents[1] / "reference"))
 
-from compare_with_plugin import ANSWER, Export, ctypes
+from compare_with_plugin import Export, ctypes, follow, load
 from random_models import HIGHEST, ISC_NUMBERS, RandomHost
 from reference_exporter import PlugIn
 
@@ -101,24 +101,6 @@ def number_of(real):
     return ctypes.c_float.from_buffer(ctypes.c_uint32(int(real))).value
 
 
-def exported(name, libraries, reference, host):
-    """What the plug-in writes, after its comparison with the reference."""
-    export = Export(reference, host)
-
-    def answer(_, request):
-        try:
-            export.answer(request.contents)
-        except BaseException as error:  # the plug-in cannot be called off, so the process ends here
-            print(f"{name}: {type(error).__name__}: {error}", flush=True)
-            os._exit(1)
-
-    callback = ANSWER(answer)
-    libraries[0].velm_host_attach(callback, None)
-    libraries[1].importexport()
-    libraries[0].velm_host_attach(ANSWER(), None)
-    return b"".join(export.records)
-
-
 def came_back(host, velm, directory, written):
     """Whether an import accepts the file; then its export must be the same, else the refusal must say where and why."""
     first, database, second = (directory / name for name in ("first.inp", "model.db", "second.inp"))
@@ -142,16 +124,14 @@ def main():
     arguments.add_argument("--count", type=int, default=10, help="hosts of each kind (default %(default)s)")
     options = arguments.parse_args()
     build, size, accepted, start = options.build.resolve(), 0, 0, time.monotonic()
-    libraries = [
-        ctypes.CDLL(str(build / "libprevelmwdll.so"), mode=ctypes.RTLD_GLOBAL),
-        ctypes.CDLL(str(build / "libvelm_export.so")),
-    ]
-    reference = PlugIn()
+    libraries, reference = load(build), PlugIn()
     with tempfile.TemporaryDirectory() as directory:
         for seed in range(options.seed, options.seed + options.count):
             for kind in (ModelHost, UnrulyHost):
                 host = f"{kind.__name__} of seed {seed}"
-                written = exported(host, libraries, reference, kind(seed, os.fsencode(directory)))
+                export = Export(reference, kind(seed, os.fsencode(directory)))
+                follow(host, libraries, export)
+                written = b"".join(export.records)
                 given_back = came_back(host, build / "velm", Path(directory), written)
                 if kind is UnrulyHost:
                     accepted += given_back

@@ -140,37 +140,46 @@ def write_value(kind, written, address):
         ctypes.memmove(address, content, len(content))
 
 
-def run(build, seed, count):
+def load(build):
+    """The host library and the plug-in that is bound to it."""
     host_library = ctypes.CDLL(str(build / "libprevelmwdll.so"), mode=ctypes.RTLD_GLOBAL)
-    plug_in = ctypes.CDLL(str(build / "libvelm_export.so"))
-    reference, requests, size = PlugIn(), 0, 0
+    return host_library, ctypes.CDLL(str(build / "libvelm_export.so"))
+
+
+def follow(name, libraries, export):
+    """Lets the plug-in export. It cannot be called off, so the first difference ends the process."""
+
+    def stop():
+        print(f"{name}, request {export.requests}: ", end="")
+        error = sys.exc_info()[1]
+        print(error if isinstance(error, Difference) else traceback.format_exc(), flush=True)
+        os._exit(1)
+
+    def answer(_, request):
+        try:
+            export.answer(request.contents)
+        except BaseException:
+            stop()
+
+    host_library, plug_in = libraries
+    callback = ANSWER(answer)
+    host_library.velm_host_attach(callback, None)
+    plug_in.importexport()
+    try:
+        check("requests after the export", None, export.expected and export.expected.key)
+    except Difference:
+        stop()
+    host_library.velm_host_attach(ANSWER(), None)
+
+
+def run(build, seed, count):
+    libraries, reference, requests, size = load(build), PlugIn(), 0, 0
     with tempfile.TemporaryDirectory() as directory:
         for number in range(seed, seed + count):
             export = Export(reference, RandomHost(number, os.fsencode(directory)))
-
-            def stop():
-                """The plug-in cannot be called off, so the process ends here."""
-                print(f"seed {number} of a run from seed {seed}, request {export.requests}: ", end="")
-                error = sys.exc_info()[1]
-                print(error if isinstance(error, Difference) else traceback.format_exc(), flush=True)
-                os._exit(1)
-
-            def answer(_, request):
-                try:
-                    export.answer(request.contents)
-                except BaseException:
-                    stop()
-
-            callback = ANSWER(answer)
-            host_library.velm_host_attach(callback, None)
-            plug_in.importexport()
-            try:
-                check("requests after the export", None, export.expected and export.expected.key)
-            except Difference:
-                stop()
+            follow(f"seed {number} of a run from seed {seed}", libraries, export)
             requests += export.requests
             size += sum(map(len, export.records))
-        host_library.velm_host_attach(ANSWER(), None)
     return requests, size
 
 
