@@ -2,42 +2,7 @@
 
 #include "session/session_reader.hpp"
 
-#include <fstream>
-#include <random>
-#include <sstream>
-
 namespace velm {
-
-SessionFile::SessionFile()
-    : directory_(std::filesystem::temp_directory_path() / ("velm-session-" + std::to_string(std::random_device()())))
-{
-    std::filesystem::create_directory(directory_);
-}
-
-SessionFile::SessionFile(const std::string& content) : SessionFile()
-{
-    write(content);
-}
-
-SessionFile::~SessionFile()
-{
-    std::error_code ignored;
-    std::filesystem::remove_all(directory_, ignored);
-}
-
-std::string SessionFile::content() const
-{
-    std::ifstream file(path(), std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
-void SessionFile::write(const std::string& content) const
-{
-    std::filesystem::remove(path()); // a file that is emptied and written again goes to the disk at once: slow
-    std::ofstream(path(), std::ios::binary) << content;
-}
 
 std::string without(const std::string& directory, std::string text)
 {

@@ -1,27 +1,25 @@
 #pragma once
 
-#include <filesystem>
-#include <string>
+#include "tests/support/test_folder.hpp"
 
 namespace velm {
 
-/// A file name in a directory of its own, both gone with the object.
+/// A file name in a folder of its own, both gone with the object.
 class SessionFile {
 public:
-    explicit SessionFile(const std::string& content);
-    SessionFile(); ///< nothing there yet
-    ~SessionFile();
-    SessionFile(const SessionFile&) = delete;
-    SessionFile& operator=(const SessionFile&) = delete;
-    SessionFile(SessionFile&&) = delete;
-    SessionFile& operator=(SessionFile&&) = delete;
+    SessionFile() = default; ///< nothing there yet
+    explicit SessionFile(const std::string& content) { write(content); }
 
-    [[nodiscard]] std::filesystem::path path() const { return directory_ / "river.jsonl"; }
-    [[nodiscard]] std::string content() const;
-    void write(const std::string& content) const;
+    [[nodiscard]] std::filesystem::path path() const { return folder_ / "river.jsonl"; }
+    [[nodiscard]] std::string content() const { return content_of(path()); }
+    void write(const std::string& content) const
+    {
+        std::filesystem::remove(path()); // a file that is emptied and written again goes to the disk at once: slow
+        write_file(path(), content);
+    }
 
 private:
-    std::filesystem::path directory_;
+    TestFolder folder_;
 };
 
 /// Reads the whole session: "3 exchanges, closed", "2 exchanges, breaks off at line 4, column 1", or "after 2
