@@ -28,7 +28,8 @@ TEST(Export, has_the_requests_that_are_foreseen_for_items_that_no_file_shows)
     model.time_function_types.push_back({60, {}});
     model.parameter_types.push_back({60, {}});
     model.parameter_types[0].instances.emplace_back();
-    model.constant_types.push_back({60, {{}}});
+    model.constant_types.push_back({60, {}});
+    model.constant_types[0].instances.emplace_back();
     EXPECT_EQ(exported(model), exported(read_text(exported(model)).model));
 }
 
