@@ -1,6 +1,7 @@
 #pragma once
 
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 
 namespace velm::detail {
@@ -10,6 +11,11 @@ static_assert(std::endian::native == std::endian::little, "the first digit of ei
 inline constexpr std::uint64_t eight_zeros = 0x3030'3030'3030'3030U;  // "00000000"
 inline constexpr std::uint64_t eight_blanks = 0x2020'2020'2020'2020U; // "        "
 inline constexpr std::uint64_t blank_to_zero = eight_zeros - eight_blanks;
+
+constexpr std::uint64_t power_of_ten(std::size_t exponent)
+{
+    return exponent == 0 ? 1 : 10 * power_of_ten(exponent - 1);
+}
 
 /// The eight decimal digits of a number below 10^8, each as a byte from 0 to 9, the first in the lowest byte.
 /// Halves the number three times, all parts at once: 12345678 -> 1234|5678 -> 12|34|56|78 -> 1|2|...|8. The

@@ -47,13 +47,7 @@ void render_integer_field(char* field, std::int32_t value) noexcept
         std::memset(field, ' ', width - size);
         std::memcpy(field + (width - size), text, size);
     } else {
-        constexpr std::uint32_t limit = [] {
-            std::uint32_t power = 1;
-            for (std::size_t i = 0; i < width; ++i) {
-                power *= 10;
-            }
-            return power;
-        }();
+        constexpr std::uint64_t limit = detail::power_of_ten(width);
         const bool negative = value < 0;
         // negated as unsigned, so that the least integer has a magnitude too
         const std::uint32_t magnitude =

@@ -66,11 +66,6 @@ constexpr DecimalDigits rounded_to_places(DecimalDigits value, int decimals) noe
     return {digits, value.exponent};
 }
 
-constexpr std::uint64_t power_of_ten(std::size_t exponent)
-{
-    return exponent == 0 ? 1 : 10 * power_of_ten(exponent - 1);
-}
-
 /// Renders a value of which more than eight digits would be shown, or anything rarer, into its field.
 template <std::size_t columns, std::size_t decimals>
 inline void render_large_real_field(char* field, float value) noexcept

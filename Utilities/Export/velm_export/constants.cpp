@@ -1,3 +1,4 @@
+#include "Utilities/Export/velm_export/fetch_type.hpp"
 #include "Utilities/Export/velm_export/one_to.hpp"
 #include "Utilities/Export/velm_export/panel.hpp"
 #include "Utilities/Export/velm_export/sections.hpp"
@@ -5,25 +6,6 @@
 #include "record_output/write_record.hpp"
 
 using namespace velm;
-
-namespace {
-
-struct Type {
-    Integer& isc;
-    Integer& instances;
-};
-
-/// Asked in both passes.
-Type fetch_type(Integer type)
-{
-    Integer& isc = entry_of(model.isc_numbers, type);
-    request<"GCONSTTYPEISC">(type, isc);
-    Integer& instances = entry_of(model.instance_counts, type);
-    request<"GNUMCONSTBYISC">(InPlace{isc}, instances);
-    return {isc, instances};
-}
-
-} // namespace
 
 void constants(OutputChannel& out)
 {
@@ -35,7 +17,7 @@ void constants(OutputChannel& out)
     Integer used = 0;
     Integer instances_in_use = 0;
     for (const Integer type : OneTo(types)) {
-        const auto [isc, instances] = fetch_type(type);
+        const auto [isc, instances] = fetch_type<"GCONSTTYPEISC", "GNUMCONSTBYISC">(type);
         for (const Integer instance : OneTo(instances)) {
             request<"GCONSTISUSED">(InPlace{isc}, instance, used);
             instances_in_use += used >= 1 ? 1 : 0;
@@ -45,7 +27,7 @@ void constants(OutputChannel& out)
 
     Real value = 0;
     for (const Integer type : OneTo(types)) {
-        const auto [isc, instances] = fetch_type(type);
+        const auto [isc, instances] = fetch_type<"GCONSTTYPEISC", "GNUMCONSTBYISC">(type);
         for (const Integer instance : OneTo(instances)) {
             request<"GCONSTISUSED">(InPlace{isc}, instance, used);
             if (used < 1) {

@@ -1,3 +1,4 @@
+#include "Utilities/Export/velm_export/fetch_type.hpp"
 #include "Utilities/Export/velm_export/one_to.hpp"
 #include "Utilities/Export/velm_export/panel.hpp"
 #include "Utilities/Export/velm_export/sections.hpp"
@@ -5,25 +6,6 @@
 #include "record_output/write_record.hpp"
 
 using namespace velm;
-
-namespace {
-
-struct Type {
-    Integer& isc;
-    Integer& instances;
-};
-
-/// Asked before the counting and again before the scale factors.
-Type fetch_type(Integer type)
-{
-    Integer& isc = entry_of(model.isc_numbers, type);
-    request<"GPARAMISC">(type, isc);
-    Integer& instances = entry_of(model.instance_counts, type);
-    request<"GNUMPARAMBYISC">(InPlace{isc}, instances);
-    return {isc, instances};
-}
-
-} // namespace
 
 void parameters(OutputChannel& out)
 {
@@ -35,7 +17,7 @@ void parameters(OutputChannel& out)
     Integer used = 0;
     Integer instances_in_use = 0;
     for (const Integer type : OneTo(model.number_of_parameter_types)) {
-        const auto [isc, instances] = fetch_type(type);
+        const auto [isc, instances] = fetch_type<"GPARAMISC", "GNUMPARAMBYISC">(type);
         for (const Integer instance : OneTo(instances)) {
             request<"GPARAMISUSED">(InPlace{isc}, instance, used);
             instances_in_use += used >= 1 ? 1 : 0;
@@ -46,7 +28,7 @@ void parameters(OutputChannel& out)
     write_record<"('======================== Scale Factors ====================================')">(out);
     Real scale_factor = 0;
     for (const Integer type : OneTo(model.number_of_parameter_types)) {
-        const auto [isc, instances] = fetch_type(type);
+        const auto [isc, instances] = fetch_type<"GPARAMISC", "GNUMPARAMBYISC">(type);
         Text<60> description{};
         for (const Integer instance : OneTo(instances)) {
             request<"GPARAMISUSED">(InPlace{isc}, instance, used);

@@ -1,3 +1,4 @@
+#include "Utilities/Export/velm_export/fetch_type.hpp"
 #include "Utilities/Export/velm_export/one_to.hpp"
 #include "Utilities/Export/velm_export/panel.hpp"
 #include "Utilities/Export/velm_export/sections.hpp"
@@ -8,22 +9,14 @@ using namespace velm;
 
 namespace {
 
-struct Type {
-    Integer& isc;
-    Integer& functions;
-};
-
-/// Asked in both passes. A host that reports no function of a type means one.
-Type fetch_type(Integer type)
+/// A host that reports no function of a type means one.
+InstanceType fetch_time_function_type(Integer type)
 {
-    Integer& isc = entry_of(model.isc_numbers, type);
-    request<"GTFISC">(type, isc);
-    Integer& functions = entry_of(model.instance_counts, type);
-    request<"GNUMTIMEFUNC">(InPlace{isc}, functions);
-    if (functions == 0) {
-        functions = 1;
+    const InstanceType fetched = fetch_type<"GTFISC", "GNUMTIMEFUNC">(type);
+    if (fetched.instances == 0) {
+        fetched.instances = 1;
     }
-    return {isc, functions};
+    return fetched;
 }
 
 } // namespace
@@ -41,7 +34,7 @@ void time_functions(OutputChannel& out)
     Integer used = 0;
     Integer functions_in_use = 0;
     for (const Integer type : OneTo(model.number_of_time_function_types)) {
-        const auto [isc, functions] = fetch_type(type);
+        const auto [isc, functions] = fetch_time_function_type(type);
         for (const Integer function : OneTo(functions)) {
             request<"GTFISUSED">(InPlace{isc}, function, used);
             functions_in_use += used == in_use ? 1 : 0;
@@ -53,7 +46,7 @@ void time_functions(OutputChannel& out)
     Real time = 0;
     Real value = 0;
     for (const Integer type : OneTo(model.number_of_time_function_types)) {
-        const auto [isc, functions] = fetch_type(type);
+        const auto [isc, functions] = fetch_time_function_type(type);
         for (const Integer function : OneTo(functions)) {
             request<"GTFISUSED">(InPlace{isc}, function, used);
             if (used != in_use) {
