@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -24,6 +25,7 @@ struct TimeSeries {
 
 /// A boundary concentration or a load: where it enters, and how it changes with time.
 struct SegmentSeries {
+    static constexpr std::size_t most_pairs = 100'000; ///< the room that an export has for one
     std::int32_t segment = 0;
     TimeSeries series;
 

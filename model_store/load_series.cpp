@@ -1,8 +1,8 @@
 #include "model_store/load_parts.hpp"
 
 #include <cstddef>
+#include <span>
 #include <string>
-#include <utility>
 
 namespace velm {
 
@@ -11,11 +11,7 @@ namespace {
 /// Reports that `parent` lacks the row of `segment`, its first missing one.
 void report_lack(LoadState& load, const TableShape& table, const ParentKey& parent, std::int64_t segment)
 {
-    std::string row;
-    for (std::size_t key = 0; key + 1 < table.keys; ++key) {
-        row += (row.empty() ? "" : ", ") + table.key_word(key) + " " + std::to_string(parent.at(key));
-    }
-    load.problems.add({table.name, std::move(row), "segment", "",
+    load.problems.add({table.name, table.row_in_words(std::span(parent).first(table.keys - 1)), "segment", "",
                        "there is no row for segment " + std::to_string(segment), "give a row for each segment"});
 }
 
@@ -24,6 +20,9 @@ void report_lack(LoadState& load, const TableShape& table, const ParentKey& pare
 void load_series(LoadState& load, std::string_view table, const ParentKeys& parents, const FindSeries& find,
                  std::int64_t most_pairs)
 {
+    if (!load.keep) {
+        return;
+    }
     // pairs are gathered here and copied to size: a vector that grows in its place would keep up to half its room idle
     TimeSeries gathered;
     TimeSeries* series = nullptr;

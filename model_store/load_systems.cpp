@@ -40,7 +40,6 @@ void load_initial_conditions(LoadState& load, Model& model, const ParentKeys& sy
 void load_segment_series(LoadState& load, Model& model, const ParentKeys& systems, const std::string& table,
                          SegmentSeriesSet System::*set)
 {
-    constexpr std::int64_t most_pairs = 100'000; // the room that an export has for one boundary or load
     ParentKeys items;
     TableReader row(load, table, &systems, &items);
     while (row.next()) {
@@ -52,7 +51,7 @@ void load_segment_series(LoadState& load, Model& model, const ParentKeys& system
     const auto find = [&](const TableReader& pair) -> TimeSeries& {
         return (model.systems[pair.place(0)].*set).items[pair.place(1)].series;
     };
-    load_series(load, table + "_value", items, find, most_pairs);
+    load_series(load, table + "_value", items, find, SegmentSeries::most_pairs);
 }
 
 } // namespace

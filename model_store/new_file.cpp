@@ -4,6 +4,7 @@
 
 #include <random>
 #include <string>
+#include <system_error>
 #include <utility>
 
 namespace velm {
@@ -20,6 +21,11 @@ namespace fs = std::filesystem;
 [[noreturn]] void fail_as_existing(const fs::path& file)
 {
     fail(file, "exists already", "give another name, or remove the file first");
+}
+
+[[noreturn]] void fail_to_write(const fs::path& file, const std::string& reason)
+{
+    fail(file, "cannot be written: " + reason, "check that the folder exists, can be written to and has room");
 }
 
 /// A name beside the file to come, so that the two lie on one file system; removed with the object.
@@ -46,16 +52,6 @@ private:
     fs::path path_;
 };
 
-void fill_in_one_transaction(const fs::path& file, ForeignKeys keys, const std::function<void(const Database&)>& fill)
-{
-    const Database database(file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-    database.run(keys == ForeignKeys::bound ? "PRAGMA foreign_keys = ON" : "PRAGMA foreign_keys = OFF");
-    // nobody else sees the file yet, so a journal on disk would protect nothing
-    database.run("PRAGMA journal_mode = MEMORY; BEGIN");
-    fill(database);
-    database.run("COMMIT");
-}
-
 /// A hard link fails where the name is taken, a rename would replace. File systems without links get the rename.
 void give_name(const fs::path& written, const fs::path& file)
 {
@@ -74,20 +70,29 @@ void give_name(const fs::path& written, const fs::path& file)
 
 } // namespace
 
-void write_new_database(const fs::path& file, ForeignKeys keys, const std::function<void(const Database&)>& fill,
-                        const std::function<void(const fs::path& written)>& check)
+void change_unshared(const fs::path& file, ForeignKeys keys, const std::function<void(const Database&)>& change)
+{
+    const Database database(file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    database.run(keys == ForeignKeys::bound ? "PRAGMA foreign_keys = ON" : "PRAGMA foreign_keys = OFF");
+    // nobody else sees the file yet, so a journal on disk would protect nothing
+    database.run("PRAGMA journal_mode = MEMORY; BEGIN");
+    change(database);
+    database.run("COMMIT");
+}
+
+void write_new_database(const fs::path& file, const std::function<void(const fs::path& unnamed)>& write)
 {
     if (fs::exists(fs::symlink_status(file))) {
         fail_as_existing(file);
     }
     const TemporaryFile temporary(file);
     try {
-        fill_in_one_transaction(temporary.path(), keys, fill);
+        write(temporary.path());
     } catch (const SqliteError& error) {
-        fail(file, std::string("cannot be written: ") + error.what(),
-             "check that the folder exists, can be written to and has room");
+        fail_to_write(file, error.what());
+    } catch (const std::system_error& error) {
+        fail_to_write(file, error.code().message());
     }
-    check(temporary.path());
     give_name(temporary.path(), file);
 }
 

@@ -10,11 +10,15 @@ namespace velm {
 /// Whether rows may come before, or without, those that they refer to.
 enum class ForeignKeys { bound, free };
 
-/// Writes a new database under a temporary name beside `file` and gives it its name when all is done, never in the
-/// place of another file. `fill` runs within one transaction; `check` then sees the written file. Throws StoreError, or
-/// what they throw; then no file is left.
-void write_new_database(const std::filesystem::path& file, ForeignKeys keys,
-                        const std::function<void(const Database&)>& fill,
-                        const std::function<void(const std::filesystem::path& written)>& check);
+/// Changes a database that nobody else has open, or creates it, in one transaction: `change` runs within. Throws
+/// SqliteError, or what `change` throws.
+void change_unshared(const std::filesystem::path& file, ForeignKeys keys,
+                     const std::function<void(const Database&)>& change);
+
+/// Has a new database written under a temporary name beside `file`, and gives it its name when `write` is done, never
+/// in the place of another file. Throws StoreError, or what `write` throws other than the failures of SQLite and of the
+/// system, which become one; then no file is left.
+void write_new_database(const std::filesystem::path& file,
+                        const std::function<void(const std::filesystem::path& unnamed)>& write);
 
 } // namespace velm

@@ -20,6 +20,17 @@ struct TableShape {
     [[nodiscard]] std::string column_list() const;
     /// What a key column counts, in words: "flow field" for flow_field, "pair" for a time series' number.
     [[nodiscard]] std::string key_word(std::size_t key) const;
+    /// A row by the first of its keys: "system 3, boundary 2, pair 17".
+    template <class Numbers>
+    [[nodiscard]] std::string row_in_words(const Numbers& numbers) const
+    {
+        std::string words;
+        for (std::size_t key = 0; const auto number : numbers) {
+            words += (key == 0 ? "" : ", ") + key_word(key) + " " + std::to_string(number);
+            ++key;
+        }
+        return words;
+    }
 };
 
 /// The tables of model_schema(), read from SQLite itself, so that the schema's text is the only place that lists them.

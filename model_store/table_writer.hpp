@@ -16,9 +16,8 @@ namespace velm {
 /// Inserts rows into a table of the schema.
 class TableWriter {
 public:
-    /// With more than one row at once, they are inserted by bind_row() and try_to_insert().
-    TableWriter(const Database& database, std::string_view table, std::size_t rows_at_once = 1)
-        : shape_(model_table(table)), statement_(database, insertion(shape_, rows_at_once))
+    TableWriter(const Database& database, std::string_view table)
+        : shape_(model_table(table)), statement_(database, insertion(shape_))
     {
     }
 
@@ -26,50 +25,27 @@ public:
     template <class... Values>
     void insert(const Values&... values)
     {
-        bind_row(0, values...);
-        if (!try_to_insert()) {
-            throw StoreError({{shape_.name, row_in_words(values...), "", "", refusal_, "change the model"}}, false);
-        }
-    }
-
-    /// Sets row `row`, from 0, of those that are inserted at once.
-    template <class... Values>
-    void bind_row(std::size_t row, const Values&... values)
-    {
-        int column = static_cast<int>(row * sizeof...(values));
+        int column = 0;
         (bind(++column, values), ...);
-    }
-
-    /// Inserts all rows or, when the schema refuses one, none and returns false.
-    [[nodiscard]] bool try_to_insert()
-    {
         try {
             statement_.step();
         } catch (const SqliteError& error) {
             if ((error.code & 0xFF) != SQLITE_CONSTRAINT) { // of the primary result code
                 throw;
             }
-            refusal_ = error.what();
-            sqlite3_reset(statement_.handle());
-            return false;
+            throw StoreError({{shape_.name, row_in_words(values...), "", "", error.what(), "change the model"}}, false);
         }
         sqlite3_reset(statement_.handle());
-        return true;
     }
 
 private:
-    static std::string insertion(const TableShape& shape, std::size_t rows)
+    static std::string insertion(const TableShape& shape)
     {
-        std::string row = "(?";
+        std::string sql = "INSERT INTO " + shape.name + " (" + shape.column_list() + ") VALUES (?";
         for (std::size_t column = 1; column < shape.columns.size(); ++column) {
-            row += ", ?";
+            sql += ", ?";
         }
-        row += ')';
-        std::string sql = "INSERT INTO " + shape.name + " (" + shape.column_list() + ") VALUES " + row;
-        for (std::size_t more = 1; more < rows; ++more) {
-            sql.append(", ").append(row);
-        }
-        return sql;
+        return sql + ')';
     }
 
     void bind(int column, std::int64_t value) { sqlite3_bind_int64(statement_.handle(), column, value); }
@@ -102,7 +78,6 @@ private:
 
     const TableShape& shape_;
     Statement statement_;
-    std::string refusal_; ///< what was wrong with the last row that was refused
 };
 
 } // namespace velm

@@ -1,5 +1,9 @@
+#include "model_store/save_series.hpp"
 #include "tests/model_store/store_fixture.hpp"
 
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
 #include <limits>
 
 namespace velm {
@@ -32,15 +36,14 @@ TEST_F(Save, refuses_what_a_load_would_refuse_and_leaves_no_file)
         {[](Model& model) {
              model.systems[0].loads.items[0].series = {std::vector<float>(100001), std::vector<float>(100001)};
          },
-         "table load_value, system 1, load 1, pair 100001: CHECK constraint failed: number BETWEEN 1 AND 100000; "
-         "change the model"},
+         "table load_value, system 1, load 1: there are 100001 pairs; thin the series out to at most 100000"},
         {[](Model& model) {
              TimeSeries& series = model.flow_fields[1].functions[0].series;
              series = {std::vector<float>(1000), std::vector<float>(1000)};
              series.values[776] = std::numeric_limits<float>::quiet_NaN();
          },
-         "table flow_value, flow field 2, flow function 1, pair 777: NOT NULL constraint failed: flow_value.value; "
-         "change the model"},
+         "table flow_value, flow field 2, flow function 1, pair 777, column value: 'nan' is not finite; store a "
+         "finite number"},
     };
     for (const Case& refused : cases) {
         Model model = full_model();
@@ -50,19 +53,74 @@ TEST_F(Save, refuses_what_a_load_would_refuse_and_leaves_no_file)
     }
 }
 
-TEST_F(Save, gives_long_series_back)
+TimeSeries series_of(std::size_t pairs)
+{
+    TimeSeries series;
+    for (std::size_t pair = 0; pair < pairs; ++pair) {
+        series.times.push_back(static_cast<float>(pair) / 8);
+        series.values.push_back(-static_cast<float>(pair) / 7);
+    }
+    return series;
+}
+
+TEST_F(Save, spreads_series_of_any_length_over_sound_pages)
+{
+    std::vector<std::size_t> lengths = {1, 12'000, 40'000, 1'500'000};
+    for (std::size_t length = 100; length < 300; ++length) { // what one and two pages hold, to the row
+        lengths.push_back(length);
+    }
+    for (const std::size_t length : lengths) {
+        Model model = full_model();
+        model.flow_fields[1].functions[0].series = series_of(length);
+        const auto database = file(std::to_string(length) + ".db");
+        save_model(model, database);
+        EXPECT_EQ(query(database, "PRAGMA integrity_check"), std::vector<std::string>{"ok"}) << length;
+        EXPECT_TRUE(load_model(database) == model) << length;
+    }
+}
+
+TEST_F(Save, keeps_rows_apart_whose_keys_take_more_bytes)
 {
     Model model = full_model();
-    for (const std::size_t length : {99U, 100U, 101U, 1234U}) {
-        TimeSeries series;
-        for (std::size_t pair = 0; pair < length; ++pair) {
-            series.times.push_back(static_cast<float>(pair));
-            series.values.push_back(static_cast<float>(pair) / 7);
-        }
-        model.systems[1].boundaries.items.push_back({2, series});
+    model.time_function_types[1].instances.resize(40'000);
+    for (std::size_t number : {1U, 127U, 128U, 32'767U, 32'768U, 40'000U}) {
+        model.time_function_types[1].instances[number - 1] = {true, "", series_of(number)};
     }
-    save_model(model, file("long.db"));
-    EXPECT_TRUE(load_model(file("long.db")) == model);
+    save_model(model, file("keys.db"));
+    EXPECT_EQ(query(file("keys.db"), "PRAGMA integrity_check"), std::vector<std::string>{"ok"});
+    EXPECT_TRUE(load_model(file("keys.db")) == model);
+    EXPECT_EQ(query(file("keys.db"), "SELECT time FROM time_function_value WHERE time_function_type = 2 AND "
+                                     "time_function = 32768 AND number = 32765"),
+              std::vector<std::string>{"4095.5"});
+}
+
+/// Made of a hole, so that it takes no room on the disk.
+void lengthen(const std::filesystem::path& database, std::uint64_t bytes)
+{
+    constexpr std::uint64_t page_size = 4096;
+    constexpr std::streamoff place_of_page_count = 28;
+    std::filesystem::resize_file(database, bytes);
+    std::fstream header(database, std::ios::binary | std::ios::in | std::ios::out);
+    header.seekp(place_of_page_count);
+    for (const unsigned shift : {24U, 16U, 8U, 0U}) {
+        header.put(static_cast<char>(bytes / page_size >> shift));
+    }
+}
+
+TEST_F(Save, leaves_out_the_page_that_programs_lock)
+{
+    constexpr std::uint64_t locked_byte = std::uint64_t{1} << 30U;
+    for (const std::uint64_t bytes : {locked_byte - 65'536, locked_byte}) {
+        Model model = full_model();
+        const auto database = file(std::to_string(bytes) + ".db");
+        save_model(model, database);
+        spoil(database, "DELETE FROM boundary_value; DELETE FROM load_value; DELETE FROM flow_value; "
+                        "DELETE FROM exchange_value; DELETE FROM time_function_value");
+        lengthen(database, bytes);
+        model.flow_fields[1].functions[0].series = series_of(10'000);
+        save_series(model, database);
+        EXPECT_TRUE(load_model(database) == model) << bytes;
+    }
 }
 
 TEST_F(Save, leaves_the_place_of_a_missing_value_empty_until_it_is_filled)
