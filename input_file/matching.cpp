@@ -69,15 +69,6 @@ std::string_view blanks(std::size_t count)
     return most.substr(0, count);
 }
 
-bool begins_like_a_number(std::string_view word)
-{
-    if (!word.empty() && (word.front() == '-' || word.front() == '+')) {
-        word.remove_prefix(1);
-    }
-    return !word.empty() &&
-           ((word.front() >= '0' && word.front() <= '9') || word.front() == '.' || word == "INF" || word == "NaN");
-}
-
 bool has_columns_of(const Record& record, std::string_view line)
 {
     if (line.size() != record.width()) {

@@ -35,7 +35,11 @@ void RecordReader::deliver(const Part& part)
 
 float RecordReader::real(std::string_view name)
 {
-    const Part& part = find(name);
+    return real_of(find(name));
+}
+
+float RecordReader::real_of(const Part& part)
+{
     deliver(part);
     const RealText real = part.column == 0 ? real_in_row(text_of(part)) : real_in_field(text_of(part), part.decimals);
     return real.kind == RealTextKind::exact ? real.value : settle(part, real);

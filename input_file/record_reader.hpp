@@ -120,6 +120,7 @@ private:
     [[nodiscard]] Place place_of(const Part& part) const;
     void deliver(const Part& part);
     [[nodiscard]] std::optional<std::int32_t> integer_of(const Part& part);
+    [[nodiscard]] float real_of(const Part& part);
     [[nodiscard]] float settle(const Part& part, const RealText& real);
     void report_no_value(const Part& part);
     void check_segment(std::string_view name, std::int32_t segment);
@@ -135,6 +136,8 @@ private:
     std::uint64_t record_line_ = 0;
     std::array<std::string_view, 4> numbers_{}; ///< of a row
     bool row_in_form_ = true;
+    const char* split_line_ = nullptr; ///< the line ahead, when numbers_ are its numbers
+    std::size_t split_numbers_ = 0;
     std::size_t next_part_ = 0;
     std::array<std::int32_t, 3> key_{};
     std::vector<float> times_;
