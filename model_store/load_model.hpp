@@ -6,7 +6,7 @@
 
 namespace velm {
 
-/// Everything that load_model() refuses but in the rows of time series, without keeping what is read.
+/// Everything that load_model() refuses but in the tables of numbered_rows.hpp, without keeping what is read.
 void check_model(const std::filesystem::path& database, const LoadOptions& options = {});
 
 } // namespace velm

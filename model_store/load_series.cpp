@@ -59,6 +59,9 @@ void load_series(LoadState& load, std::string_view table, const ParentKeys& pare
 void load_for_each_segment(LoadState& load, std::string_view table, const ParentKeys& parents,
                            const std::function<void(TableReader& row)>& read)
 {
+    if (!load.keep) {
+        return;
+    }
     const TableShape& shape = model_table(table);
     const std::vector<ParentKey>& awaited = parents.all(); // in order, as the rows are
     const auto last_segment = static_cast<std::int64_t>(load.segments.all().size());

@@ -1,6 +1,7 @@
 #include "model_store/load_model.hpp"
 #include "model_store/new_file.hpp"
-#include "model_store/save_series.hpp"
+#include "model_store/numbered_rows.hpp"
+#include "model_store/save_rows.hpp"
 #include "model_store/table_writer.hpp"
 
 #include <algorithm>
@@ -52,15 +53,11 @@ void save_segment_series(const Database& database, const Model& model, const std
 void save_systems(const Database& database, const Model& model)
 {
     TableWriter system_row(database, "system");
-    TableWriter condition_row(database, "initial_condition");
     for (std::size_t number = 1; const System& system : model.systems) {
         system_row.insert(number, system.name, system.tag, system.boundaries.scale_factor,
                           system.boundaries.conversion_factor, system.loads.scale_factor,
                           system.loads.conversion_factor, system.solids_transport_field, system.solids_density,
                           system.maximum_concentration);
-        for (std::size_t segment = 1; const InitialCondition& condition : system.initial_conditions) {
-            condition_row.insert(number, segment++, condition.concentration, condition.dissolved_fraction);
-        }
         ++number;
     }
     save_segment_series(database, model, "boundary", &System::boundaries);
@@ -123,14 +120,10 @@ void save_parameters(const Database& database, const Model& model)
 {
     TableWriter type_row(database, "parameter_type");
     TableWriter parameter_row(database, "parameter");
-    TableWriter value_row(database, "parameter_value");
     for (std::size_t type_number = 1; const auto& type : model.parameter_types) {
         type_row.insert(type_number, type.isc);
         for (std::size_t number = 1; const Parameter& parameter : type.instances) {
             parameter_row.insert(type_number, number, parameter.used, parameter.description, parameter.scale_factor);
-            for (std::size_t segment = 1; const float value : parameter.values) {
-                value_row.insert(type_number, number, segment++, value);
-            }
             ++number;
         }
         ++type_number;
@@ -185,7 +178,7 @@ void check_but_for_missing(const std::filesystem::path& file, std::size_t missin
     }
 }
 
-/// All but the series.
+/// All but the numbered rows.
 void save_tables(const Database& database, const Model& model)
 {
     save_run(database, model);
@@ -211,12 +204,12 @@ void save_model(const Model& model, const std::filesystem::path& database, std::
             forget(file, value);
         }
     };
-    check_series(model);
+    const std::vector<NumberedTable> numbered = numbered_tables(model);
     // what the schema lets pass but a load would refuse is found by reading it back before it gets its name; that finds
     // rows without those that they refer to as well, so that not each row has to look for its own
     write_new_database(database, [&](const std::filesystem::path& file) {
         change_unshared(file, ForeignKeys::free, save_tables_of_model);
-        save_series(model, file);
+        save_rows(numbered, file);
         change_unshared(file, ForeignKeys::free, forget_missing);
         check_but_for_missing(file, missing.size());
     });

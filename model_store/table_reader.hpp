@@ -40,7 +40,7 @@ struct LoadState {
     ProblemList& problems;
     const LoadOptions& options;
     std::string& table; ///< the one being read
-    bool keep = true;   ///< false to check the database, but for its series, without filling the model
+    bool keep = true;   ///< false to check the database, but for its numbered rows, without filling the model
     ParentKeys segments{};
     std::uint64_t rows = 0;
 

@@ -1,4 +1,4 @@
-#include "model_store/save_series.hpp"
+#include "model_store/save_rows.hpp"
 #include "tests/model_store/store_fixture.hpp"
 
 #include <cstdint>
@@ -28,6 +28,14 @@ TEST_F(Save, refuses_what_a_load_would_refuse_and_leaves_no_file)
         {[](Model& model) { model.systems[1].initial_conditions.pop_back(); },
          "table initial_condition, system 2, column segment: there is no row for segment 3; give a row for each "
          "segment"},
+        {[](Model& model) { model.parameter_types[0].instances[1].values.push_back(1); },
+         "table parameter_value, parameter type 1, parameter 2, column segment: there are rows for 4 segments; give "
+         "rows for the 3 that there are"},
+        {[](Model& model) {
+             model.systems[1].initial_conditions[2].dissolved_fraction = std::numeric_limits<float>::infinity();
+         },
+         "table initial_condition, system 2, segment 3, column dissolved_fraction: 'inf' is not finite; store a finite "
+         "number"},
         {[](Model& model) { model.systems[0].boundaries.items[1].segment = 4; },
          "table boundary, system 1, boundary 2, column segment: '4' is not a segment of the model; the segments are "
          "numbered from 1 to 3"},
@@ -115,10 +123,11 @@ TEST_F(Save, leaves_out_the_page_that_programs_lock)
         const auto database = file(std::to_string(bytes) + ".db");
         save_model(model, database);
         spoil(database, "DELETE FROM boundary_value; DELETE FROM load_value; DELETE FROM flow_value; "
-                        "DELETE FROM exchange_value; DELETE FROM time_function_value");
+                        "DELETE FROM exchange_value; DELETE FROM time_function_value; DELETE FROM initial_condition; "
+                        "DELETE FROM parameter_value");
         lengthen(database, bytes);
         model.flow_fields[1].functions[0].series = series_of(10'000);
-        save_series(model, database);
+        save_rows(numbered_tables(model), database);
         EXPECT_TRUE(load_model(database) == model) << bytes;
     }
 }

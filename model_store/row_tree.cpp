@@ -1,6 +1,7 @@
-#include "model_store/series_tree.hpp"
+#include "model_store/row_tree.hpp"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
 
@@ -15,7 +16,6 @@ constexpr std::size_t bytes_for_position = 2; ///< of a row within its page
 constexpr std::size_t bytes_for_page = 4;
 constexpr std::size_t bytes_for_real = 8;
 constexpr char type_of_real = 7;
-constexpr std::size_t columns = 5;
 
 char* put_number(char* to, std::uint64_t number, std::size_t bytes)
 {
@@ -67,25 +67,47 @@ char* put_header(std::span<char> page, char type, std::size_t rows, std::size_t 
 
 } // namespace
 
-SeriesTree::SeriesTree(std::span<const KeyedSeries> series, const PageNumbering& numbering, std::uint64_t first_index)
-    : series_(series), numbering_(numbering), first_index_(first_index)
+RowTree::RowTree(const NumberedTable& table, const PageNumbering& numbering, std::uint64_t first_index)
+    : table_(table), numbering_(numbering), first_index_(first_index), reals_(table.reals())
 {
-    std::array<std::uint64_t, 3> largest{};
+    std::array<std::uint64_t, 2> largest_keys{};
+    std::uint64_t largest_count = 0;
     std::uint64_t rows = 0;
-    for (const KeyedSeries& keyed : series) {
-        const std::uint64_t pairs = keyed.series->times.size();
-        largest = {std::max(largest[0], keyed.key[0]), std::max(largest[1], keyed.key[1]), std::max(largest[2], pairs)};
+    for (const NumberedRows& run : table.rows) {
+        for (std::size_t key = 0; key < largest_keys.size(); ++key) {
+            largest_keys[key] = std::max(largest_keys[key], run.key[key]);
+        }
+        largest_count = std::max<std::uint64_t>(largest_count, run.count);
         first_rows_.push_back(rows);
-        rows += pairs;
+        rows += run.count;
     }
     first_rows_.push_back(rows);
-    std::transform(largest.begin(), largest.end(), key_sizes_.begin(), bytes_for);
-    // its size and the record: the sizes' and the columns' types, the key, both reals
-    row_size_ = 1 + 1 + columns + key_sizes_[0] + key_sizes_[1] + key_sizes_[2] + 2 * bytes_for_real;
+    for (std::size_t key = 0; key < table.shared_keys(); ++key) {
+        key_sizes_.push_back(bytes_for(largest_keys.at(key)));
+    }
+    key_sizes_.push_back(bytes_for(largest_count));
+    make_head();
     add_levels();
 }
 
-void SeriesTree::add_levels()
+/// A record begins with the types of its columns, and before it stand its size and theirs.
+void RowTree::make_head()
+{
+    std::vector<char> types;
+    std::size_t bytes = reals_ * bytes_for_real;
+    for (const std::size_t size : key_sizes_) {
+        types.push_back(type_of_integer(size));
+        bytes += size;
+    }
+    types.insert(types.end(), reals_, type_of_real);
+    const std::size_t head = 1 + types.size();
+    head_.push_back(static_cast<char>(head + bytes));
+    head_.push_back(static_cast<char>(head));
+    head_.insert(head_.end(), types.begin(), types.end());
+    row_size_ = head_.size() + bytes;
+}
+
+void RowTree::add_levels()
 {
     const std::size_t most_in_leaf = (numbering_.page_size - leaf_header) / (bytes_for_position + row_size_);
     const std::size_t most_in_inner =
@@ -103,20 +125,20 @@ void SeriesTree::add_levels()
     added_pages_ = levels_.back().first_page;
 }
 
-SeriesTree::Row SeriesTree::row_at(std::uint64_t row) const
+RowTree::Row RowTree::row_at(std::uint64_t row) const
 {
     const auto after = std::upper_bound(first_rows_.begin(), first_rows_.end(), row);
-    const auto series = static_cast<std::size_t>(after - first_rows_.begin()) - 1;
-    return {series, static_cast<std::size_t>(row - first_rows_[series])};
+    const auto run = static_cast<std::size_t>(after - first_rows_.begin()) - 1;
+    return {run, static_cast<std::size_t>(row - first_rows_[run])};
 }
 
-SeriesTree::Row SeriesTree::row_after(Row row) const
+RowTree::Row RowTree::row_after(Row row) const
 {
-    const bool ends_series = row.pair + 1 == series_[row.series].series->times.size();
-    return ends_series ? Row{row.series + 1, 0} : Row{row.series, row.pair + 1};
+    const bool ends_run = row.row + 1 == table_.rows[row.run].count;
+    return ends_run ? Row{row.run + 1, 0} : Row{row.run, row.row + 1};
 }
 
-std::uint64_t SeriesTree::row_above(std::size_t level, std::uint64_t page) const
+std::uint64_t RowTree::row_above(std::size_t level, std::uint64_t page) const
 {
     for (; level != 0; --level) {
         page = levels_[level].begin(page + 1) - 1;
@@ -124,24 +146,22 @@ std::uint64_t SeriesTree::row_above(std::size_t level, std::uint64_t page) const
     return levels_[0].begin(page + 1) - 1;
 }
 
-char* SeriesTree::put_row(char* to, Row row) const
+char* RowTree::put_row(char* to, Row row) const
 {
-    const KeyedSeries& keyed = series_[row.series];
-    *to++ = static_cast<char>(row_size_ - 1);
-    *to++ = 1 + columns;
-    for (const std::size_t size : key_sizes_) {
-        *to++ = type_of_integer(size);
+    const NumberedRows& run = table_.rows[row.run];
+    to = std::copy(head_.begin(), head_.end(), to);
+    const std::size_t shared_keys = key_sizes_.size() - 1;
+    for (std::size_t key = 0; key < shared_keys; ++key) {
+        to = put_number(to, run.key[key], key_sizes_[key]);
     }
-    *to++ = type_of_real;
-    *to++ = type_of_real;
-    to = put_number(to, keyed.key[0], key_sizes_[0]);
-    to = put_number(to, keyed.key[1], key_sizes_[1]);
-    to = put_number(to, row.pair + 1, key_sizes_[2]);
-    to = put_real(to, keyed.series->times[row.pair]);
-    return put_real(to, keyed.series->values[row.pair]);
+    to = put_number(to, row.row + 1, key_sizes_.back());
+    for (std::size_t real = 0; real < reals_; ++real) {
+        to = put_real(to, run.reals[real][row.row]);
+    }
+    return to;
 }
 
-void SeriesTree::make_leaf(std::uint64_t page_of_level, std::span<char> page) const
+void RowTree::make_leaf(std::uint64_t page_of_level, std::span<char> page) const
 {
     const std::uint64_t first = levels_[0].begin(page_of_level);
     const std::uint64_t end = levels_[0].begin(page_of_level + 1) - 1;
@@ -153,7 +173,7 @@ void SeriesTree::make_leaf(std::uint64_t page_of_level, std::span<char> page) co
     }
 }
 
-void SeriesTree::make_inner(std::size_t level, std::uint64_t page_of_level, std::span<char> page) const
+void RowTree::make_inner(std::size_t level, std::uint64_t page_of_level, std::span<char> page) const
 {
     const std::uint64_t first = levels_[level].begin(page_of_level);
     const std::uint64_t last = levels_[level].begin(page_of_level + 1) - 1;
@@ -168,7 +188,7 @@ void SeriesTree::make_inner(std::size_t level, std::uint64_t page_of_level, std:
     }
 }
 
-void SeriesTree::make_page(std::uint64_t index, std::span<char> page) const
+void RowTree::make_page(std::uint64_t index, std::span<char> page) const
 {
     const auto of_level = std::find_if(levels_.rbegin(), levels_.rend(),
                                        [index](const Level& level) { return level.first_page <= index; });

@@ -1,23 +1,13 @@
 #pragma once
 
-#include "model/model.hpp"
+#include "model_store/numbered_rows.hpp"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
 
 namespace velm {
-
-/// The two numbers that the keys of a series' rows begin with; the third counts its pairs from 1.
-using SeriesKey = std::array<std::uint64_t, 2>;
-
-/// A time series and the key that its rows share.
-struct KeyedSeries {
-    SeriesKey key{};
-    const TimeSeries* series = nullptr;
-};
 
 /// How the pages of a database file are numbered, from 1 on.
 struct PageNumbering {
@@ -34,18 +24,18 @@ struct PageNumbering {
     }
 };
 
-/// The pages of a table of time pairs, made straight from the series.
+/// The pages of a table of numbered rows, made straight from what the rows hold.
 ///
 /// SQLite's file format keeps the rows of a table without row numbers in a tree of pages: leaves hold rows in the order
 /// of their keys, the row between two leaves stands in the page above, beside the number of the leaf before it, and so
 /// on up to one page, the root. As all rows are known beforehand, in order, they can be spread evenly over as few pages
 /// as hold them, and each page be made on its own. https://www.sqlite.org/fileformat2.html has the layout of pages
 /// (1.6) and of records (2.1); that format does not change.
-class SeriesTree {
+class RowTree {
 public:
-    /// A tree of at least one row; `series` in the order of their keys, without empty ones, must outlive it. Its pages
-    /// but the root are the added pages from `first_index` on.
-    SeriesTree(std::span<const KeyedSeries> series, const PageNumbering& numbering, std::uint64_t first_index);
+    /// `table` has at least one row and outlives the tree. Its pages but the root are the added pages from
+    /// `first_index` on.
+    RowTree(const NumberedTable& table, const PageNumbering& numbering, std::uint64_t first_index);
 
     /// How many pages there are beside the root.
     [[nodiscard]] std::uint64_t added_pages() const { return added_pages_; }
@@ -63,12 +53,13 @@ private:
         [[nodiscard]] std::uint64_t begin(std::uint64_t page) const { return page * places / pages; }
     };
 
-    /// A row's place: which of the series, and which of its pairs, both from 0.
+    /// A row's place: which of the table's runs of rows, and which row of it, both from 0.
     struct Row {
-        std::size_t series = 0;
-        std::size_t pair = 0;
+        std::size_t run = 0;
+        std::size_t row = 0;
     };
 
+    void make_head();
     void add_levels();
     [[nodiscard]] Row row_at(std::uint64_t row) const;
     [[nodiscard]] Row row_after(Row row) const;
@@ -77,13 +68,15 @@ private:
     void make_leaf(std::uint64_t page_of_level, std::span<char> page) const;
     void make_inner(std::size_t level, std::uint64_t page_of_level, std::span<char> page) const;
 
-    std::span<const KeyedSeries> series_;
+    const NumberedTable& table_;
     PageNumbering numbering_;
     std::uint64_t first_index_;
-    std::vector<std::uint64_t> first_rows_;  ///< of each series, and at the end the number of rows
-    std::array<std::size_t, 3> key_sizes_{}; ///< bytes that the numbers of each key column take
-    std::size_t row_size_ = 0;               ///< bytes of a row in a page
-    std::vector<Level> levels_;              ///< from the leaves up
+    std::vector<std::uint64_t> first_rows_; ///< of each run, and at the end the number of rows
+    std::vector<std::size_t> key_sizes_;    ///< bytes that the numbers of each key column take
+    std::vector<char> head_;                ///< what each row begins with
+    std::size_t reals_;
+    std::size_t row_size_ = 0;  ///< bytes of a row in a page
+    std::vector<Level> levels_; ///< from the leaves up
     std::uint64_t added_pages_ = 0;
 };
 
