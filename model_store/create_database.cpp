@@ -44,7 +44,7 @@ void run_script(const Database& database, std::string_view script)
 
 void create_database(std::string_view sql, const std::filesystem::path& database)
 {
-    write_new_database(database, [sql](const std::filesystem::path& unnamed) {
+    write_new_database(database, TemporaryFiles::plain(), [sql](const std::filesystem::path& unnamed) {
         change_unshared(unnamed, ForeignKeys::bound, [sql](const Database& file) { run_script(file, sql); });
     });
 }

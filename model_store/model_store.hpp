@@ -57,12 +57,25 @@ struct MissingValue {
     std::array<std::int32_t, 3> key{};
 };
 
+/// Where a database is written until it is whole: a file beside the one that it becomes. Whoever wants that file
+/// removed when the process is ended from outside gives procedures of his own.
+struct TemporaryFiles {
+    /// A new name for a file that becomes `database`; there may be an empty file.
+    std::function<std::filesystem::path(const std::filesystem::path& database)> create;
+    /// Removes the file; called when the database has its own name, or has failed. Must not throw.
+    std::function<void(const std::filesystem::path& temporary)> discard;
+
+    /// Removes them unless the process is ended.
+    static TemporaryFiles plain();
+};
+
 /// Writes `model` into a new database file. Throws StoreError when the file exists or cannot be written, or
 /// when the model has what the schema refuses; then no file is left.
 ///
 /// `missing` values become NULL, whatever the model has in their place. Such a database has the schema's tables
 /// without NOT NULL, and a load refuses it, naming each NULL, until all are filled.
-void save_model(const Model& model, const std::filesystem::path& database, std::span<const MissingValue> missing = {});
+void save_model(const Model& model, const std::filesystem::path& database, std::span<const MissingValue> missing = {},
+                const TemporaryFiles& temporary_files = TemporaryFiles::plain());
 
 /// Creates a database file from SQL text: the schema alone, or the schema and statements that fill it.
 /// Throws StoreError when the file exists or the SQL fails; then no file is left.

@@ -28,27 +28,22 @@ namespace fs = std::filesystem;
     fail(file, "cannot be written: " + reason, "check that the folder exists, can be written to and has room");
 }
 
-/// A name beside the file to come, so that the two lie on one file system; removed with the object.
 class TemporaryFile {
 public:
-    explicit TemporaryFile(fs::path file) : path_(std::move(file))
+    TemporaryFile(const TemporaryFiles& files, const fs::path& database)
+        : discard_(files.discard), path_(files.create(database))
     {
-        std::random_device random;
-        path_ += ".new-" + std::to_string(random()) + std::to_string(random());
     }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
     TemporaryFile(TemporaryFile&&) = delete;
     TemporaryFile& operator=(TemporaryFile&&) = delete;
-    ~TemporaryFile()
-    {
-        std::error_code ignored;
-        fs::remove(path_, ignored);
-    }
+    ~TemporaryFile() { discard_(path_); }
 
     [[nodiscard]] const fs::path& path() const { return path_; }
 
 private:
+    std::function<void(const fs::path& temporary)> discard_;
     fs::path path_;
 };
 
@@ -70,6 +65,19 @@ void give_name(const fs::path& written, const fs::path& file)
 
 } // namespace
 
+TemporaryFiles TemporaryFiles::plain()
+{
+    const auto create = [](fs::path database) {
+        std::random_device random;
+        return database += ".new-" + std::to_string(random()) + std::to_string(random());
+    };
+    const auto discard = [](const fs::path& temporary) {
+        std::error_code ignored;
+        fs::remove(temporary, ignored);
+    };
+    return {create, discard};
+}
+
 void change_unshared(const fs::path& file, ForeignKeys keys, const std::function<void(const Database&)>& change)
 {
     const Database database(file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
@@ -80,20 +88,21 @@ void change_unshared(const fs::path& file, ForeignKeys keys, const std::function
     database.run("COMMIT");
 }
 
-void write_new_database(const fs::path& file, const std::function<void(const fs::path& unnamed)>& write)
+void write_new_database(const fs::path& file, const TemporaryFiles& temporary_files,
+                        const std::function<void(const fs::path& unnamed)>& write)
 {
     if (fs::exists(fs::symlink_status(file))) {
         fail_as_existing(file);
     }
-    const TemporaryFile temporary(file);
     try {
+        const TemporaryFile temporary(temporary_files, file);
         write(temporary.path());
+        give_name(temporary.path(), file);
     } catch (const SqliteError& error) {
         fail_to_write(file, error.what());
     } catch (const std::system_error& error) {
         fail_to_write(file, error.code().message());
     }
-    give_name(temporary.path(), file);
 }
 
 } // namespace velm

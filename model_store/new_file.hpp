@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model_store/model_store.hpp"
 #include "model_store/sqlite_database.hpp"
 
 #include <filesystem>
@@ -18,7 +19,7 @@ void change_unshared(const std::filesystem::path& file, ForeignKeys keys,
 /// Has a new database written under a temporary name beside `file`, and gives it its name when `write` is done, never
 /// in the place of another file. Throws StoreError, or what `write` throws other than the failures of SQLite and of the
 /// system, which become one; then no file is left.
-void write_new_database(const std::filesystem::path& file,
+void write_new_database(const std::filesystem::path& file, const TemporaryFiles& temporary_files,
                         const std::function<void(const std::filesystem::path& unnamed)>& write);
 
 } // namespace velm

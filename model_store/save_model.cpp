@@ -193,24 +193,23 @@ void save_tables(const Database& database, const Model& model)
 
 } // namespace
 
-void save_model(const Model& model, const std::filesystem::path& database, std::span<const MissingValue> missing)
+void save_model(const Model& model, const std::filesystem::path& database, std::span<const MissingValue> missing,
+                const TemporaryFiles& temporary_files)
 {
-    const auto save_tables_of_model = [&](const Database& file) {
-        file.run(schema_for(missing).c_str());
+    const std::vector<NumberedTable> numbered = numbered_tables(model);
+    const auto create_tables = [&](const Database& file) { file.run(schema_for(missing).c_str()); };
+    const auto fill_other_tables = [&](const Database& file) {
         save_tables(file, model);
-    };
-    const auto forget_missing = [&](const Database& file) {
         for (const MissingValue& value : missing) {
             forget(file, value);
         }
     };
-    const std::vector<NumberedTable> numbered = numbered_tables(model);
     // what the schema lets pass but a load would refuse is found by reading it back before it gets its name; that finds
     // rows without those that they refer to as well, so that not each row has to look for its own
-    write_new_database(database, [&](const std::filesystem::path& file) {
-        change_unshared(file, ForeignKeys::free, save_tables_of_model);
+    write_new_database(database, temporary_files, [&](const std::filesystem::path& file) {
+        change_unshared(file, ForeignKeys::free, create_tables);
         save_rows(numbered, file);
-        change_unshared(file, ForeignKeys::free, forget_missing);
+        change_unshared(file, ForeignKeys::free, fill_other_tables); // which writes the rows, too, through to the disk
         check_but_for_missing(file, missing.size());
     });
 }

@@ -6,6 +6,7 @@
 #include <array>
 #include <cerrno>
 #include <fstream>
+#include <future>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -63,12 +64,15 @@ PageNumbering numbering_after(const Database& database)
             static_cast<std::uint64_t>(database.integer("PRAGMA page_count")) + 1};
 }
 
+/// Makes pages while those before are being written.
 void write_tree(RawFile& file, const RowTree& tree, const PageNumbering& numbering, std::uint64_t first_index,
                 std::uint64_t root)
 {
-    constexpr std::size_t pages_at_once = 256;
+    constexpr std::size_t pages_at_once = 1024;
     const std::size_t size = numbering.page_size;
     std::vector<char> pages(pages_at_once * size);
+    std::vector<char> pages_before(pages.size());
+    std::future<void> writing;
     for (std::uint64_t index = 0; index < tree.added_pages();) {
         const std::uint64_t number = numbering.number(first_index + index);
         std::size_t made = 0;
@@ -76,7 +80,17 @@ void write_tree(RawFile& file, const RowTree& tree, const PageNumbering& numberi
                numbering.number(first_index + index) == number + made) {
             tree.make_page(index++, std::span(pages).subspan(made++ * size, size));
         }
-        file.write((number - 1) * size, std::span(pages).first(made * size));
+        if (writing.valid()) {
+            writing.get();
+        }
+        pages.swap(pages_before);
+        writing = std::async(std::launch::async,
+                             [&file, place = (number - 1) * size, bytes = std::span(pages_before).first(made * size)] {
+                                 file.write(place, bytes);
+                             });
+    }
+    if (writing.valid()) {
+        writing.get();
     }
     tree.make_page(tree.added_pages(), std::span(pages).first(size));
     file.write((root - 1) * size, std::span(pages).first(size));

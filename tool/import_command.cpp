@@ -118,11 +118,11 @@ void save(const ImportArguments& arguments, const InputFile& file)
     }
     try {
         if (!arguments.force || !fs::exists(fs::symlink_status(arguments.model))) {
-            return save_model(file.model, arguments.model, missing);
+            return save_model(file.model, arguments.model, missing, watched_temporary_files());
         }
         ReplacedFile replaced(arguments.model);
         fs::remove(replaced.temporary()); // the store writes only where no file is
-        save_model(file.model, replaced.temporary(), missing);
+        save_model(file.model, replaced.temporary(), missing, watched_temporary_files());
         replaced.put_in_place();
     } catch (const StoreError& error) {
         throw ToolError(ExitCode::failed, problems_text(arguments.model + " cannot be written:", error));

@@ -3,6 +3,7 @@
 #include "tool/exit_code.hpp"
 #include "tool/operating_system.hpp"
 #include "tool/progress_bar.hpp"
+#include "tool/replaced_file.hpp"
 
 #include <filesystem>
 #include <iostream>
@@ -50,6 +51,11 @@ Model read_model_file(const std::string& database, bool quiet)
     } catch (const std::bad_alloc&) {
         throw ToolError(ExitCode::model_unreadable, database + " cannot be read: it does not fit into memory");
     }
+}
+
+TemporaryFiles watched_temporary_files()
+{
+    return {create_temporary_file_beside, discard};
 }
 
 void create_model_file(const std::string& database, const std::function<void()>& create, const std::string& what)

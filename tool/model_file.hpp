@@ -19,6 +19,9 @@ void refuse_stream(const std::string& file, const std::string& argument, const s
 /// The store's words: below a line that names the file, or alone when they are about the file as a whole.
 [[nodiscard]] std::string problems_text(const std::string& heading, const StoreError& error);
 
+/// Temporary files for a new database that are removed however the process ends.
+[[nodiscard]] TemporaryFiles watched_temporary_files();
+
 /// Has `create` make a new model database and says so. Throws ToolError: usage when `database` exists already,
 /// failed when it cannot be made.
 void create_model_file(const std::string& database, const std::function<void()>& create, const std::string& what);

@@ -47,10 +47,15 @@ fs::path temporary_beginning(const fs::path& file)
 
 } // namespace
 
+fs::path create_temporary_file_beside(const fs::path& file)
+{
+    return create_temporary_file(temporary_beginning(file), !fs::exists(file));
+}
+
 ReplacedFile::ReplacedFile(const fs::path& file) : target(target_of(file))
 {
     refuse_unless_replaceable(target);
-    temporary_file = create_temporary_file(temporary_beginning(target), !fs::exists(target));
+    temporary_file = create_temporary_file_beside(target);
 }
 
 ReplacedFile::~ReplacedFile()

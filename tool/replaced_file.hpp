@@ -29,4 +29,8 @@ private:
     bool in_place = false;
 };
 
+/// Creates a file beside `file`, empty, that is removed when the process ends. discard() removes it before. Throws
+/// std::system_error when the directory takes no file.
+[[nodiscard]] std::filesystem::path create_temporary_file_beside(const std::filesystem::path& file);
+
 } // namespace velm

@@ -51,7 +51,9 @@ Command session_to_model_command(CLI::App& tool)
                       "ask for is not in a session: unused constants, parameters and time functions have no values.");
     return {arguments, [values] {
                 refuse_stream(values->session, "SESSION", "it is read more than once; give a file name");
-                const auto create = [&] { save_model(read_model(*values), values->model); };
+                const auto create = [&] {
+                    save_model(read_model(*values), values->model, {}, watched_temporary_files());
+                };
                 create_model_file(values->model, create, "the model of " + values->session);
                 return ExitCode::done;
             }};

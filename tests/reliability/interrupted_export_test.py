@@ -1,11 +1,13 @@
 """velm export on a system that fails: OUTPUT is what it was or what it is to be, and nothing stays beside it."""
 
+import contextlib
 import errno
 import os
 import pathlib
 import random
 import shutil
 import signal
+import sqlite3
 import subprocess
 import time
 import unittest
@@ -139,6 +141,25 @@ class Killed(InterruptedExport):
         self.assertEqual(self.output(), self.whole)
         self.assertEqual(self.temporaries(), in_use)
         self.assertIsNone(process.poll())
+
+    def test_while_importing(self):
+        with contextlib.closing(sqlite3.connect(self.directory / "model.db")) as database, database:
+            number = database.execute("SELECT max(number) + 1 FROM flow_function WHERE flow_field = 1").fetchone()[0]
+            database.execute("INSERT INTO flow_function VALUES (1, ?, '')", [number])
+            database.executemany("INSERT INTO flow_value VALUES (1, ?, ?, ?, ?)",
+                                 ((number, pair, pair / 7, pair / 3) for pair in range(1, 400_000)))
+        self.assertEqual(self.velm("export", "model.db", "long.inp")[0], 0)
+        before = self.files()
+        for arguments in [["imported.db"], ["model.db", "--force"]]:
+            interrupted = 0
+            for _ in range(20):
+                process = subprocess.Popen([VELM, "import", "long.inp", *arguments, "--quiet"], cwd=self.directory)
+                while process.poll() is None and not any(".velm-" in name for name in self.files()):
+                    pass
+                process.terminate()
+                interrupted += process.wait(timeout=60) == -signal.SIGTERM
+                self.assertEqual([name for name in self.files() if name != "imported.db"], before)
+            self.assertGreater(interrupted, 0)
 
 
 if __name__ == "__main__":
