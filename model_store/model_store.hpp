@@ -64,13 +64,16 @@ struct TemporaryFiles {
     std::function<std::filesystem::path(const std::filesystem::path& database)> create;
     /// Removes the file; called when the database has its own name, or has failed. Must not throw.
     std::function<void(const std::filesystem::path& temporary)> discard;
+    /// Gives the file, when it is whole, the name of `database`, in the place of what stands there. Without it the file
+    /// gets its name only when none has it.
+    std::function<void(const std::filesystem::path& temporary, const std::filesystem::path& database)> replace{};
 
-    /// Removes them unless the process is ended.
+    /// Removes them unless the process is ended, and replaces nothing.
     static TemporaryFiles plain();
 };
 
-/// Writes `model` into a new database file. Throws StoreError when the file exists or cannot be written, or
-/// when the model has what the schema refuses; then no file is left.
+/// Writes `model` into a new database file. Throws StoreError when the file exists (and is not to be replaced) or
+/// cannot be written, or when the model has what the schema refuses; then no new file is left.
 ///
 /// `missing` values become NULL, whatever the model has in their place. Such a database has the schema's tables
 /// without NOT NULL, and a load refuses it, naming each NULL, until all are filled.

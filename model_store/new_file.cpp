@@ -92,13 +92,17 @@ void change_unshared(const fs::path& file, ForeignKeys keys, const std::function
 void write_new_database(const fs::path& file, const TemporaryFiles& temporary_files,
                         const std::function<void(const fs::path& unnamed)>& write)
 {
-    if (fs::exists(fs::symlink_status(file))) {
+    if (!temporary_files.replace && fs::exists(fs::symlink_status(file))) {
         fail_as_existing(file);
     }
     try {
         const TemporaryFile temporary(temporary_files, file);
         write(temporary.path());
-        give_name(temporary.path(), file);
+        if (temporary_files.replace) {
+            temporary_files.replace(temporary.path(), file);
+        } else {
+            give_name(temporary.path(), file);
+        }
     } catch (const SqliteError& error) {
         fail_to_write(file, error.what());
     } catch (const std::system_error& error) {

@@ -16,9 +16,8 @@ enum class ForeignKeys { bound, free };
 void change_unshared(const std::filesystem::path& file, ForeignKeys keys,
                      const std::function<void(const Database&)>& change);
 
-/// Has a new database written under a temporary name beside `file`, and gives it its name when `write` is done, never
-/// in the place of another file. Throws StoreError, or what `write` throws other than the failures of SQLite and of the
-/// system, which become one; then no file is left.
+/// Has a new database written into a temporary file, and gives it its name when `write` is done. Throws StoreError, or
+/// what `write` throws other than the failures of SQLite and of the system, which become one; then no file is left.
 void write_new_database(const std::filesystem::path& file, const TemporaryFiles& temporary_files,
                         const std::function<void(const std::filesystem::path& unnamed)>& write);
 

@@ -121,9 +121,10 @@ void save(const ImportArguments& arguments, const InputFile& file)
             return save_model(file.model, arguments.model, missing, watched_temporary_files());
         }
         ReplacedFile replaced(arguments.model);
-        fs::remove(replaced.temporary()); // the store writes only where no file is
-        save_model(file.model, replaced.temporary(), missing, watched_temporary_files());
-        replaced.put_in_place();
+        const TemporaryFiles its_temporary = {[&](const fs::path&) { return replaced.temporary(); },
+                                              [](const fs::path&) {},
+                                              [&](const fs::path&, const fs::path&) { replaced.put_in_place(); }};
+        save_model(file.model, arguments.model, missing, its_temporary);
     } catch (const StoreError& error) {
         throw ToolError(ExitCode::failed, problems_text(arguments.model + " cannot be written:", error));
     }

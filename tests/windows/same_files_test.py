@@ -63,6 +63,7 @@ class SameFiles(WineCase):
         self.assertEqual((came[0], came[2].replace(".windows.db", ".linux.db")), (here[0], here[2]))
         if came[0] != 0:
             return False
+        self.assertEqual(self.velm("import", "--quiet", "--force", f"{name}.inp", f"{name}.windows.db"), (0, "", ""))
         self.assertEqual(self.rows(f"{name}.windows.db"), self.rows(f"{name}.linux.db"))
         check_bytes((self.directory / f"{name}.inp").read_bytes(), self.export(f"{name}.windows.db", f"{name}.again"))
         return True
