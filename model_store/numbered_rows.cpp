@@ -31,16 +31,6 @@ public:
 
     NumberedTable take() { return std::move(table_); }
 
-    void add(const NumberedRows& rows)
-    {
-        for (std::size_t real = 0; real < table_.reals(); ++real) {
-            refuse_infinite(rows, real);
-        }
-        if (rows.count != 0) {
-            table_.rows.push_back(rows);
-        }
-    }
-
     void add_series(std::uint64_t parent, std::uint64_t item, const TimeSeries& series, std::size_t most_pairs)
     {
         const std::size_t pairs = series.times.size();
@@ -70,6 +60,16 @@ public:
     }
 
 private:
+    void add(const NumberedRows& rows)
+    {
+        for (std::size_t real = 0; real < table_.reals(); ++real) {
+            refuse_infinite(rows, real);
+        }
+        if (rows.count != 0) {
+            table_.rows.push_back(rows);
+        }
+    }
+
     static std::string counted(std::size_t count, const char* what)
     {
         return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");

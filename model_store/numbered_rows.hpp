@@ -42,7 +42,7 @@ struct NumberedTable {
 };
 
 /// The time series, the initial conditions and the parameters' values of `model`, which must outlive what is returned.
-/// Throws StoreError for what a load would refuse: as many values as times or segments are missing, more pairs than a
+/// Throws StoreError for what a load would refuse: more or fewer values than times or segments, more pairs than a
 /// boundary or load can have, a number that is not finite.
 [[nodiscard]] std::vector<NumberedTable> numbered_tables(const Model& model);
 

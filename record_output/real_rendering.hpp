@@ -84,7 +84,8 @@ inline void render_large_real_field(char* field, float value) noexcept
     }
     // eight columns that end at the point: blanks, then the digits before it
     const std::uint64_t digits = eight_digits(decimal.digits);
-    const int unused = 64 - 8 * decimal.exponent;
+    const int unused = 64 - 8 * decimal.exponent; // of so large a value: 0 to 56
+    // NOLINTNEXTLINE(clang-analyzer-core.UndefinedBinaryOperatorResult): the analyzer does not follow the exponent
     const std::uint64_t before_point = (digits << unused) | eight_blanks | (blank_to_zero << unused);
     if constexpr (columns >= 8) {
         std::memset(field, ' ', columns - 8);
