@@ -23,24 +23,24 @@ public:
     JsonText(JsonText&&) = delete;
     JsonText& operator=(JsonText&&) = delete;
 
-    /// Objects and arrays; with a name, as a member of the object that is open.
-    void begin_object(std::string_view name = {});
+    /// Objects and arrays; with a name, as that member of the object that is open.
+    void begin_object(std::string_view member = {});
     void end_object();
-    void begin_array(std::string_view name = {});
+    void begin_array(std::string_view member = {});
     void end_array();
 
     /// Members. Of a text that is no UTF-8, each byte beyond ASCII becomes a question mark.
-    void put(std::string_view name, std::string_view value);
-    void put(std::string_view name, std::uint64_t value);
-    void put(std::string_view name, double value); ///< null for what is not finite
+    void put(std::string_view member, std::string_view value);
+    void put(std::string_view member, std::uint64_t value);
+    void put(std::string_view member, double value); ///< null for what is not finite
     /// Left out when the text is empty.
-    void put_if_any(std::string_view name, std::string_view value);
+    void put_if_any(std::string_view member, std::string_view value);
 
     /// What is written so far, with a line end.
     [[nodiscard]] std::string text() const;
 
 private:
-    void name(std::string_view name);
+    void name(std::string_view member);
 
     struct Writer;
     std::unique_ptr<Writer> writer_;

@@ -26,6 +26,7 @@ void add_values(FindingList& list, const std::filesystem::path& file, std::vecto
         return;
     }
     std::vector<Datum> data;
+    data.reserve(values.size());
     for (const ValueFinding& value : values) {
         data.push_back(value.datum);
     }

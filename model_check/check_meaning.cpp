@@ -169,15 +169,15 @@ private:
                 more(std::count_if(first + 1, conditions.end(), is_above), "of its segments"));
     }
 
-    void check_entries(const SegmentSeriesSet& set, std::string_view table, std::string_view values, std::int32_t s)
+    void check_entries(const SegmentSeriesSet& set, std::string_view owner, std::string_view table, std::int32_t s)
     {
         for_each_numbered(set.items, [&](const SegmentSeries& item, std::int32_t entry) {
             if (item.segment == 0) {
-                report_missing(item.segment, {table, "segment", {s, entry}});
+                report_missing(item.segment, {owner, "segment", {s, entry}});
             } else {
-                segment_or_none(item.segment, {table, "segment", {s, entry}});
+                segment_or_none(item.segment, {owner, "segment", {s, entry}});
             }
-            check_series(item.series, table, values, {s, entry});
+            check_series(item.series, owner, table, {s, entry});
         });
     }
 
