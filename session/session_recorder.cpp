@@ -1,12 +1,13 @@
 #include "session/session_recorder.hpp"
 
 #include "headless_host/request.hpp"
+#include "session/line_text.hpp"
+#include "session/real_text.hpp"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <exception>
-#include <string_view>
-#include <utility>
 
 namespace velm {
 namespace {
@@ -29,6 +30,8 @@ std::string_view text_at(const void* address, std::size_t size)
     return {static_cast<const char*>(address), size};
 }
 
+constexpr std::string_view in_values = "\",\"in\":[";
+
 std::string_view passed_key(const velm_host_request& request)
 {
     constexpr std::int32_t most_characters = 64;
@@ -36,34 +39,55 @@ std::string_view passed_key(const velm_host_request& request)
     return text_at(request.key, size).substr(0, text_at(request.key, size).find('\0'));
 }
 
-/// The members from the key to the lengths.
-void put_key_form_and_lengths(LineWriter& line, std::string_view key, std::int32_t form, std::int32_t key_length,
-                              std::span<const std::int32_t> text_lengths)
-{
-    line.put(",\"key\":");
-    line.put_text(key);
-    line.put(",\"form\":");
-    line.put_integer(form);
-    line.put(",\"lengths\":[");
-    line.put_integer(key_length);
-    for (const std::int32_t length : text_lengths) {
-        line.put(",");
-        line.put_integer(length);
-    }
-    line.put("]");
-}
+/// Room for a line without texts and series, even of an unknown key; a text or a series asks for its own.
+constexpr std::size_t line_room = 1024;
 
-/// The same for every key that has no text: always one and the same.
-std::array<std::string, host_key_count> members_of_keys()
-{
-    std::array<std::string, host_key_count> members;
+/// A key as it stands in its lines: ,"key":"GVOLUME","in":[
+struct KeyMember {
+    static constexpr std::size_t room = 48; ///< one size for all copies faster
+
+    std::array<char, room> text{}; ///< NULs behind it
+    std::uint32_t size = 0;
+};
+
+constexpr auto key_members = [] {
+    std::array<KeyMember, host_key_count> members{};
     for (std::size_t i = 0; i < host_key_count; ++i) {
-        LineWriter line;
-        const HostKey& key = host_keys[i];
-        put_key_form_and_lengths(line, key.name, static_cast<std::int32_t>(key.argument_count), key.length(), {});
-        members[i] = line.line();
+        for (const std::string_view piece : {std::string_view(",\"key\":\""), host_keys[i].name, in_values}) {
+            for (const char character : piece) {
+                members[i].text[members[i].size++] = character;
+            }
+        }
     }
     return members;
+}();
+
+char* put(char* to, std::string_view json)
+{
+    std::memcpy(to, json.data(), json.size());
+    return to + json.size();
+}
+
+/// The members from the key to the beginning of the values.
+char* put_key_form_and_lengths(char* at, const velm_host_request& request, std::size_t texts)
+{
+    at = put_text(put(at, ",\"key\":"), passed_key(request));
+    at = put_integer(put(at, ",\"form\":"), request.call_form);
+    at = put_integer(put(at, ",\"lengths\":["), request.key_length);
+    for (std::size_t i = 0; i < texts; ++i) {
+        at = put_integer(put(at, ","), request.text_lengths[i]);
+    }
+    return put(put(at, "]"), in_values.substr(1));
+}
+
+/// Wide stores have left something behind the line, which become NULs again. The line feed is written after all else:
+/// what ends in one is whole, wherever the process is ended.
+char* put_line_end(char* at)
+{
+    constexpr std::string_view end("}\n\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 16);
+    std::atomic_signal_fence(std::memory_order_release);
+    put(at, end);
+    return at + 2;
 }
 
 } // namespace
@@ -71,7 +95,7 @@ std::array<std::string, host_key_count> members_of_keys()
 SessionRecorder::SessionRecorder(const std::filesystem::path& file)
 {
     file_.emplace(file);
-    file_->append("{\"velm_session\":" + std::to_string(session_version) + "}\n");
+    append("{\"velm_session\":" + std::to_string(session_version) + "}\n");
 }
 
 SessionRecorder::~SessionRecorder()
@@ -85,12 +109,17 @@ void SessionRecorder::close() noexcept
         return;
     }
     try {
-        file_->append("{\"end\":" + std::to_string(exchanges_) + "}\n");
+        append("{\"end\":" + std::to_string(exchanges_) + "}\n");
         file_->close();
         file_.reset();
     } catch (const std::exception& error) {
         stop(error.what());
     }
+}
+
+void SessionRecorder::append(const std::string& line)
+{
+    file_->go_on_at(put(file_->room(line.size()), line));
 }
 
 void SessionRecorder::stop(const char* reason) noexcept
@@ -122,15 +151,15 @@ void SessionRecorder::after_answer(const velm_host_request& request) noexcept
     }
     try {
         ++exchanges_;
-        line_.clear();
-        put_opening(request);
-        put_list(",\"in\":", Direction::in, [this](std::size_t i) { put_in_value_before(i); });
-        put_list(",\"out\":", Direction::out, [&](std::size_t i) { put_out_value(request, i); });
-        if (in_values_have_changed()) {
-            put_list(",\"in_after\":", Direction::in, [this](std::size_t i) { put_in_value_after(i); });
+        char* at = put_opening(file_->room(line_room), request);
+        at = put_list(at, Direction::in, [this](char* to, std::size_t i) { return put_in_value_before(to, i); });
+        at = put_list(put(at, ",\"out\":["), Direction::out,
+                      [&](char* to, std::size_t i) { return put_out_value(to, request, i); });
+        if (in_values_have_changed(request)) {
+            at = put_list(put(at, ",\"in_after\":["), Direction::in,
+                          [&](char* to, std::size_t i) { return put_in_value_after(to, request, i); });
         }
-        line_.put("}\n");
-        file_->append(line_.line());
+        file_->go_on_at(put_line_end(at));
         remember_count(request);
     } catch (const std::exception& error) {
         stop(error.what());
@@ -139,7 +168,7 @@ void SessionRecorder::after_answer(const velm_host_request& request) noexcept
 
 void SessionRecorder::keep_values(const velm_host_request& request)
 {
-    value_count_ = 0;
+    key_ = nullptr;
     if (request.key_position == velm_unknown_key) {
         return;
     }
@@ -147,99 +176,115 @@ void SessionRecorder::keep_values(const velm_host_request& request)
     if (key.argument_count != static_cast<std::size_t>(request.call_form)) {
         return;
     }
+    key_ = &key;
+    has_own_lengths_ = true;
     std::size_t text = 0;
-    for (; value_count_ < key.argument_count; ++value_count_) {
-        const Argument& argument = key.arguments[value_count_];
-        Value& value = values_[value_count_];
-        value = {argument.kind, argument.direction, request.values[value_count_], 0};
-        RecordedValue& before = before_[value_count_];
+    for (std::size_t i = 0; i < key.argument_count; ++i) {
+        const Argument& argument = key.arguments[i];
         if (argument.kind == Kind::text) {
-            const std::int32_t passed = std::max(request.text_lengths[text++], 0);
-            value.text_size = std::min(static_cast<std::size_t>(passed), longest_recorded_text);
-            before.text.assign(text_at(value.address, value.text_size));
+            keep_text(request, i, request.text_lengths[text++]);
         } else if (argument.direction == Direction::in) {
-            before.integer = number_at<std::int32_t>(value.address);
+            integers_before_[i] = number_at<std::int32_t>(request.values[i]);
         } else if (argument.kind == Kind::series && !knows_length_of_series(request)) {
-            const auto* const series = static_cast<const float*>(value.address);
-            before.series.assign(series, series + Request::series_entries);
+            const auto* const series = static_cast<const float*>(request.values[i]);
+            series_before_[i].assign(series, series + Request::series_entries);
         }
     }
 }
 
-void SessionRecorder::put_opening(const velm_host_request& request)
+void SessionRecorder::keep_text(const velm_host_request& request, std::size_t argument, std::int32_t length)
 {
-    static const std::array<std::string, host_key_count> members = members_of_keys();
-    line_.put("{\"exchange\":");
-    line_.put_integer(static_cast<std::int64_t>(exchanges_));
-    const auto texts = std::ranges::count(values(), Kind::text, &Value::kind);
-    if (value_count_ != 0 && texts == 0) {
-        line_.put(members[static_cast<std::size_t>(request.key_position)]);
-    } else {
-        put_key_form_and_lengths(line_, passed_key(request), request.call_form, request.key_length,
-                                 std::span(request.text_lengths).first(static_cast<std::size_t>(texts)));
-    }
+    const auto size = static_cast<std::size_t>(std::max(length, 0));
+    texts_before_[argument].assign(text_at(request.values[argument], std::min(size, longest_recorded_text)));
+    has_own_lengths_ = has_own_lengths_ && key_->arguments[argument].direction == Direction::out &&
+                       key_->arguments[argument].text_length == length;
 }
 
+char* SessionRecorder::put_opening(char* at, const velm_host_request& request) const
+{
+    at = put_integer(put(at, "{\"exchange\":"), static_cast<std::int64_t>(exchanges_));
+    if (key_ == nullptr || !has_own_lengths_) {
+        const auto texts = key_ == nullptr ? 0 : std::ranges::count(key_->arguments, Kind::text, &Argument::kind);
+        return put_key_form_and_lengths(at, request, static_cast<std::size_t>(texts));
+    }
+    const KeyMember& member = key_members[static_cast<std::size_t>(request.key_position)];
+    put(at, {member.text.data(), KeyMember::room});
+    return at + member.size;
+}
+
+/// The values of that direction, with commas between them, and the list's end.
 template <class PutValue>
-void SessionRecorder::put_list(std::string_view member, Direction direction, PutValue put_value)
+char* SessionRecorder::put_list(char* at, Direction direction, PutValue put_value) const
 {
-    line_.put(member);
-    char separator = '[';
-    for (std::size_t i = 0; i < value_count_; ++i) {
-        if (values_[i].direction == direction) {
-            line_.put(std::exchange(separator, ','));
-            put_value(i);
+    std::size_t comma = 0;
+    for (std::size_t i = 0; key_ != nullptr && i < key_->argument_count; ++i) {
+        if (key_->arguments[i].direction == direction) {
+            at = put_value(at, i);
+            *at++ = ',';
+            comma = 1;
         }
     }
-    if (separator == '[') {
-        line_.put('[');
-    }
-    line_.put(']');
+    at -= comma;
+    *at++ = ']';
+    return at;
 }
 
-void SessionRecorder::put_in_value_before(std::size_t value)
+char* SessionRecorder::put_in_value_before(char* at, std::size_t argument)
 {
-    if (values_[value].kind == Kind::integer) {
-        line_.put_integer(before_[value].integer);
-    } else {
-        line_.put_text(before_[value].text);
-    }
+    return key_->arguments[argument].kind == Kind::integer ? put_integer(at, integers_before_[argument])
+                                                           : put_sent_text(at, texts_before_[argument]);
 }
 
-void SessionRecorder::put_in_value_after(std::size_t value)
+char* SessionRecorder::put_in_value_after(char* at, const velm_host_request& request, std::size_t argument)
 {
-    const Value& after = values_[value];
-    if (after.kind == Kind::integer) {
-        line_.put_integer(number_at<std::int32_t>(after.address));
-    } else {
-        line_.put_text(text_at(after.address, after.text_size));
-    }
+    return key_->arguments[argument].kind == Kind::integer
+               ? put_integer(at, number_at<std::int32_t>(request.values[argument]))
+               : put_sent_text(at, text_now(request, argument));
 }
 
-void SessionRecorder::put_out_value(const velm_host_request& request, std::size_t value)
+char* SessionRecorder::put_out_value(char* at, const velm_host_request& request, std::size_t argument)
 {
-    const Value& after = values_[value];
-    switch (after.kind) {
-    case Kind::integer: line_.put_integer(number_at<std::int32_t>(after.address)); break;
-    case Kind::real: line_.put_real(number_at<float>(after.address)); break;
-    case Kind::text:
-        line_.put("{\"text\":");
-        line_.put_text(text_at(after.address, after.text_size));
-        line_.put(",\"unchanged\":");
-        line_.put_equal_ranges(before_[value].text, text_at(after.address, after.text_size));
-        line_.put('}');
-        break;
-    case Kind::series: put_series(request, value); break;
+    const void* const value = request.values[argument];
+    switch (key_->arguments[argument].kind) {
+    case Kind::integer: return put_integer(at, number_at<std::int32_t>(value));
+    case Kind::real: return put_real(at, number_at<float>(value));
+    case Kind::text: return put_filled_text(at, texts_before_[argument], text_now(request, argument));
+    case Kind::series: return put_series(at, request, argument);
     }
+    return at;
 }
 
-bool SessionRecorder::in_values_have_changed() const
+char* SessionRecorder::put_sent_text(char* at, std::string_view text)
 {
-    for (std::size_t i = 0; i < value_count_; ++i) {
-        const Value& value = values_[i];
-        if (value.direction == Direction::in &&
-            (value.kind == Kind::integer ? before_[i].integer != number_at<std::int32_t>(value.address)
-                                         : before_[i].text != text_at(value.address, value.text_size))) {
+    return put_text(more_room(at, text_room(text.size())), text);
+}
+
+char* SessionRecorder::put_filled_text(char* at, std::string_view before, std::string_view after)
+{
+    at = more_room(at, text_room(after.size()) + ranges_room(after.size()));
+    at = put_text(put(at, "{\"text\":"), after);
+    at = put_equal_ranges(put(at, ",\"unchanged\":"), before, after);
+    return put(at, "}");
+}
+
+char* SessionRecorder::more_room(char* at, std::size_t size)
+{
+    file_->go_on_at(at);
+    return file_->room(size + line_room);
+}
+
+std::string_view SessionRecorder::text_now(const velm_host_request& request, std::size_t argument) const
+{
+    return text_at(request.values[argument], texts_before_[argument].size());
+}
+
+bool SessionRecorder::in_values_have_changed(const velm_host_request& request) const
+{
+    for (std::size_t i = 0; key_ != nullptr && i < key_->argument_count; ++i) {
+        const Argument& argument = key_->arguments[i];
+        if (argument.direction == Direction::in &&
+            (argument.kind == Kind::integer ? integers_before_[i] != number_at<std::int32_t>(request.values[i])
+                                            : texts_before_[i] != text_now(request, i))) {
             return true;
         }
     }
@@ -248,48 +293,43 @@ bool SessionRecorder::in_values_have_changed() const
 
 bool SessionRecorder::knows_length_of_series(const velm_host_request& request) const
 {
-    return series_count_.key_position == request.key_position && series_count_.system == before_[0].integer &&
-           series_count_.item == before_[1].integer;
+    return series_count_.key_position == request.key_position && series_count_.system == integers_before_[0] &&
+           series_count_.item == integers_before_[1];
 }
 
-void SessionRecorder::put_series(const velm_host_request& request, std::size_t value)
+char* SessionRecorder::put_series(char* at, const velm_host_request& request, std::size_t argument)
 {
-    const auto* const series = static_cast<const float*>(values_[value].address);
+    const auto* const series = static_cast<const float*>(request.values[argument]);
     std::size_t entries = Request::series_entries;
     if (knows_length_of_series(request)) {
         entries = std::min(entries, static_cast<std::size_t>(std::max(series_count_.count, 0)));
     } else { // up to the last entry that changed
-        const std::vector<float>& before = before_[value].series;
+        const std::vector<float>& before = series_before_[argument];
         while (entries > 0 && same_bits(series[entries - 1], before[entries - 1])) {
             --entries;
         }
     }
-    put_reals({series, entries});
-}
-
-/// In pieces that stay in the processor's cache: a full series makes a line of millions of bytes.
-void SessionRecorder::put_reals(std::span<const float> reals)
-{
     constexpr std::size_t most_at_once = 1'000;
-    line_.put('[');
-    while (reals.size() > most_at_once) {
-        line_.put_reals(reals.first(most_at_once));
-        line_.put(',');
-        file_->append(line_.line());
-        line_.clear();
-        reals = reals.subspan(most_at_once);
+    *at++ = '[';
+    for (std::size_t i = 0; i < entries; ++i) {
+        if (i % most_at_once == 0) {
+            at = more_room(at, most_at_once * (real_room + 1));
+        }
+        at = put_real(at, series[i]);
+        *at++ = ',';
     }
-    line_.put_reals(reals);
-    line_.put(']');
+    at -= entries == 0 ? 0 : 1;
+    *at++ = ']';
+    return at;
 }
 
 void SessionRecorder::remember_count(const velm_host_request& request)
 {
     series_count_.key_position = velm_unknown_key;
     const bool of_boundary = request.key_position == "GNBFP"_key;
-    if ((of_boundary || request.key_position == "GNBWK"_key) && value_count_ != 0) {
-        series_count_ = {of_boundary ? "GALLBOUNDFUNC"_key : "GALLLOADFUNC"_key, before_[0].integer, before_[1].integer,
-                         number_at<std::int32_t>(request.values[2])};
+    if ((of_boundary || request.key_position == "GNBWK"_key) && key_ != nullptr) {
+        series_count_ = {of_boundary ? "GALLBOUNDFUNC"_key : "GALLLOADFUNC"_key, integers_before_[0],
+                         integers_before_[1], number_at<std::int32_t>(request.values[2])};
     }
 }
 

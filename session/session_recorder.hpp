@@ -3,15 +3,14 @@
 #include "headless_host/prevelmwdll.h"
 #include "session/exchange.hpp"
 #include "session/growing_file.hpp"
-#include "session/line_writer.hpp"
 
 #include <array>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace velm {
 
@@ -45,13 +44,6 @@ public:
     [[nodiscard]] const std::string& failure() const { return failure_; }
 
 private:
-    /// A value of the request under way.
-    struct Value {
-        Kind kind{};
-        Direction direction{};
-        const void* address = nullptr;
-        std::size_t text_size = 0; ///< bytes of a text that are recorded
-    };
     /// How many entries the next series has, which the plug-in asks for just before it.
     struct SeriesCount {
         std::int32_t key_position = velm_unknown_key; ///< of the key that fetches the series
@@ -62,30 +54,41 @@ private:
 
     void before_answer(const velm_host_request& request) noexcept;
     void after_answer(const velm_host_request& request) noexcept;
+    void append(const std::string& line);
     void stop(const char* reason) noexcept;
 
     void keep_values(const velm_host_request& request);
-    void put_opening(const velm_host_request& request);
+    void keep_text(const velm_host_request& request, std::size_t argument, std::int32_t length);
+
+    // each puts a piece of the line to `at`, where a line of numbers has room, and returns the end of it
+    char* put_opening(char* at, const velm_host_request& request) const;
     template <class PutValue>
-    void put_list(std::string_view member, Direction direction, PutValue put_value);
-    void put_in_value_before(std::size_t value);
-    void put_in_value_after(std::size_t value);
-    void put_out_value(const velm_host_request& request, std::size_t value);
-    [[nodiscard]] bool in_values_have_changed() const;
-    void put_series(const velm_host_request& request, std::size_t value);
-    void put_reals(std::span<const float> reals);
+    char* put_list(char* at, Direction direction, PutValue put_value) const;
+    char* put_in_value_before(char* at, std::size_t argument);
+    char* put_in_value_after(char* at, const velm_host_request& request, std::size_t argument);
+    char* put_out_value(char* at, const velm_host_request& request, std::size_t argument);
+    char* put_sent_text(char* at, std::string_view text);
+    char* put_filled_text(char* at, std::string_view before, std::string_view after);
+    char* put_series(char* at, const velm_host_request& request, std::size_t argument);
+
+    /// What is before `at` belongs to the file; behind it there is room for `size` bytes and a line of numbers.
+    char* more_room(char* at, std::size_t size);
+    [[nodiscard]] bool in_values_have_changed(const velm_host_request& request) const;
+    [[nodiscard]] std::string_view text_now(const velm_host_request& request, std::size_t argument) const;
     [[nodiscard]] bool knows_length_of_series(const velm_host_request& request) const;
     void remember_count(const velm_host_request& request);
-    [[nodiscard]] std::span<const Value> values() const { return {values_.data(), value_count_}; }
 
     std::optional<GrowingFile> file_;
     std::string failure_;
     std::uint64_t exchanges_ = 0;
-    LineWriter line_;
-    std::array<Value, HostKey::most_arguments> values_{};
-    std::size_t value_count_ = 0; ///< 0 when the key does not tell what the values are
-    RecordedValues before_;       ///< in-values, texts, and series of unknown length as they were before the answer
     SeriesCount series_count_;
+
+    // of the request under way, by argument: what stood there before the answer
+    const HostKey* key_ = nullptr; ///< null when it does not tell what the values are
+    bool has_own_lengths_ = false; ///< the lengths are those that the key alone tells
+    std::array<std::int32_t, HostKey::most_arguments> integers_before_{};   ///< those that the host reads
+    std::array<std::string, HostKey::most_arguments> texts_before_;         ///< as much of them as is recorded
+    std::array<std::vector<float>, HostKey::most_arguments> series_before_; ///< of unknown length
 };
 
 } // namespace velm
