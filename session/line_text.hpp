@@ -34,6 +34,10 @@ char* put_large_integer(char* to, std::int64_t number) noexcept;
 inline char* put_integer(char* to, std::int64_t number) noexcept
 {
     constexpr std::uint64_t eight_digit_limit = 100'000'000;
+    if (static_cast<std::uint64_t>(number) < 10) {
+        *to = static_cast<char>('0' + number);
+        return to + 1;
+    }
     return static_cast<std::uint64_t>(number) < eight_digit_limit ? put_whole(to, static_cast<std::uint32_t>(number))
                                                                   : put_large_integer(to, number);
 }

@@ -1,5 +1,6 @@
 #include "session/real_text.hpp"
 
+#include "session/line_text.hpp"
 #include "session/shortest_decimal.hpp"
 
 #include <array>
@@ -38,61 +39,59 @@ char* put_hexadecimal(char* to, std::uint32_t bits)
 /// Where the pieces of a decimal stand that has so many digits before the point, or so many zeros behind it.
 struct Places {
     std::uint8_t digits; ///< the first of them
-    std::uint8_t whole;  ///< of them before the point
     std::uint8_t point;
     std::uint8_t behind; ///< the digits behind the point, or all that are not zeros ahead of them
+    std::uint8_t passed; ///< bits of the digits that are before the point, eight each
     std::uint8_t ends;   ///< where the text ends, less the number of digits
 };
 
 constexpr int most_zeros = 3; ///< behind the point: 2^-13 is 0.00012207031
+constexpr int most_whole = 7; ///< below 2^23, as all that is not whole
 
 /// By the number of digits before the point, less for zeros behind it.
 constexpr auto places_by_whole = [] {
-    std::array<Places, most_zeros + 9> places{};
-    for (std::uint8_t i = 0; i < places.size(); ++i) {
+    std::array<Places, most_zeros + most_whole + 1> places{};
+    for (int whole = -most_zeros; whole <= most_whole; ++whole) {
         const auto byte = [](int number) { return static_cast<std::uint8_t>(number); };
-        const int whole = i - most_zeros;
-        places[i] = whole > 0 ? Places{0, byte(whole), byte(whole), byte(whole + 1), 1}
-                              : Places{byte(2 - whole), 0, 1, byte(2 - whole), byte(2 - whole)};
+        places[static_cast<std::size_t>(most_zeros + whole)] =
+            whole > 0 ? Places{0, byte(whole), byte(whole + 1), byte(8 * whole), 1}
+                      : Places{byte(2 - whole), 1, byte(2 - whole), 0, byte(2 - whole)};
     }
     return places;
 }();
 
-/// 0.0123 or 12.3 or 123: without branches too.
+/// 0.0123 or 12.3, but no whole number: without branches too.
 char* put_decimal(char* to, ShortestDecimal decimal)
 {
-    // nine digits: the first, which is 0 or 1, and eight
-    const std::uint64_t first = decimal.digits >= eight_digit_limit ? 1 : 0;
-    const std::uint64_t eight =
-        detail::eight_digits(decimal.digits - static_cast<std::uint32_t>(first) * eight_digit_limit);
-    constexpr std::uint64_t last_of_eight = std::uint64_t{1} << 56;
-    const int leading_zeros = std::countr_zero(eight | first | last_of_eight) / 8;
-    const std::uint64_t text = (eight << 8 * first | first) >> 8 * leading_zeros;
-    const std::uint64_t ninth = (eight >> 56) * first;
-    const int unused = std::countl_zero(text | ninth << 56 | 1) / 8; // zeros at the end of eight
-    const int size = 8 - unused + (ninth != 0 ? 1 : 0);
+    constexpr std::uint64_t last_of_eight = std::uint64_t{1} << 56; // spares a test for 0
+    const std::uint64_t tens = detail::eight_digits(decimal.tens);
+    const int leading_zeros = std::countr_zero(tens | last_of_eight) / 8;
+    const int size = 9 - leading_zeros;
+    const int zeros_at_end = (std::countl_zero(tens | 1) / 8 + 1) & -static_cast<int>(decimal.ones == 0);
 
-    const int whole = 8 + static_cast<int>(first) - leading_zeros - decimal.decimals;
-    const Places& places = places_by_whole[static_cast<std::size_t>(most_zeros + whole)];
-    const std::uint64_t characters = text | detail::eight_zeros;
+    const Places& places = places_by_whole[static_cast<std::size_t>(most_zeros + size - decimal.decimals)];
+    const std::uint64_t digits = (tens | detail::eight_zeros) >> 8 * leading_zeros;
     std::memcpy(to, "0.000000", 8);
-    put_bytes(to + places.digits, characters);
-    put_bytes(to + places.behind, characters >> 4 * places.whole >> 4 * places.whole); // by 64 has no meaning
-    to[places.ends + 8] = static_cast<char>('0' + ninth);
+    put_bytes(to + places.digits, digits);
+    put_bytes(to + places.behind, digits >> places.passed);
     to[places.point] = '.';
-    return to + (size > places.whole ? places.ends + size : places.whole);
+    to += places.ends + size;
+    to[-1] = static_cast<char>('0' + decimal.ones);
+    return to - zeros_at_end;
 }
+
+constexpr float beyond_all_wholes = 1 << 24; ///< below, all whole numbers are singles
 
 char* put_magnitude(char* to, std::uint32_t magnitude)
 {
+    const auto value = std::bit_cast<float>(magnitude);
+    if (value < beyond_all_wholes && value == static_cast<float>(static_cast<int>(value))) {
+        return put_whole(to, static_cast<std::uint32_t>(value));
+    }
     if (has_shortest_decimal(magnitude)) {
         return put_decimal(to, shortest_decimal(magnitude));
     }
-    if (magnitude == 0) {
-        *to = '0';
-        return to + 1;
-    }
-    return std::to_chars(to, to + real_room, std::bit_cast<float>(magnitude)).ptr;
+    return std::to_chars(to, to + real_room, value).ptr;
 }
 
 } // namespace

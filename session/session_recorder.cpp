@@ -30,8 +30,6 @@ std::string_view text_at(const void* address, std::size_t size)
     return {static_cast<const char*>(address), size};
 }
 
-constexpr std::string_view in_values = "\",\"in\":[";
-
 std::string_view passed_key(const velm_host_request& request)
 {
     constexpr std::int32_t most_characters = 64;
@@ -39,28 +37,11 @@ std::string_view passed_key(const velm_host_request& request)
     return text_at(request.key, size).substr(0, text_at(request.key, size).find('\0'));
 }
 
+/// Of a key that does not tell what the values are.
+constexpr KeyForm no_form;
+
 /// Room for a line without texts and series, even of an unknown key; a text or a series asks for its own.
 constexpr std::size_t line_room = 1024;
-
-/// A key as it stands in its lines: ,"key":"GVOLUME","in":[
-struct KeyMember {
-    static constexpr std::size_t room = 48; ///< one size for all copies faster
-
-    std::array<char, room> text{}; ///< NULs behind it
-    std::uint32_t size = 0;
-};
-
-constexpr auto key_members = [] {
-    std::array<KeyMember, host_key_count> members{};
-    for (std::size_t i = 0; i < host_key_count; ++i) {
-        for (const std::string_view piece : {std::string_view(",\"key\":\""), host_keys[i].name, in_values}) {
-            for (const char character : piece) {
-                members[i].text[members[i].size++] = character;
-            }
-        }
-    }
-    return members;
-}();
 
 char* put(char* to, std::string_view json)
 {
@@ -77,7 +58,26 @@ char* put_key_form_and_lengths(char* at, const velm_host_request& request, std::
     for (std::size_t i = 0; i < texts; ++i) {
         at = put_integer(put(at, ","), request.text_lengths[i]);
     }
-    return put(put(at, "]"), in_values.substr(1));
+    return put(at, "],\"in\":[");
+}
+
+std::size_t text_count(const KeyForm& form)
+{
+    return static_cast<std::size_t>(std::ranges::count(form.read, Kind::text, &KeyForm::Value::kind) +
+                                    std::ranges::count(form.filled, Kind::text, &KeyForm::Value::kind));
+}
+
+/// The values with commas between them, each put by `put_value`, and the list's end.
+template <class PutValue>
+char* put_list(char* at, const KeyForm::Values& values, PutValue put_value)
+{
+    for (const KeyForm::Value value : values) {
+        at = put_value(at, value);
+        *at++ = ',';
+    }
+    at -= values.count == 0 ? 0 : 1;
+    *at++ = ']';
+    return at;
 }
 
 /// Wide stores have left something behind the line, which become NULs again. The line feed is written after all else:
@@ -151,13 +151,14 @@ void SessionRecorder::after_answer(const velm_host_request& request) noexcept
     }
     try {
         ++exchanges_;
-        char* at = put_opening(file_->room(line_room), request);
-        at = put_list(at, Direction::in, [this](char* to, std::size_t i) { return put_in_value_before(to, i); });
-        at = put_list(put(at, ",\"out\":["), Direction::out,
-                      [&](char* to, std::size_t i) { return put_out_value(to, request, i); });
-        if (in_values_have_changed(request)) {
-            at = put_list(put(at, ",\"in_after\":["), Direction::in,
-                          [&](char* to, std::size_t i) { return put_in_value_after(to, request, i); });
+        beginning_.count_up();
+        char* at = put_opening(beginning_.put(file_->room(line_room)), request);
+        at = put_list(at, form_->read, [&](char* to, Value value) { return put_read_before(to, value); });
+        at = put_list(put(at, ",\"out\":["), form_->filled,
+                      [&](char* to, Value value) { return put_filled(to, request, value); });
+        if (read_values_have_changed(request)) {
+            at = put_list(put(at, ",\"in_after\":["), form_->read,
+                          [&](char* to, Value value) { return put_read_after(to, request, value); });
         }
         file_->go_on_at(put_line_end(at));
         remember_count(request);
@@ -168,23 +169,39 @@ void SessionRecorder::after_answer(const velm_host_request& request) noexcept
 
 void SessionRecorder::keep_values(const velm_host_request& request)
 {
-    key_ = nullptr;
+    form_ = &no_form;
+    has_own_lengths_ = false;
     if (request.key_position == velm_unknown_key) {
         return;
     }
-    const HostKey& key = host_keys[request.key_position];
-    if (key.argument_count != static_cast<std::size_t>(request.call_form)) {
+    const auto position = static_cast<std::size_t>(request.key_position);
+    if (host_keys[position].argument_count != static_cast<std::size_t>(request.call_form)) {
         return;
     }
-    key_ = &key;
+    form_ = &key_forms[position];
     has_own_lengths_ = true;
+    for (const Value value : form_->read) {
+        if (value.kind == Kind::integer) {
+            integers_before_[value.argument] = number_at<std::int32_t>(request.values[value.argument]);
+        }
+    }
+    if (!form_->has_only_numbers) {
+        keep_texts_and_series(request);
+    }
+}
+
+void SessionRecorder::keep_texts_and_series(const velm_host_request& request)
+{
+    const HostKey& key = host_keys[request.key_position];
     std::size_t text = 0;
     for (std::size_t i = 0; i < key.argument_count; ++i) {
         const Argument& argument = key.arguments[i];
         if (argument.kind == Kind::text) {
-            keep_text(request, i, request.text_lengths[text++]);
-        } else if (argument.direction == Direction::in) {
-            integers_before_[i] = number_at<std::int32_t>(request.values[i]);
+            const std::int32_t length = request.text_lengths[text++];
+            const auto size = static_cast<std::size_t>(std::max(length, 0));
+            texts_before_[i].assign(text_at(request.values[i], std::min(size, longest_recorded_text)));
+            has_own_lengths_ =
+                has_own_lengths_ && argument.direction == Direction::out && argument.text_length == length;
         } else if (argument.kind == Kind::series && !knows_length_of_series(request)) {
             const auto* const series = static_cast<const float*>(request.values[i]);
             series_before_[i].assign(series, series + Request::series_entries);
@@ -192,64 +209,35 @@ void SessionRecorder::keep_values(const velm_host_request& request)
     }
 }
 
-void SessionRecorder::keep_text(const velm_host_request& request, std::size_t argument, std::int32_t length)
-{
-    const auto size = static_cast<std::size_t>(std::max(length, 0));
-    texts_before_[argument].assign(text_at(request.values[argument], std::min(size, longest_recorded_text)));
-    has_own_lengths_ = has_own_lengths_ && key_->arguments[argument].direction == Direction::out &&
-                       key_->arguments[argument].text_length == length;
-}
-
 char* SessionRecorder::put_opening(char* at, const velm_host_request& request) const
 {
-    at = put_integer(put(at, "{\"exchange\":"), static_cast<std::int64_t>(exchanges_));
-    if (key_ == nullptr || !has_own_lengths_) {
-        const auto texts = key_ == nullptr ? 0 : std::ranges::count(key_->arguments, Kind::text, &Argument::kind);
-        return put_key_form_and_lengths(at, request, static_cast<std::size_t>(texts));
+    if (!has_own_lengths_) {
+        return put_key_form_and_lengths(at, request, text_count(*form_));
     }
-    const KeyMember& member = key_members[static_cast<std::size_t>(request.key_position)];
-    put(at, {member.text.data(), KeyMember::room});
-    return at + member.size;
+    put(at, {form_->text.data(), KeyForm::text_room});
+    return at + form_->text_size;
 }
 
-/// The values of that direction, with commas between them, and the list's end.
-template <class PutValue>
-char* SessionRecorder::put_list(char* at, Direction direction, PutValue put_value) const
+char* SessionRecorder::put_read_before(char* at, Value value)
 {
-    std::size_t comma = 0;
-    for (std::size_t i = 0; key_ != nullptr && i < key_->argument_count; ++i) {
-        if (key_->arguments[i].direction == direction) {
-            at = put_value(at, i);
-            *at++ = ',';
-            comma = 1;
-        }
-    }
-    at -= comma;
-    *at++ = ']';
-    return at;
+    return value.kind == Kind::integer ? put_integer(at, integers_before_[value.argument])
+                                       : put_sent_text(at, texts_before_[value.argument]);
 }
 
-char* SessionRecorder::put_in_value_before(char* at, std::size_t argument)
+char* SessionRecorder::put_read_after(char* at, const velm_host_request& request, Value value)
 {
-    return key_->arguments[argument].kind == Kind::integer ? put_integer(at, integers_before_[argument])
-                                                           : put_sent_text(at, texts_before_[argument]);
+    return value.kind == Kind::integer ? put_integer(at, number_at<std::int32_t>(request.values[value.argument]))
+                                       : put_sent_text(at, text_now(request, value.argument));
 }
 
-char* SessionRecorder::put_in_value_after(char* at, const velm_host_request& request, std::size_t argument)
+char* SessionRecorder::put_filled(char* at, const velm_host_request& request, Value value)
 {
-    return key_->arguments[argument].kind == Kind::integer
-               ? put_integer(at, number_at<std::int32_t>(request.values[argument]))
-               : put_sent_text(at, text_now(request, argument));
-}
-
-char* SessionRecorder::put_out_value(char* at, const velm_host_request& request, std::size_t argument)
-{
-    const void* const value = request.values[argument];
-    switch (key_->arguments[argument].kind) {
-    case Kind::integer: return put_integer(at, number_at<std::int32_t>(value));
-    case Kind::real: return put_real(at, number_at<float>(value));
-    case Kind::text: return put_filled_text(at, texts_before_[argument], text_now(request, argument));
-    case Kind::series: return put_series(at, request, argument);
+    const void* const address = request.values[value.argument];
+    switch (value.kind) {
+    case Kind::integer: return put_integer(at, number_at<std::int32_t>(address));
+    case Kind::real: return put_real(at, number_at<float>(address));
+    case Kind::text: return put_filled_text(at, texts_before_[value.argument], text_now(request, value.argument));
+    case Kind::series: return put_series(at, request, value.argument);
     }
     return at;
 }
@@ -278,17 +266,15 @@ std::string_view SessionRecorder::text_now(const velm_host_request& request, std
     return text_at(request.values[argument], texts_before_[argument].size());
 }
 
-bool SessionRecorder::in_values_have_changed(const velm_host_request& request) const
+bool SessionRecorder::read_values_have_changed(const velm_host_request& request) const
 {
-    for (std::size_t i = 0; key_ != nullptr && i < key_->argument_count; ++i) {
-        const Argument& argument = key_->arguments[i];
-        if (argument.direction == Direction::in &&
-            (argument.kind == Kind::integer ? integers_before_[i] != number_at<std::int32_t>(request.values[i])
-                                            : texts_before_[i] != text_now(request, i))) {
-            return true;
-        }
+    bool changed = false;
+    for (const auto& [argument, kind] : form_->read) {
+        changed |= kind == Kind::integer
+                       ? integers_before_[argument] != number_at<std::int32_t>(request.values[argument])
+                       : texts_before_[argument] != text_now(request, argument);
     }
-    return false;
+    return changed;
 }
 
 bool SessionRecorder::knows_length_of_series(const velm_host_request& request) const
@@ -327,7 +313,7 @@ void SessionRecorder::remember_count(const velm_host_request& request)
 {
     series_count_.key_position = velm_unknown_key;
     const bool of_boundary = request.key_position == "GNBFP"_key;
-    if ((of_boundary || request.key_position == "GNBWK"_key) && key_ != nullptr) {
+    if ((of_boundary || request.key_position == "GNBWK"_key) && form_ != &no_form) {
         series_count_ = {of_boundary ? "GALLBOUNDFUNC"_key : "GALLLOADFUNC"_key, integers_before_[0],
                          integers_before_[1], number_at<std::int32_t>(request.values[2])};
     }

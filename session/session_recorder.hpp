@@ -3,6 +3,8 @@
 #include "headless_host/prevelmwdll.h"
 #include "session/exchange.hpp"
 #include "session/growing_file.hpp"
+#include "session/key_form.hpp"
+#include "session/line_beginning.hpp"
 
 #include <array>
 #include <cstdint>
@@ -44,6 +46,7 @@ public:
     [[nodiscard]] const std::string& failure() const { return failure_; }
 
 private:
+    using Value = KeyForm::Value;
     /// How many entries the next series has, which the plug-in asks for just before it.
     struct SeriesCount {
         std::int32_t key_position = velm_unknown_key; ///< of the key that fetches the series
@@ -58,22 +61,20 @@ private:
     void stop(const char* reason) noexcept;
 
     void keep_values(const velm_host_request& request);
-    void keep_text(const velm_host_request& request, std::size_t argument, std::int32_t length);
+    void keep_texts_and_series(const velm_host_request& request);
 
     // each puts a piece of the line to `at`, where a line of numbers has room, and returns the end of it
     char* put_opening(char* at, const velm_host_request& request) const;
-    template <class PutValue>
-    char* put_list(char* at, Direction direction, PutValue put_value) const;
-    char* put_in_value_before(char* at, std::size_t argument);
-    char* put_in_value_after(char* at, const velm_host_request& request, std::size_t argument);
-    char* put_out_value(char* at, const velm_host_request& request, std::size_t argument);
+    char* put_read_before(char* at, Value value);
+    char* put_read_after(char* at, const velm_host_request& request, Value value);
+    char* put_filled(char* at, const velm_host_request& request, Value value);
     char* put_sent_text(char* at, std::string_view text);
     char* put_filled_text(char* at, std::string_view before, std::string_view after);
     char* put_series(char* at, const velm_host_request& request, std::size_t argument);
 
     /// What is before `at` belongs to the file; behind it there is room for `size` bytes and a line of numbers.
     char* more_room(char* at, std::size_t size);
-    [[nodiscard]] bool in_values_have_changed(const velm_host_request& request) const;
+    [[nodiscard]] bool read_values_have_changed(const velm_host_request& request) const;
     [[nodiscard]] std::string_view text_now(const velm_host_request& request, std::size_t argument) const;
     [[nodiscard]] bool knows_length_of_series(const velm_host_request& request) const;
     void remember_count(const velm_host_request& request);
@@ -81,10 +82,11 @@ private:
     std::optional<GrowingFile> file_;
     std::string failure_;
     std::uint64_t exchanges_ = 0;
+    LineBeginning beginning_;
     SeriesCount series_count_;
 
     // of the request under way, by argument: what stood there before the answer
-    const HostKey* key_ = nullptr; ///< null when it does not tell what the values are
+    const KeyForm* form_ = nullptr;
     bool has_own_lengths_ = false; ///< the lengths are those that the key alone tells
     std::array<std::int32_t, HostKey::most_arguments> integers_before_{};   ///< those that the host reads
     std::array<std::string, HostKey::most_arguments> texts_before_;         ///< as much of them as is recorded
