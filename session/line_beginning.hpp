@@ -6,7 +6,8 @@
 
 namespace velm {
 
-/// {"exchange":1 and so on: what each line begins with, counted up as the text that it is.
+/// {"exchange":1 and so on: what each line begins with, counted up as the text that it is. Counting up long before the
+/// next use is faster than just before: a processor waits when it reads in one piece what it has written in another.
 class LineBeginning {
 public:
     static constexpr std::size_t room = 32;
@@ -35,7 +36,7 @@ public:
 private:
     static constexpr std::size_t caption = 12;
 
-    std::array<char, room> text_{"{\"exchange\":0"};
+    std::array<char, room> text_{"{\"exchange\":1"};
     std::size_t size_ = caption + 1;
 };
 

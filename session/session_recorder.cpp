@@ -150,8 +150,6 @@ void SessionRecorder::after_answer(const velm_host_request& request) noexcept
         return;
     }
     try {
-        ++exchanges_;
-        beginning_.count_up();
         char* at = put_opening(beginning_.put(file_->room(line_room)), request);
         at = put_list(at, form_->read, [&](char* to, Value value) { return put_read_before(to, value); });
         at = put_list(put(at, ",\"out\":["), form_->filled,
@@ -161,6 +159,8 @@ void SessionRecorder::after_answer(const velm_host_request& request) noexcept
                           [&](char* to, Value value) { return put_read_after(to, request, value); });
         }
         file_->go_on_at(put_line_end(at));
+        ++exchanges_;
+        beginning_.count_up();
         remember_count(request);
     } catch (const std::exception& error) {
         stop(error.what());
