@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -27,19 +28,19 @@ void GrowingFile::extend(std::uint64_t size)
 {
     static constexpr std::array<char, std::size_t{128} * 1024> nuls{};
     const int descriptor = static_cast<int>(handle_);
-    const auto end = static_cast<off_t>(size);
-    auto at = static_cast<off_t>(size_);
-    if (const int reason = posix_fallocate(descriptor, at, end - at); reason != 0) {
+    const auto position = [](std::uint64_t at) { return static_cast<off_t>(at); };
+    if (const int reason = posix_fallocate(descriptor, position(size_), position(size - size_)); reason != 0) {
         errno = reason;
         fail("cannot write");
     }
-    size_ = size;
-    while (at != end) {
-        const ssize_t written = pwrite(descriptor, nuls.data(), std::min<std::size_t>(nuls.size(), end - at), at);
+    std::uint64_t at = std::exchange(size_, size);
+    while (at != size) {
+        const ssize_t written =
+            pwrite(descriptor, nuls.data(), std::min<std::uint64_t>(nuls.size(), size - at), position(at));
         if (written <= 0) {
             break; // no matter: the rest is made when it is touched
         }
-        at += written;
+        at += static_cast<std::uint64_t>(written);
     }
 }
 
