@@ -46,7 +46,7 @@ private:
     // the operating system's part
     void extend(std::uint64_t size);
     [[nodiscard]] char* map(std::uint64_t start, std::size_t size) const;
-    void unmap(char* block, std::size_t size) const noexcept;
+    static void unmap(char* block, std::size_t size) noexcept;
     void cut_and_close(std::uint64_t size);
     [[noreturn]] void fail(const char* what) const;
 

@@ -57,7 +57,7 @@ char* GrowingFile::map(std::uint64_t start, std::size_t size) const
     return static_cast<char*>(mapped);
 }
 
-void GrowingFile::unmap(char* block, std::size_t size) const noexcept
+void GrowingFile::unmap(char* block, std::size_t size) noexcept
 {
     munmap(block, size);
 }

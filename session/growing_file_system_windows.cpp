@@ -65,7 +65,7 @@ char* GrowingFile::map(std::uint64_t start, std::size_t size) const
     return static_cast<char*>(block);
 }
 
-void GrowingFile::unmap(char* block, std::size_t /*size*/) const noexcept
+void GrowingFile::unmap(char* block, std::size_t /*size*/) noexcept
 {
     UnmapViewOfFile(block);
 }

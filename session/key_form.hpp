@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
-#include <utility>
 
 namespace velm {
 
@@ -36,7 +35,7 @@ struct KeyForm {
     constexpr explicit KeyForm(const HostKey& key)
     {
         for (const std::string_view piece :
-             {std::string_view(",\"key\":\""), key.name, std::string_view("\",\"in\":[")}) {
+             {std::string_view(R"(,"key":")"), key.name, std::string_view(R"(","in":[)")}) {
             for (const char character : piece) {
                 text[text_size++] = character;
             }
@@ -51,10 +50,12 @@ struct KeyForm {
 };
 
 /// In the order of host_keys.
-inline constexpr auto key_forms = []<std::size_t... positions>(std::index_sequence<positions...>)
-{
-    return std::array{KeyForm(host_keys[positions])...};
-}
-(std::make_index_sequence<host_key_count>());
+inline constexpr auto key_forms = [] {
+    std::array<KeyForm, host_key_count> forms;
+    for (std::size_t i = 0; i < forms.size(); ++i) {
+        forms[i] = KeyForm(host_keys[i]);
+    }
+    return forms;
+}();
 
 } // namespace velm

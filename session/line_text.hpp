@@ -47,7 +47,8 @@ inline char* put_whole(char* to, std::uint32_t number) noexcept
         return to + small.size;
     }
     const std::uint64_t digits = detail::eight_digits(number);
-    const int leading_zeros = std::countr_zero(digits) / 8;
+    constexpr std::uint64_t last_of_eight = std::uint64_t{1} << 56; // spares a test for 0
+    const int leading_zeros = std::countr_zero(digits | last_of_eight) / 8;
     const std::uint64_t text = (digits | detail::eight_zeros) >> 8 * leading_zeros;
     std::memcpy(to, &text, sizeof text);
     return to + 8 - leading_zeros;

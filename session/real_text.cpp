@@ -12,12 +12,6 @@
 namespace velm {
 namespace {
 
-char* put_bytes(char* to, std::uint64_t bytes)
-{
-    std::memcpy(to, &bytes, sizeof bytes);
-    return to + sizeof bytes;
-}
-
 constexpr auto hexadecimal_bytes = [] {
     constexpr std::string_view digits = "0123456789abcdef";
     std::array<std::array<char, 2>, 256> bytes{};
@@ -46,52 +40,54 @@ struct Places {
 };
 
 constexpr int most_zeros = 3; ///< behind the point: 2^-13 is 0.00012207031
-constexpr int most_whole = 7; ///< below 2^23, as all that is not whole
+constexpr int most_whole = 7; ///< what is not whole is below 2^23
 
 /// By the number of digits before the point, less for zeros behind it.
 constexpr auto places_by_whole = [] {
     std::array<Places, most_zeros + most_whole + 1> places{};
-    for (int whole = -most_zeros; whole <= most_whole; ++whole) {
+    int whole = -most_zeros;
+    for (Places& place : places) {
         const auto byte = [](int number) { return static_cast<std::uint8_t>(number); };
-        places[static_cast<std::size_t>(most_zeros + whole)] =
-            whole > 0 ? Places{0, byte(whole), byte(whole + 1), byte(8 * whole), 1}
-                      : Places{byte(2 - whole), 1, byte(2 - whole), 0, byte(2 - whole)};
+        place = whole > 0 ? Places{0, byte(whole), byte(whole + 1), byte(8 * whole), 1}
+                          : Places{byte(2 - whole), 1, byte(2 - whole), 0, byte(2 - whole)};
+        ++whole;
     }
     return places;
 }();
 
-/// 0.0123 or 12.3, but no whole number: without branches too.
+/// 0.0123 or 12.3, but no whole number. Without branches too: the digits are put where those before the point belong,
+/// then once more where those behind it do.
 char* put_decimal(char* to, ShortestDecimal decimal)
 {
     constexpr std::uint64_t last_of_eight = std::uint64_t{1} << 56; // spares a test for 0
     const std::uint64_t tens = detail::eight_digits(decimal.tens);
     const int leading_zeros = std::countr_zero(tens | last_of_eight) / 8;
     const int size = 9 - leading_zeros;
-    const int zeros_at_end = (std::countl_zero(tens | 1) / 8 + 1) & -static_cast<int>(decimal.ones == 0);
+    const int zeros_at_end = (std::countl_zero(tens | 1) / 8 + 1) & (decimal.ones == 0 ? ~0 : 0);
 
     const Places& places = places_by_whole[static_cast<std::size_t>(most_zeros + size - decimal.decimals)];
     const std::uint64_t digits = (tens | detail::eight_zeros) >> 8 * leading_zeros;
     std::memcpy(to, "0.000000", 8);
-    put_bytes(to + places.digits, digits);
-    put_bytes(to + places.behind, digits >> places.passed);
+    const std::uint64_t behind = digits >> places.passed;
+    std::memcpy(to + places.digits, &digits, 8);
+    std::memcpy(to + places.behind, &behind, 8);
     to[places.point] = '.';
     to += places.ends + size;
     to[-1] = static_cast<char>('0' + decimal.ones);
     return to - zeros_at_end;
 }
 
-constexpr float beyond_all_wholes = 1 << 24; ///< below, all whole numbers are singles
-
+/// Asks no question of the value as a number that a processor set to take small values for zero could answer wrongly.
 char* put_magnitude(char* to, std::uint32_t magnitude)
 {
     const auto value = std::bit_cast<float>(magnitude);
-    if (value < beyond_all_wholes && value == static_cast<float>(static_cast<int>(value))) {
-        return put_whole(to, static_cast<std::uint32_t>(value));
+    if (!has_shortest_decimal(magnitude)) {
+        *to = '0';
+        return magnitude == 0 ? to + 1 : std::to_chars(to, to + real_room, value).ptr;
     }
-    if (has_shortest_decimal(magnitude)) {
-        return put_decimal(to, shortest_decimal(magnitude));
-    }
-    return std::to_chars(to, to + real_room, value).ptr;
+    const auto whole = static_cast<std::int32_t>(value);
+    return static_cast<float>(whole) == value ? put_whole(to, static_cast<std::uint32_t>(whole))
+                                              : put_decimal(to, shortest_decimal(magnitude));
 }
 
 } // namespace

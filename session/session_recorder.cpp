@@ -40,6 +40,15 @@ std::string_view passed_key(const velm_host_request& request)
 /// Of a key that does not tell what the values are.
 constexpr KeyForm no_form;
 
+const KeyForm& form_of(const velm_host_request& request)
+{
+    const auto position = static_cast<std::size_t>(request.key_position);
+    return request.key_position != velm_unknown_key &&
+                   host_keys[position].argument_count == static_cast<std::size_t>(request.call_form)
+               ? key_forms[position]
+               : no_form;
+}
+
 /// Room for a line without texts and series, even of an unknown key; a text or a series asks for its own.
 constexpr std::size_t line_room = 1024;
 
@@ -161,7 +170,11 @@ void SessionRecorder::after_answer(const velm_host_request& request) noexcept
         file_->go_on_at(put_line_end(at));
         ++exchanges_;
         beginning_.count_up();
-        remember_count(request);
+        if (form_ == &no_form) {
+            series_count_.forget();
+        } else {
+            series_count_.remember(request, integers_before_);
+        }
     } catch (const std::exception& error) {
         stop(error.what());
     }
@@ -169,17 +182,8 @@ void SessionRecorder::after_answer(const velm_host_request& request) noexcept
 
 void SessionRecorder::keep_values(const velm_host_request& request)
 {
-    form_ = &no_form;
-    has_own_lengths_ = false;
-    if (request.key_position == velm_unknown_key) {
-        return;
-    }
-    const auto position = static_cast<std::size_t>(request.key_position);
-    if (host_keys[position].argument_count != static_cast<std::size_t>(request.call_form)) {
-        return;
-    }
-    form_ = &key_forms[position];
-    has_own_lengths_ = true;
+    form_ = &form_of(request);
+    has_own_lengths_ = form_ != &no_form;
     for (const Value value : form_->read) {
         if (value.kind == Kind::integer) {
             integers_before_[value.argument] = number_at<std::int32_t>(request.values[value.argument]);
@@ -202,7 +206,7 @@ void SessionRecorder::keep_texts_and_series(const velm_host_request& request)
             texts_before_[i].assign(text_at(request.values[i], std::min(size, longest_recorded_text)));
             has_own_lengths_ =
                 has_own_lengths_ && argument.direction == Direction::out && argument.text_length == length;
-        } else if (argument.kind == Kind::series && !knows_length_of_series(request)) {
+        } else if (argument.kind == Kind::series && !series_count_.is_of(request, integers_before_)) {
             const auto* const series = static_cast<const float*>(request.values[i]);
             series_before_[i].assign(series, series + Request::series_entries);
         }
@@ -277,20 +281,13 @@ bool SessionRecorder::read_values_have_changed(const velm_host_request& request)
     return changed;
 }
 
-bool SessionRecorder::knows_length_of_series(const velm_host_request& request) const
-{
-    return series_count_.key_position == request.key_position && series_count_.system == integers_before_[0] &&
-           series_count_.item == integers_before_[1];
-}
-
 char* SessionRecorder::put_series(char* at, const velm_host_request& request, std::size_t argument)
 {
     const auto* const series = static_cast<const float*>(request.values[argument]);
-    std::size_t entries = Request::series_entries;
-    if (knows_length_of_series(request)) {
-        entries = std::min(entries, static_cast<std::size_t>(std::max(series_count_.count, 0)));
-    } else { // up to the last entry that changed
+    std::size_t entries = series_count_.entries();
+    if (!series_count_.is_of(request, integers_before_)) { // up to the last entry that changed
         const std::vector<float>& before = series_before_[argument];
+        entries = before.size();
         while (entries > 0 && same_bits(series[entries - 1], before[entries - 1])) {
             --entries;
         }
@@ -307,16 +304,6 @@ char* SessionRecorder::put_series(char* at, const velm_host_request& request, st
     at -= entries == 0 ? 0 : 1;
     *at++ = ']';
     return at;
-}
-
-void SessionRecorder::remember_count(const velm_host_request& request)
-{
-    series_count_.key_position = velm_unknown_key;
-    const bool of_boundary = request.key_position == "GNBFP"_key;
-    if ((of_boundary || request.key_position == "GNBWK"_key) && form_ != &no_form) {
-        series_count_ = {of_boundary ? "GALLBOUNDFUNC"_key : "GALLLOADFUNC"_key, integers_before_[0],
-                         integers_before_[1], number_at<std::int32_t>(request.values[2])};
-    }
 }
 
 } // namespace velm

@@ -5,6 +5,7 @@
 #include "session/growing_file.hpp"
 #include "session/key_form.hpp"
 #include "session/line_beginning.hpp"
+#include "session/series_count.hpp"
 
 #include <array>
 #include <cstdint>
@@ -30,10 +31,16 @@ public:
     SessionRecorder(SessionRecorder&&) = delete;
     SessionRecorder& operator=(SessionRecorder&&) = delete;
 
-    /// Has `answer`, a function without arguments, answer the request and writes the exchange down.
+    /// Has `answer`, a function without arguments, answer the request and writes the exchange down. What is asked while
+    /// that goes on, by a host that calls itself or the plug-in, is answered only: no replayed plug-in asks it.
     template <class Answer>
     void record(const velm_host_request& request, Answer answer)
     {
+        if (is_under_way_) {
+            answer();
+            return;
+        }
+        const UnderWay until_the_end(is_under_way_);
         before_answer(request);
         answer();
         after_answer(request);
@@ -47,12 +54,16 @@ public:
 
 private:
     using Value = KeyForm::Value;
-    /// How many entries the next series has, which the plug-in asks for just before it.
-    struct SeriesCount {
-        std::int32_t key_position = velm_unknown_key; ///< of the key that fetches the series
-        std::int32_t system = 0;
-        std::int32_t item = 0;
-        std::int32_t count = 0;
+
+    /// Ends with the exchange, also when the answer throws.
+    struct UnderWay {
+        explicit UnderWay(bool& under_way) : under_way_(under_way) { under_way_ = true; }
+        ~UnderWay() { under_way_ = false; }
+        UnderWay(const UnderWay&) = delete;
+        UnderWay& operator=(const UnderWay&) = delete;
+        UnderWay(UnderWay&&) = delete;
+        UnderWay& operator=(UnderWay&&) = delete;
+        bool& under_way_;
     };
 
     void before_answer(const velm_host_request& request) noexcept;
@@ -76,8 +87,6 @@ private:
     char* more_room(char* at, std::size_t size);
     [[nodiscard]] bool read_values_have_changed(const velm_host_request& request) const;
     [[nodiscard]] std::string_view text_now(const velm_host_request& request, std::size_t argument) const;
-    [[nodiscard]] bool knows_length_of_series(const velm_host_request& request) const;
-    void remember_count(const velm_host_request& request);
 
     std::optional<GrowingFile> file_;
     std::string failure_;
@@ -85,7 +94,8 @@ private:
     LineBeginning beginning_;
     SeriesCount series_count_;
 
-    // of the request under way, by argument: what stood there before the answer
+    // of the exchange under way, by argument: what stood there before the answer
+    bool is_under_way_ = false;
     const KeyForm* form_ = nullptr;
     bool has_own_lengths_ = false; ///< the lengths are those that the key alone tells
     std::array<std::int32_t, HostKey::most_arguments> integers_before_{};   ///< those that the host reads

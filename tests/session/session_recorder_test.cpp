@@ -123,6 +123,14 @@ const std::vector<Case> cases = {
      R"("key":"GSYSNAME","in":[1],"out":[{"text":"b\\d\u007f\u009f)"
      "\xC2\xA0" +
          blanks_24.substr(1) + R"(!","unchanged":[[2,2],[4,29]]},{"text":"12345","unchanged":[]}]})"},
+    {"a host that asks the plug-in back before it answers",
+     [](SessionRecorder& recorder, Memory& m) {
+         record(recorder, {key("GSEGTYPE"), {&m.integers[0], &m.integers[2]}, {}}, [&] {
+             record(recorder, {key("PINFOHTML"), {m.text.data()}, {30}}, [] {});
+             m.integers[2] = 3;
+         });
+     },
+     R"("key":"GSEGTYPE","in":[1],"out":[3]})"},
     {"a text that is sent, with the bytes behind its NUL",
      [](SessionRecorder& recorder, Memory& m) {
          m.text.assign("<li>\0\t/", 7);
