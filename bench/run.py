@@ -135,6 +135,25 @@ def timed_child(*command):
     return {"seconds": time.perf_counter() - start, "peak memory": usage.ru_maxrss * 1024}
 
 
+def recording(places):
+    """What recording adds: for each workload and place the medians of the rounds' own ratios."""
+    measured = []
+    for workload in WORKLOADS:
+        for place, directory in places.items():
+            progress(f"recorded exports: {workload}, {place}")
+            lines = run_json_lines(PROGRAMS / "bench_recording", PLUG_IN, workload, directory / "export.inp", ROUNDS)
+            measured.append({
+                "workload": workload,
+                "place": place,
+                "session bytes": lines[0]["session bytes"],
+                "plain cpu": statistics.median(line["plain cpu"] for line in lines),
+                "recorded cpu": statistics.median(line["recorded cpu"] for line in lines),
+                "cpu": statistics.median(line["recorded cpu"] / line["plain cpu"] for line in lines),
+                "wall": statistics.median(line["recorded wall"] / line["plain wall"] for line in lines),
+            })  # fmt: skip
+    return measured
+
+
 def growth(places):
     measured = []
     for place, directory in places.items():
@@ -215,6 +234,18 @@ def stored_table(stored):
     return "velm export from a database.\n\n" + table(head, *map(row, stored))
 
 
+def recording_table(recorded):
+    def row(r):
+        label = f"({WORKLOADS[r['workload']]}) {r['workload']}"
+        return [label, r["place"], r["session bytes"] / 1e6, r["plain cpu"], r["recorded cpu"], r["cpu"], r["wall"]]
+
+    head = ["workload", "on", "session MB", "plain s", "recorded s", "recorded / plain", "by the clock"]
+    return (
+        "Recorded exports: seconds of the processor without and with a recording, and their ratio, also by the clock.\n\n"
+        + table(head, *map(row, recorded))
+    )  # fmt: skip
+
+
 def growth_table(grown):
     rows = ([g["place"], g["megabytes"], g["ns a byte"], g["memory beyond tables"] // 1024] for g in grown)
     return "Growth.\n\n" + table(["on", "MB", "ns a byte", "KiB beyond tables and buffer"], *rows)
@@ -252,6 +283,8 @@ def targets_table(results):
         label = f"velm export ({WORKLOADS[s['workload']]})"
         at_least(f"{label}: million rows a second", 1.5, s["rows a second"] / 1e6)
         at_most(f"{label}: peak memory / data", 3, s["peak memory"] / s["data"])
+    for r in results["recording"]:
+        at_most(f"export ({WORKLOADS[r['workload']]}), {r['place']}: recorded / plain", 3, r["cpu"])
     return table(["figure", "target", "reached", "met"], *rows)
 
 
@@ -269,6 +302,7 @@ def tables(results):
         export_tables(results["exports"], results["estuary"]),
         stored_table(results["stored"]),
         growth_table(results["growth"]),
+        recording_table(results["recording"]),
     ])  # fmt: skip
 
 
@@ -311,6 +345,7 @@ def measure_all():
             "estuary": estuary(files, places),
             "stored": stored_models(files),
             "growth": growth(places),
+            "recording": recording(places),
         }
     finally:
         for directory in places.values():

@@ -1,9 +1,11 @@
 #include "session/growing_file.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -19,49 +21,50 @@ GrowingFile::GrowingFile(const std::filesystem::path& file)
     }
 }
 
-/// The block is reserved on the disk first: writing to a mapping that the disk has no room for ends the process.
-/// Then it is written, so that the system has its pages at hand: making one at each first touch takes twice the time.
-void GrowingFile::map_next_block()
+/// The disk's room is reserved first: writing to a mapping that the disk has no room for ends the process. Then it is
+/// written in large pieces, so that the system has large pages at hand: making one at each first touch takes twice the
+/// time.
+void GrowingFile::extend(std::uint64_t size)
 {
-    static constexpr std::array<char, std::size_t{64} * 1024> nuls{};
-    unmap_block();
+    static constexpr std::array<char, std::size_t{128} * 1024> nuls{};
     const int descriptor = static_cast<int>(handle_);
-    const auto start = static_cast<off_t>(mapped_end_);
-    if (const int reason = posix_fallocate(descriptor, start, block_size); reason != 0) {
+    const auto position = [](std::uint64_t at) { return static_cast<off_t>(at); };
+    if (const int reason = posix_fallocate(descriptor, position(size_), position(size - size_)); reason != 0) {
         errno = reason;
         fail("cannot write");
     }
-    for (std::size_t written = 0; written < block_size; written += nuls.size()) {
-        const ssize_t size = pwrite(descriptor, nuls.data(), nuls.size(), start + static_cast<off_t>(written));
-        if (size != static_cast<ssize_t>(nuls.size())) {
+    std::uint64_t at = std::exchange(size_, size);
+    while (at != size) {
+        const ssize_t written =
+            pwrite(descriptor, nuls.data(), std::min<std::uint64_t>(nuls.size(), size - at), position(at));
+        if (written <= 0) {
             break; // no matter: the rest is made when it is touched
         }
+        at += static_cast<std::uint64_t>(written);
     }
-    void* const mapped = mmap(nullptr, block_size, PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, start);
+}
+
+char* GrowingFile::map(std::uint64_t start, std::size_t size) const
+{
+    void* const mapped =
+        mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, static_cast<int>(handle_), static_cast<off_t>(start));
     if (mapped == MAP_FAILED) { // NOLINT(performance-no-int-to-ptr): the system's own constant
         fail("cannot map");
     }
-    block_ = static_cast<char*>(mapped);
-    mapped_end_ += block_size;
-    used_ = 0;
+#ifdef MADV_POPULATE_WRITE
+    madvise(mapped, size, MADV_POPULATE_WRITE); // all pages at once instead of each when it is touched
+#endif
+    return static_cast<char*>(mapped);
 }
 
-void GrowingFile::unmap_block() noexcept
+void GrowingFile::unmap(char* block, std::size_t size) noexcept
 {
-    if (block_ != nullptr) {
-        munmap(block_, block_size);
-        block_ = nullptr;
-    }
+    munmap(block, size);
 }
 
-void GrowingFile::close()
+void GrowingFile::cut_and_close(std::uint64_t size)
 {
-    if (handle_ < 0) {
-        return;
-    }
     const int descriptor = static_cast<int>(handle_);
-    const std::uint64_t size = mapped_end_ - (block_size - used_);
-    unmap_block();
     const bool cut = ftruncate(descriptor, static_cast<off_t>(size)) == 0;
     const int reason = errno;
     const bool closed = ::close(descriptor) == 0;

@@ -36,48 +36,42 @@ GrowingFile::GrowingFile(const std::filesystem::path& file)
     }
 }
 
-/// The file is given its size first, which reserves the block on the disk.
-void GrowingFile::map_next_block()
+/// Giving the file its size reserves the disk's room.
+void GrowingFile::extend(std::uint64_t size)
 {
-    unmap_block();
-    HANDLE const file = handle_of(handle_);
-    const std::uint64_t end = mapped_end_ + block_size;
-    if (!set_size(file, end)) {
+    if (!set_size(handle_of(handle_), size)) {
         fail("cannot write");
     }
+    size_ = size;
+}
+
+char* GrowingFile::map(std::uint64_t start, std::size_t size) const
+{
     const auto upper = [](std::uint64_t value) { return static_cast<DWORD>(value >> 32U); };
     const auto lower = [](std::uint64_t value) { return static_cast<DWORD>(value & 0xFFFFFFFFU); };
-    HANDLE const mapping = CreateFileMappingW(file, nullptr, PAGE_READWRITE, upper(end), lower(end), nullptr);
+    const std::uint64_t end = start + size;
+    HANDLE const mapping =
+        CreateFileMappingW(handle_of(handle_), nullptr, PAGE_READWRITE, upper(end), lower(end), nullptr);
     if (mapping == nullptr) {
         fail("cannot map");
     }
-    block_ =
-        static_cast<char*>(MapViewOfFile(mapping, FILE_MAP_WRITE, upper(mapped_end_), lower(mapped_end_), block_size));
+    void* const block = MapViewOfFile(mapping, FILE_MAP_WRITE, upper(start), lower(start), size);
     const DWORD reason = GetLastError();
     CloseHandle(mapping); // the view keeps it
-    if (block_ == nullptr) {
+    if (block == nullptr) {
         SetLastError(reason);
         fail("cannot map");
     }
-    mapped_end_ = end;
-    used_ = 0;
+    return static_cast<char*>(block);
 }
 
-void GrowingFile::unmap_block() noexcept
+void GrowingFile::unmap(char* block, std::size_t /*size*/) noexcept
 {
-    if (block_ != nullptr) {
-        UnmapViewOfFile(block_);
-        block_ = nullptr;
-    }
+    UnmapViewOfFile(block);
 }
 
-void GrowingFile::close()
+void GrowingFile::cut_and_close(std::uint64_t size)
 {
-    if (handle_of(handle_) == INVALID_HANDLE_VALUE) {
-        return;
-    }
-    const std::uint64_t size = mapped_end_ - (block_size - used_);
-    unmap_block();
     const bool cut = set_size(handle_of(handle_), size);
     const DWORD reason = GetLastError();
     const bool closed = CloseHandle(handle_of(handle_)) != 0;

@@ -2,12 +2,14 @@
 
 #include "headless_host/model_answers.hpp"
 #include "headless_host/request.hpp"
-#include "session/line_writer.hpp"
+#include "session/line_text.hpp"
 #include "session/model_builder.hpp"
+#include "session/real_text.hpp"
 #include "session/request_words.hpp"
 #include "session/session_reader.hpp"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <functional>
 #include <span>
@@ -153,14 +155,14 @@ bool is_same_value(std::int32_t key, Kind kind, const RecordedValue& recorded, c
 
 std::string value_words(Kind kind, const RecordedValue& value)
 {
-    LineWriter words;
+    std::array<char, real_room> real{};
     switch (kind) {
-    case Kind::integer: words.put_integer(value.integer); break;
-    case Kind::real: words.put_real(value.real); break;
-    case Kind::text: words.put_text(value.text); break;
-    case Kind::series: words.put("another series"); break;
+    case Kind::integer: return std::to_string(value.integer);
+    case Kind::real: return {real.data(), put_real(real.data(), value.real)};
+    case Kind::text: return text_as_json(value.text);
+    case Kind::series: return "another series";
     }
-    return std::string(words.line());
+    return {};
 }
 
 void compare(const SessionReader& session, const RecordedExchange& exchange, Asker& asker)

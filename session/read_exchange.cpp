@@ -31,11 +31,25 @@ void read_number(JsonLine& line, std::int32_t expected, const char* meaning)
     }
 }
 
-void read_lengths(JsonLine& line, RecordedExchange& exchange)
+bool has_text_of_any_length(const HostKey& key)
+{
+    return std::ranges::any_of(key.arguments, [](const Argument& argument) {
+        return argument.kind == Kind::text && argument.direction == Direction::in;
+    });
+}
+
+/// Both members are left out when they are the key's own; a text that is sent has a length of its own each time.
+void read_form_and_lengths(JsonLine& line, RecordedExchange& exchange)
 {
     const HostKey& key = exchange.key();
-    line.open_list();
-    read_number(line, key.length(), "the length of this key");
+    const bool are_given = line.is_member("form") || has_text_of_any_length(key);
+    if (are_given) {
+        line.member("form");
+        read_number(line, static_cast<std::int32_t>(key.argument_count), "the call form of this key");
+        line.member("lengths");
+        line.open_list();
+        read_number(line, key.length(), "the length of this key");
+    }
     exchange.text_lengths = {};
     std::size_t text = 0;
     for (std::size_t i = 0; i < key.argument_count; ++i) {
@@ -43,14 +57,19 @@ void read_lengths(JsonLine& line, RecordedExchange& exchange)
             continue;
         }
         std::int32_t& length = exchange.text_lengths[text++];
-        if (key.arguments[i].direction == Direction::out) {
-            length = key.arguments[i].text_length;
+        length = key.arguments[i].text_length;
+        if (key.arguments[i].direction == Direction::in) {
+            length = line.integer();
+            if (length < 0) {
+                line.refuse("the length of a text is 0 or more");
+            }
+        } else if (are_given) {
             read_number(line, length, "the length of this text");
-        } else if (length = line.integer(); length < 0) {
-            line.refuse("the length of a text is 0 or more");
         }
     }
-    line.close_list();
+    if (are_given) {
+        line.close_list();
+    }
 }
 
 /// One byte for each character.
@@ -171,10 +190,7 @@ void read_exchange(JsonLine& line, RecordedExchange& exchange)
     }
     line.member("key");
     exchange.key_position = read_key(line);
-    line.member("form");
-    read_number(line, static_cast<std::int32_t>(exchange.key().argument_count), "the call form of this key");
-    line.member("lengths");
-    read_lengths(line, exchange);
+    read_form_and_lengths(line, exchange);
     line.member("in");
     read_values(line, exchange, Direction::in, exchange.values);
     line.member("out");

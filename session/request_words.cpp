@@ -1,7 +1,7 @@
 #include "session/request_words.hpp"
 
 #include "headless_host/request.hpp"
-#include "session/line_writer.hpp"
+#include "session/line_text.hpp"
 
 #include <algorithm>
 
@@ -24,10 +24,9 @@ std::string words(const HostKey& key, Integer integer, Text text, std::int32_t t
         if (key.arguments[i].kind == Kind::integer) {
             result.append(key.arguments[i].meaning) += ' ' + std::to_string(integer(i));
         } else {
-            LineWriter quoted;
             const std::string_view sent = text(i);
-            quoted.put_text(sent.substr(0, std::min(sent.find('\0'), most_characters)));
-            result.append(quoted.line()).append(" of length ") += std::to_string(text_length);
+            result += text_as_json(sent.substr(0, std::min(sent.find('\0'), most_characters)));
+            result.append(" of length ") += std::to_string(text_length);
         }
     }
     return *separator == '(' ? result : result + ')';

@@ -1,12 +1,13 @@
 #include "session/session_recorder.hpp"
 
 #include "headless_host/request.hpp"
+#include "session/line_text.hpp"
+#include "session/real_text.hpp"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <exception>
-#include <string_view>
-#include <utility>
 
 namespace velm {
 namespace {
@@ -36,34 +37,66 @@ std::string_view passed_key(const velm_host_request& request)
     return text_at(request.key, size).substr(0, text_at(request.key, size).find('\0'));
 }
 
-/// The members from the key to the lengths.
-void put_key_form_and_lengths(LineWriter& line, std::string_view key, std::int32_t form, std::int32_t key_length,
-                              std::span<const std::int32_t> text_lengths)
+/// Of a key that does not tell what the values are.
+constexpr KeyForm no_form;
+
+const KeyForm& form_of(const velm_host_request& request)
 {
-    line.put(",\"key\":");
-    line.put_text(key);
-    line.put(",\"form\":");
-    line.put_integer(form);
-    line.put(",\"lengths\":[");
-    line.put_integer(key_length);
-    for (const std::int32_t length : text_lengths) {
-        line.put(",");
-        line.put_integer(length);
-    }
-    line.put("]");
+    const auto position = static_cast<std::size_t>(request.key_position);
+    return request.key_position != velm_unknown_key &&
+                   host_keys[position].argument_count == static_cast<std::size_t>(request.call_form)
+               ? key_forms[position]
+               : no_form;
 }
 
-/// The same for every key that has no text: always one and the same.
-std::array<std::string, host_key_count> members_of_keys()
+/// Room for a line without texts and series, even of an unknown key; a text or a series asks for its own.
+constexpr std::size_t line_room = 1024;
+
+char* put(char* to, std::string_view json)
 {
-    std::array<std::string, host_key_count> members;
-    for (std::size_t i = 0; i < host_key_count; ++i) {
-        LineWriter line;
-        const HostKey& key = host_keys[i];
-        put_key_form_and_lengths(line, key.name, static_cast<std::int32_t>(key.argument_count), key.length(), {});
-        members[i] = line.line();
+    std::memcpy(to, json.data(), json.size());
+    return to + json.size();
+}
+
+/// The members from the key to the beginning of the values.
+char* put_key_form_and_lengths(char* at, const velm_host_request& request, std::size_t texts)
+{
+    at = put_text(put(at, ",\"key\":"), passed_key(request));
+    at = put_integer(put(at, ",\"form\":"), request.call_form);
+    at = put_integer(put(at, ",\"lengths\":["), request.key_length);
+    for (std::size_t i = 0; i < texts; ++i) {
+        at = put_integer(put(at, ","), request.text_lengths[i]);
     }
-    return members;
+    return put(at, "],\"in\":[");
+}
+
+std::size_t text_count(const KeyForm& form)
+{
+    return static_cast<std::size_t>(std::ranges::count(form.read, Kind::text, &KeyForm::Value::kind) +
+                                    std::ranges::count(form.filled, Kind::text, &KeyForm::Value::kind));
+}
+
+/// The values with commas between them, each put by `put_value`, and the list's end.
+template <class PutValue>
+char* put_list(char* at, const KeyForm::Values& values, PutValue put_value)
+{
+    for (const KeyForm::Value value : values) {
+        at = put_value(at, value);
+        *at++ = ',';
+    }
+    at -= values.count == 0 ? 0 : 1;
+    *at++ = ']';
+    return at;
+}
+
+/// Wide stores have left something behind the line, which become NULs again. The line feed is written after all else:
+/// what ends in one is whole, wherever the process is ended.
+char* put_line_end(char* at)
+{
+    constexpr std::string_view end("}\n\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 16);
+    std::atomic_signal_fence(std::memory_order_release);
+    put(at, end);
+    return at + 2;
 }
 
 } // namespace
@@ -71,7 +104,7 @@ std::array<std::string, host_key_count> members_of_keys()
 SessionRecorder::SessionRecorder(const std::filesystem::path& file)
 {
     file_.emplace(file);
-    file_->append("{\"velm_session\":" + std::to_string(session_version) + "}\n");
+    append("{\"velm_session\":" + std::to_string(session_version) + "}\n");
 }
 
 SessionRecorder::~SessionRecorder()
@@ -85,12 +118,17 @@ void SessionRecorder::close() noexcept
         return;
     }
     try {
-        file_->append("{\"end\":" + std::to_string(exchanges_) + "}\n");
+        append("{\"end\":" + std::to_string(exchanges_) + "}\n");
         file_->close();
         file_.reset();
     } catch (const std::exception& error) {
         stop(error.what());
     }
+}
+
+void SessionRecorder::append(const std::string& line)
+{
+    file_->go_on_at(put(file_->room(line.size()), line));
 }
 
 void SessionRecorder::stop(const char* reason) noexcept
@@ -121,17 +159,22 @@ void SessionRecorder::after_answer(const velm_host_request& request) noexcept
         return;
     }
     try {
-        ++exchanges_;
-        line_.clear();
-        put_opening(request);
-        put_list(",\"in\":", Direction::in, [this](std::size_t i) { put_in_value_before(i); });
-        put_list(",\"out\":", Direction::out, [&](std::size_t i) { put_out_value(request, i); });
-        if (in_values_have_changed()) {
-            put_list(",\"in_after\":", Direction::in, [this](std::size_t i) { put_in_value_after(i); });
+        char* at = put_opening(beginning_.put(file_->room(line_room)), request);
+        at = put_list(at, form_->read, [&](char* to, Value value) { return put_read_before(to, value); });
+        at = put_list(put(at, ",\"out\":["), form_->filled,
+                      [&](char* to, Value value) { return put_filled(to, request, value); });
+        if (read_values_have_changed(request)) {
+            at = put_list(put(at, ",\"in_after\":["), form_->read,
+                          [&](char* to, Value value) { return put_read_after(to, request, value); });
         }
-        line_.put("}\n");
-        file_->append(line_.line());
-        remember_count(request);
+        file_->go_on_at(put_line_end(at));
+        ++exchanges_;
+        beginning_.count_up();
+        if (form_ == &no_form) {
+            series_count_.forget();
+        } else {
+            series_count_.remember(request, integers_before_);
+        }
     } catch (const std::exception& error) {
         stop(error.what());
     }
@@ -139,158 +182,128 @@ void SessionRecorder::after_answer(const velm_host_request& request) noexcept
 
 void SessionRecorder::keep_values(const velm_host_request& request)
 {
-    value_count_ = 0;
-    if (request.key_position == velm_unknown_key) {
-        return;
+    form_ = &form_of(request);
+    has_own_lengths_ = form_ != &no_form;
+    for (const Value value : form_->read) {
+        if (value.kind == Kind::integer) {
+            integers_before_[value.argument] = number_at<std::int32_t>(request.values[value.argument]);
+        }
     }
+    if (!form_->has_only_numbers) {
+        keep_texts_and_series(request);
+    }
+}
+
+void SessionRecorder::keep_texts_and_series(const velm_host_request& request)
+{
     const HostKey& key = host_keys[request.key_position];
-    if (key.argument_count != static_cast<std::size_t>(request.call_form)) {
-        return;
-    }
     std::size_t text = 0;
-    for (; value_count_ < key.argument_count; ++value_count_) {
-        const Argument& argument = key.arguments[value_count_];
-        Value& value = values_[value_count_];
-        value = {argument.kind, argument.direction, request.values[value_count_], 0};
-        RecordedValue& before = before_[value_count_];
+    for (std::size_t i = 0; i < key.argument_count; ++i) {
+        const Argument& argument = key.arguments[i];
         if (argument.kind == Kind::text) {
-            const std::int32_t passed = std::max(request.text_lengths[text++], 0);
-            value.text_size = std::min(static_cast<std::size_t>(passed), longest_recorded_text);
-            before.text.assign(text_at(value.address, value.text_size));
-        } else if (argument.direction == Direction::in) {
-            before.integer = number_at<std::int32_t>(value.address);
-        } else if (argument.kind == Kind::series && !knows_length_of_series(request)) {
-            const auto* const series = static_cast<const float*>(value.address);
-            before.series.assign(series, series + Request::series_entries);
+            const std::int32_t length = request.text_lengths[text++];
+            const auto size = static_cast<std::size_t>(std::max(length, 0));
+            texts_before_[i].assign(text_at(request.values[i], std::min(size, longest_recorded_text)));
+            has_own_lengths_ =
+                has_own_lengths_ && argument.direction == Direction::out && argument.text_length == length;
+        } else if (argument.kind == Kind::series && !series_count_.is_of(request, integers_before_)) {
+            const auto* const series = static_cast<const float*>(request.values[i]);
+            series_before_[i].assign(series, series + Request::series_entries);
         }
     }
 }
 
-void SessionRecorder::put_opening(const velm_host_request& request)
+char* SessionRecorder::put_opening(char* at, const velm_host_request& request) const
 {
-    static const std::array<std::string, host_key_count> members = members_of_keys();
-    line_.put("{\"exchange\":");
-    line_.put_integer(static_cast<std::int64_t>(exchanges_));
-    const auto texts = std::ranges::count(values(), Kind::text, &Value::kind);
-    if (value_count_ != 0 && texts == 0) {
-        line_.put(members[static_cast<std::size_t>(request.key_position)]);
-    } else {
-        put_key_form_and_lengths(line_, passed_key(request), request.call_form, request.key_length,
-                                 std::span(request.text_lengths).first(static_cast<std::size_t>(texts)));
+    if (!has_own_lengths_) {
+        return put_key_form_and_lengths(at, request, text_count(*form_));
     }
+    put(at, {form_->text.data(), KeyForm::text_room});
+    return at + form_->text_size;
 }
 
-template <class PutValue>
-void SessionRecorder::put_list(std::string_view member, Direction direction, PutValue put_value)
+char* SessionRecorder::put_read_before(char* at, Value value)
 {
-    line_.put(member);
-    char separator = '[';
-    for (std::size_t i = 0; i < value_count_; ++i) {
-        if (values_[i].direction == direction) {
-            line_.put(std::exchange(separator, ','));
-            put_value(i);
-        }
-    }
-    if (separator == '[') {
-        line_.put('[');
-    }
-    line_.put(']');
+    return value.kind == Kind::integer ? put_integer(at, integers_before_[value.argument])
+                                       : put_sent_text(at, texts_before_[value.argument]);
 }
 
-void SessionRecorder::put_in_value_before(std::size_t value)
+char* SessionRecorder::put_read_after(char* at, const velm_host_request& request, Value value)
 {
-    if (values_[value].kind == Kind::integer) {
-        line_.put_integer(before_[value].integer);
-    } else {
-        line_.put_text(before_[value].text);
+    return value.kind == Kind::integer ? put_integer(at, number_at<std::int32_t>(request.values[value.argument]))
+                                       : put_sent_text(at, text_now(request, value.argument));
+}
+
+char* SessionRecorder::put_filled(char* at, const velm_host_request& request, Value value)
+{
+    const void* const address = request.values[value.argument];
+    switch (value.kind) {
+    case Kind::integer: return put_integer(at, number_at<std::int32_t>(address));
+    case Kind::real: return put_real(at, number_at<float>(address));
+    case Kind::text: return put_filled_text(at, texts_before_[value.argument], text_now(request, value.argument));
+    case Kind::series: return put_series(at, request, value.argument);
     }
+    return at;
 }
 
-void SessionRecorder::put_in_value_after(std::size_t value)
+char* SessionRecorder::put_sent_text(char* at, std::string_view text)
 {
-    const Value& after = values_[value];
-    if (after.kind == Kind::integer) {
-        line_.put_integer(number_at<std::int32_t>(after.address));
-    } else {
-        line_.put_text(text_at(after.address, after.text_size));
+    return put_text(more_room(at, text_room(text.size())), text);
+}
+
+char* SessionRecorder::put_filled_text(char* at, std::string_view before, std::string_view after)
+{
+    at = more_room(at, text_room(after.size()) + ranges_room(after.size()));
+    at = put_text(put(at, "{\"text\":"), after);
+    at = put_equal_ranges(put(at, ",\"unchanged\":"), before, after);
+    return put(at, "}");
+}
+
+char* SessionRecorder::more_room(char* at, std::size_t size)
+{
+    file_->go_on_at(at);
+    return file_->room(size + line_room);
+}
+
+std::string_view SessionRecorder::text_now(const velm_host_request& request, std::size_t argument) const
+{
+    return text_at(request.values[argument], texts_before_[argument].size());
+}
+
+bool SessionRecorder::read_values_have_changed(const velm_host_request& request) const
+{
+    bool changed = false;
+    for (const auto& [argument, kind] : form_->read) {
+        changed |= kind == Kind::integer
+                       ? integers_before_[argument] != number_at<std::int32_t>(request.values[argument])
+                       : texts_before_[argument] != text_now(request, argument);
     }
+    return changed;
 }
 
-void SessionRecorder::put_out_value(const velm_host_request& request, std::size_t value)
+char* SessionRecorder::put_series(char* at, const velm_host_request& request, std::size_t argument)
 {
-    const Value& after = values_[value];
-    switch (after.kind) {
-    case Kind::integer: line_.put_integer(number_at<std::int32_t>(after.address)); break;
-    case Kind::real: line_.put_real(number_at<float>(after.address)); break;
-    case Kind::text:
-        line_.put("{\"text\":");
-        line_.put_text(text_at(after.address, after.text_size));
-        line_.put(",\"unchanged\":");
-        line_.put_equal_ranges(before_[value].text, text_at(after.address, after.text_size));
-        line_.put('}');
-        break;
-    case Kind::series: put_series(request, value); break;
-    }
-}
-
-bool SessionRecorder::in_values_have_changed() const
-{
-    for (std::size_t i = 0; i < value_count_; ++i) {
-        const Value& value = values_[i];
-        if (value.direction == Direction::in &&
-            (value.kind == Kind::integer ? before_[i].integer != number_at<std::int32_t>(value.address)
-                                         : before_[i].text != text_at(value.address, value.text_size))) {
-            return true;
-        }
-    }
-    return false;
-}
-
-bool SessionRecorder::knows_length_of_series(const velm_host_request& request) const
-{
-    return series_count_.key_position == request.key_position && series_count_.system == before_[0].integer &&
-           series_count_.item == before_[1].integer;
-}
-
-void SessionRecorder::put_series(const velm_host_request& request, std::size_t value)
-{
-    const auto* const series = static_cast<const float*>(values_[value].address);
-    std::size_t entries = Request::series_entries;
-    if (knows_length_of_series(request)) {
-        entries = std::min(entries, static_cast<std::size_t>(std::max(series_count_.count, 0)));
-    } else { // up to the last entry that changed
-        const std::vector<float>& before = before_[value].series;
+    const auto* const series = static_cast<const float*>(request.values[argument]);
+    std::size_t entries = series_count_.entries();
+    if (!series_count_.is_of(request, integers_before_)) { // up to the last entry that changed
+        const std::vector<float>& before = series_before_[argument];
+        entries = before.size();
         while (entries > 0 && same_bits(series[entries - 1], before[entries - 1])) {
             --entries;
         }
     }
-    put_reals({series, entries});
-}
-
-/// In pieces that stay in the processor's cache: a full series makes a line of millions of bytes.
-void SessionRecorder::put_reals(std::span<const float> reals)
-{
     constexpr std::size_t most_at_once = 1'000;
-    line_.put('[');
-    while (reals.size() > most_at_once) {
-        line_.put_reals(reals.first(most_at_once));
-        line_.put(',');
-        file_->append(line_.line());
-        line_.clear();
-        reals = reals.subspan(most_at_once);
+    *at++ = '[';
+    for (std::size_t i = 0; i < entries; ++i) {
+        if (i % most_at_once == 0) {
+            at = more_room(at, most_at_once * (real_room + 1));
+        }
+        at = put_real(at, series[i]);
+        *at++ = ',';
     }
-    line_.put_reals(reals);
-    line_.put(']');
-}
-
-void SessionRecorder::remember_count(const velm_host_request& request)
-{
-    series_count_.key_position = velm_unknown_key;
-    const bool of_boundary = request.key_position == "GNBFP"_key;
-    if ((of_boundary || request.key_position == "GNBWK"_key) && value_count_ != 0) {
-        series_count_ = {of_boundary ? "GALLBOUNDFUNC"_key : "GALLLOADFUNC"_key, before_[0].integer, before_[1].integer,
-                         number_at<std::int32_t>(request.values[2])};
-    }
+    at -= entries == 0 ? 0 : 1;
+    *at++ = ']';
+    return at;
 }
 
 } // namespace velm

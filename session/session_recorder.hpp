@@ -3,15 +3,17 @@
 #include "headless_host/prevelmwdll.h"
 #include "session/exchange.hpp"
 #include "session/growing_file.hpp"
-#include "session/line_writer.hpp"
+#include "session/key_form.hpp"
+#include "session/line_beginning.hpp"
+#include "session/series_count.hpp"
 
 #include <array>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace velm {
 
@@ -29,10 +31,16 @@ public:
     SessionRecorder(SessionRecorder&&) = delete;
     SessionRecorder& operator=(SessionRecorder&&) = delete;
 
-    /// Has `answer`, a function without arguments, answer the request and writes the exchange down.
+    /// Has `answer`, a function without arguments, answer the request and writes the exchange down. What is asked while
+    /// that goes on, by a host that calls itself or the plug-in, is answered only: no replayed plug-in asks it.
     template <class Answer>
     void record(const velm_host_request& request, Answer answer)
     {
+        if (is_under_way_) {
+            answer();
+            return;
+        }
+        const UnderWay until_the_end(is_under_way_);
         before_answer(request);
         answer();
         after_answer(request);
@@ -45,47 +53,54 @@ public:
     [[nodiscard]] const std::string& failure() const { return failure_; }
 
 private:
-    /// A value of the request under way.
-    struct Value {
-        Kind kind{};
-        Direction direction{};
-        const void* address = nullptr;
-        std::size_t text_size = 0; ///< bytes of a text that are recorded
-    };
-    /// How many entries the next series has, which the plug-in asks for just before it.
-    struct SeriesCount {
-        std::int32_t key_position = velm_unknown_key; ///< of the key that fetches the series
-        std::int32_t system = 0;
-        std::int32_t item = 0;
-        std::int32_t count = 0;
+    using Value = KeyForm::Value;
+
+    /// Ends with the exchange, also when the answer throws.
+    struct UnderWay {
+        explicit UnderWay(bool& under_way) : under_way_(under_way) { under_way_ = true; }
+        ~UnderWay() { under_way_ = false; }
+        UnderWay(const UnderWay&) = delete;
+        UnderWay& operator=(const UnderWay&) = delete;
+        UnderWay(UnderWay&&) = delete;
+        UnderWay& operator=(UnderWay&&) = delete;
+        bool& under_way_;
     };
 
     void before_answer(const velm_host_request& request) noexcept;
     void after_answer(const velm_host_request& request) noexcept;
+    void append(const std::string& line);
     void stop(const char* reason) noexcept;
 
     void keep_values(const velm_host_request& request);
-    void put_opening(const velm_host_request& request);
-    template <class PutValue>
-    void put_list(std::string_view member, Direction direction, PutValue put_value);
-    void put_in_value_before(std::size_t value);
-    void put_in_value_after(std::size_t value);
-    void put_out_value(const velm_host_request& request, std::size_t value);
-    [[nodiscard]] bool in_values_have_changed() const;
-    void put_series(const velm_host_request& request, std::size_t value);
-    void put_reals(std::span<const float> reals);
-    [[nodiscard]] bool knows_length_of_series(const velm_host_request& request) const;
-    void remember_count(const velm_host_request& request);
-    [[nodiscard]] std::span<const Value> values() const { return {values_.data(), value_count_}; }
+    void keep_texts_and_series(const velm_host_request& request);
+
+    // each puts a piece of the line to `at`, where a line of numbers has room, and returns the end of it
+    char* put_opening(char* at, const velm_host_request& request) const;
+    char* put_read_before(char* at, Value value);
+    char* put_read_after(char* at, const velm_host_request& request, Value value);
+    char* put_filled(char* at, const velm_host_request& request, Value value);
+    char* put_sent_text(char* at, std::string_view text);
+    char* put_filled_text(char* at, std::string_view before, std::string_view after);
+    char* put_series(char* at, const velm_host_request& request, std::size_t argument);
+
+    /// What is before `at` belongs to the file; behind it there is room for `size` bytes and a line of numbers.
+    char* more_room(char* at, std::size_t size);
+    [[nodiscard]] bool read_values_have_changed(const velm_host_request& request) const;
+    [[nodiscard]] std::string_view text_now(const velm_host_request& request, std::size_t argument) const;
 
     std::optional<GrowingFile> file_;
     std::string failure_;
     std::uint64_t exchanges_ = 0;
-    LineWriter line_;
-    std::array<Value, HostKey::most_arguments> values_{};
-    std::size_t value_count_ = 0; ///< 0 when the key does not tell what the values are
-    RecordedValues before_;       ///< in-values, texts, and series of unknown length as they were before the answer
+    LineBeginning beginning_;
     SeriesCount series_count_;
+
+    // of the exchange under way, by argument: what stood there before the answer
+    bool is_under_way_ = false;
+    const KeyForm* form_ = nullptr;
+    bool has_own_lengths_ = false; ///< the lengths are those that the key alone tells
+    std::array<std::int32_t, HostKey::most_arguments> integers_before_{};   ///< those that the host reads
+    std::array<std::string, HostKey::most_arguments> texts_before_;         ///< as much of them as is recorded
+    std::array<std::vector<float>, HostKey::most_arguments> series_before_; ///< of unknown length
 };
 
 } // namespace velm

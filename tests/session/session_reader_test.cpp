@@ -19,7 +19,7 @@ const std::vector<std::string> sound_lines = {
     R"({"exchange":2,"key":"GIQOPT","form":2,"lengths":[7],"in":[4],"out":[3],"in_after":[9]})",
     R"({"exchange":3,"key":"GSYSNAME","form":3,"lengths":[9,30,5],"in":[1],"out":[)"
     R"({"text":"Salt                          ","unchanged":[[1,2],[5,30]]},{"text":"S\"\\ \u0000","unchanged":[]}]})",
-    R"({"exchange":4,"key":"GNOQFUNC","form":5,"lengths":[9],"in":[1,1,7],"out":["-1e-45 80000001","nan 7fc00001"]})",
+    R"({"exchange":4,"key":"GNOQFUNC","in":[1,1,7],"out":["-1e-45 80000001","nan 7fc00001"]})",
     R"({"exchange":5,"key":"GALLLOADFUNC","form":4,"lengths":[13],"in":[1,2],"out":[["0 00000000","0.1 3dcccccd"],[]]})",
     R"({"end":5})",
 };
@@ -113,6 +113,8 @@ const std::vector<Damage> damages = {
     // another member
     {3, "key", "name", R"("name)", R"(expected the member "key")"},
     {3, "in_after", "after", R"("after)", "expected the object's end"},
+    {2, R"("form":1,"lengths":[10,6],)", "", R"("in")", R"(expected the member "form")"},
+    {3, R"("lengths":[7],)", "", R"("in")", R"(expected the member "lengths")"},
     {3, R"("in":[4],)", "", R"("out)", R"(expected the member "in")"},
     {4, R"(,"unchanged":[]})", "}", "}]}", R"(expected the member "unchanged")"},
     // wrong types

@@ -75,7 +75,7 @@ Case real_case(float value, const std::string& expected)
             [value](SessionRecorder& recorder, Memory& m) {
                 record(recorder, {key("GVOLUME"), {&m.integers[0], &m.real}, {}}, [&] { m.real = value; });
             },
-            R"("key":"GVOLUME","form":2,"lengths":[8],"in":[1],"out":[")" + expected + R"("]})"};
+            R"("key":"GVOLUME","in":[1],"out":[")" + expected + R"("]})"};
 }
 
 const std::vector<Case> cases = {
@@ -83,25 +83,25 @@ const std::vector<Case> cases = {
      [](SessionRecorder& recorder, Memory& m) {
          record(recorder, {key("GSEGTYPE"), {&m.integers[0], &m.integers[2]}, {}}, [&] { m.integers[2] = -5; });
      },
-     R"("key":"GSEGTYPE","form":2,"lengths":[9],"in":[1],"out":[-5]})"},
+     R"("key":"GSEGTYPE","in":[1],"out":[-5]})"},
     {"an integer before its index",
      [](SessionRecorder& recorder, Memory& m) {
          record(recorder, {key("GIQOPT"), {&m.integers[2], &m.integers[1]}, {}}, [&] { m.integers[2] = 3; });
      },
-     R"("key":"GIQOPT","form":2,"lengths":[7],"in":[2],"out":[3]})"},
+     R"("key":"GIQOPT","in":[2],"out":[3]})"},
     {"an index that the host writes into",
      [](SessionRecorder& recorder, Memory& m) {
          record(recorder, {key("GSEGTYPE"), {&m.integers[0], &m.integers[2]}, {}},
                 [&] { m.integers[0] = m.integers[2] = 99; });
      },
-     R"("key":"GSEGTYPE","form":2,"lengths":[9],"in":[1],"out":[99],"in_after":[99]})"},
+     R"("key":"GSEGTYPE","in":[1],"out":[99],"in_after":[99]})"},
     {"texts that the host ends with a NUL, changes in the middle, or leaves",
      [](SessionRecorder& recorder, Memory& m) {
          m.text[3] = 'x';
          record(recorder, {key("GSYSNAME"), {&m.integers[0], m.text.data(), m.tag.data()}, {30, 5}},
                 [&] { m.text.replace(0, 3, "S\xE9\""); });
      },
-     R"("key":"GSYSNAME","form":3,"lengths":[9,30,5],"in":[1],"out":[{"text":"Sé\"x)" +
+     R"("key":"GSYSNAME","in":[1],"out":[{"text":"Sé\"x)" +
          [] {
              std::string nuls;
              for (int i = 4; i < 30; ++i) {
@@ -120,9 +120,17 @@ const std::vector<Case> cases = {
              m.tag = "12345";
          });
      },
-     R"("key":"GSYSNAME","form":3,"lengths":[9,30,5],"in":[1],"out":[{"text":"b\\d\u007f\u009f)"
+     R"("key":"GSYSNAME","in":[1],"out":[{"text":"b\\d\u007f\u009f)"
      "\xC2\xA0" +
          blanks_24.substr(1) + R"(!","unchanged":[[2,2],[4,29]]},{"text":"12345","unchanged":[]}]})"},
+    {"a host that asks the plug-in back before it answers",
+     [](SessionRecorder& recorder, Memory& m) {
+         record(recorder, {key("GSEGTYPE"), {&m.integers[0], &m.integers[2]}, {}}, [&] {
+             record(recorder, {key("PINFOHTML"), {m.text.data()}, {30}}, [] {});
+             m.integers[2] = 3;
+         });
+     },
+     R"("key":"GSEGTYPE","in":[1],"out":[3]})"},
     {"a text that is sent, with the bytes behind its NUL",
      [](SessionRecorder& recorder, Memory& m) {
          m.text.assign("<li>\0\t/", 7);
@@ -160,7 +168,7 @@ const std::vector<Case> cases = {
                     m.other_series[0] = 0.5;
                 });
      },
-     R"("key":"GALLBOUNDFUNC","form":4,"lengths":[14],"in":[1,2],)"
+     R"("key":"GALLBOUNDFUNC","in":[1,2],)"
      R"("out":[["7 40e00000","7 40e00000","1 3f800000"],["0.5 3f000000"]]})"},
     real_case(1500, "1500 44bb8000"),
     real_case(0.1F, "0.1 3dcccccd"),
@@ -182,6 +190,8 @@ TEST(SessionRecorder, WritesALineForEachExchange)
             SessionRecorder recorder(file.path());
             Memory memory;
             c.exchange(recorder, memory);
+            const std::string unclosed = file.content();
+            EXPECT_EQ(unclosed[unclosed.find_last_not_of('\0')], '\n'); // the next line's place is clean
         }
         const std::vector<std::string> expected = {R"({"velm_session":1})", R"({"exchange":1,)" + c.members,
                                                    R"({"end":1})"};
@@ -234,7 +244,33 @@ TEST(SessionRecorder, WritesNoMoreOfASeriesThanTheTablesHold)
     }
     EXPECT_EQ(reading(file), "2 exchanges, closed");
     const auto quoted = static_cast<std::size_t>(std::ranges::count(lines_of(file).at(2), '"') / 2);
-    EXPECT_EQ(quoted, 2 * Request::series_entries + 7); // six members and the key
+    EXPECT_EQ(quoted, 2 * Request::series_entries + 5); // four members and the key
+}
+
+/// The most that a line without a series can be: two fields as long as they are recorded, of unprintable bytes, of
+/// which every other one stays.
+TEST(SessionRecorder, HasRoomForTheLongestTexts)
+{
+    const SessionFile file;
+    const std::string before(longest_recorded_text, '\1');
+    std::string name = before;
+    std::string tag = before;
+    {
+        SessionRecorder recorder(file.path());
+        std::int32_t system = 1;
+        const auto length = static_cast<std::int32_t>(before.size());
+        for (int i = 0; i < 3; ++i) { // about two blocks each
+            record(recorder, {key("GSYSNAME"), {&system, name.data(), tag.data()}, {length, length}}, [&] {
+                for (std::size_t j = 0; j < name.size(); j += 2) {
+                    name[j] = tag[j] ^= 2;
+                }
+            });
+        }
+    }
+    const std::vector<std::string> lines = lines_of(file);
+    EXPECT_EQ(lines.at(1).size(), lines.at(3).size());
+    EXPECT_EQ(std::ranges::count(lines.at(3), '['), 2 * (1 + before.size() / 2) + 3); // ranges, and the members' own
+    EXPECT_EQ(lines.at(4), R"({"end":3})");
 }
 
 TEST(SessionRecorder, LeavesAnExistingFileAlone)
