@@ -118,7 +118,8 @@ bool are_same(const char* one, const char* other, std::size_t size)
         return std::memcmp(one, other, size) == 0;
     }
     if (size < 8) {
-        return are_same_words<std::uint32_t>(one, other) && are_same_words<std::uint32_t>(one + size - 4, other + size - 4);
+        return are_same_words<std::uint32_t>(one, other) &&
+               are_same_words<std::uint32_t>(one + size - 4, other + size - 4);
     }
     for (std::size_t at = 0; at + 8 < size; at += 8) {
         if (!are_same_words<std::uint64_t>(one + at, other + at)) {
