@@ -119,6 +119,10 @@ struct ReadOptions {
     std::function<void(const FieldText&)> on_field;
     /// Called with every problem, also those that are not listed.
     std::function<void(const InputProblem&)> on_problem;
+    /// Called with every time series when it has been read: its table, such as "boundary_value", and the two numbers
+    /// that the keys of its rows begin with. The keys of a table rise.
+    std::function<void(std::string_view table, const std::array<std::int32_t, 2>& key, const TimeSeries& series)>
+        on_series;
     /// Called now and then with the bytes read so far.
     std::function<void(std::uint64_t bytes)> on_progress;
 };

@@ -91,6 +91,9 @@ void RecordReader::time_pairs(const Count& count, const Record& row, TimeSeries&
     }
     series.times.assign(times_.begin(), times_.end());
     series.values.assign(values_.begin(), values_.end());
+    if (options_.on_series) {
+        options_.on_series(time->table, {first, second}, series);
+    }
 }
 
 } // namespace velm

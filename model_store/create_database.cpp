@@ -44,9 +44,10 @@ void run_script(const Database& database, std::string_view script)
 
 void create_database(std::string_view sql, const std::filesystem::path& database)
 {
-    write_new_database(database, TemporaryFiles::plain(), [sql](const std::filesystem::path& unnamed) {
-        change_unshared(unnamed, ForeignKeys::bound, [sql](const Database& file) { run_script(file, sql); });
-    });
+    const NewFile file(database, TemporaryFiles::plain());
+    const auto run_all = [sql](const Database& opened) { run_script(opened, sql); };
+    file.write([&] { change_unshared(file.unnamed(), ForeignKeys::bound, run_all); });
+    file.give_name();
 }
 
 } // namespace velm

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -79,6 +80,29 @@ struct TemporaryFiles {
 /// without NOT NULL, and a load refuses it, naming each NULL, until all are filled.
 void save_model(const Model& model, const std::filesystem::path& database, std::span<const MissingValue> missing = {},
                 const TemporaryFiles& temporary_files = TemporaryFiles::plain());
+
+/// A new model database whose time series can be written while the model is still being read. Without finish(), or when
+/// that throws, no new file is left. All procedures throw StoreError as save_model() does.
+class NewModel {
+public:
+    NewModel(const std::filesystem::path& database, const TemporaryFiles& temporary_files,
+             std::span<const MissingValue> missing = {});
+    ~NewModel();
+    NewModel(const NewModel&) = delete;
+    NewModel& operator=(const NewModel&) = delete;
+    NewModel(NewModel&&) = delete;
+    NewModel& operator=(NewModel&&) = delete;
+
+    /// Writes, in the background, a series of the model to come. Of a table's series, all are given in the order of
+    /// their keys, or none.
+    void add_series(std::string_view table, const std::array<std::int32_t, 2>& key, const TimeSeries& series);
+    /// Writes all else and gives the database its name.
+    void finish(const Model& model);
+
+private:
+    struct Parts;
+    std::unique_ptr<Parts> parts_;
+};
 
 /// Creates a database file from SQL text: the schema alone, or the schema and statements that fill it.
 /// Throws StoreError when the file exists or the SQL fails; then no file is left.

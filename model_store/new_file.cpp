@@ -28,27 +28,8 @@ namespace fs = std::filesystem;
     fail(file, "cannot be written: " + reason, "check that the folder exists, can be written to and has room");
 }
 
-class TemporaryFile {
-public:
-    TemporaryFile(const TemporaryFiles& files, const fs::path& database)
-        : discard_(files.discard), path_(files.create(database))
-    {
-    }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-    TemporaryFile(TemporaryFile&&) = delete;
-    TemporaryFile& operator=(TemporaryFile&&) = delete;
-    ~TemporaryFile() { discard_(path_); }
-
-    [[nodiscard]] const fs::path& path() const { return path_; }
-
-private:
-    std::function<void(const fs::path& temporary)> discard_;
-    fs::path path_;
-};
-
 /// A hard link fails where the name is taken, a rename would replace. File systems without links get the rename.
-void give_name(const fs::path& written, const fs::path& file)
+void link_or_rename(const fs::path& written, const fs::path& file)
 {
     std::error_code error;
     fs::create_hard_link(written, file, error);
@@ -89,24 +70,37 @@ void change_unshared(const fs::path& file, ForeignKeys keys, const std::function
     database.run("COMMIT");
 }
 
-void write_new_database(const fs::path& file, const TemporaryFiles& temporary_files,
-                        const std::function<void(const fs::path& unnamed)>& write)
+NewFile::NewFile(const fs::path& file, TemporaryFiles temporary_files)
+    : file_(file), temporary_files_(std::move(temporary_files))
 {
-    if (!temporary_files.replace && fs::exists(fs::symlink_status(file))) {
+    if (!temporary_files_.replace && fs::exists(fs::symlink_status(file))) {
         fail_as_existing(file);
     }
+    write([this] { unnamed_ = temporary_files_.create(file_); });
+}
+
+NewFile::~NewFile()
+{
+    temporary_files_.discard(unnamed_);
+}
+
+void NewFile::write(const std::function<void()>& step) const
+{
     try {
-        const TemporaryFile temporary(temporary_files, file);
-        write(temporary.path());
-        if (temporary_files.replace) {
-            temporary_files.replace(temporary.path(), file);
-        } else {
-            give_name(temporary.path(), file);
-        }
+        step();
     } catch (const SqliteError& error) {
-        fail_to_write(file, error.what());
+        fail_to_write(file_, error.what());
     } catch (const std::system_error& error) {
-        fail_to_write(file, error.code().message());
+        fail_to_write(file_, error.code().message());
+    }
+}
+
+void NewFile::give_name() const
+{
+    if (temporary_files_.replace) {
+        write([this] { temporary_files_.replace(unnamed_, file_); });
+    } else {
+        link_or_rename(unnamed_, file_);
     }
 }
 

@@ -16,9 +16,28 @@ enum class ForeignKeys { bound, free };
 void change_unshared(const std::filesystem::path& file, ForeignKeys keys,
                      const std::function<void(const Database&)>& change);
 
-/// Has a new database written into a temporary file, and gives it its name when `write` is done. Throws StoreError, or
-/// what `write` throws other than the failures of SQLite and of the system, which become one; then no file is left.
-void write_new_database(const std::filesystem::path& file, const TemporaryFiles& temporary_files,
-                        const std::function<void(const std::filesystem::path& unnamed)>& write);
+/// A new database, written into a temporary file until it gets its name; without that, no file is left.
+class NewFile {
+public:
+    /// Throws StoreError when `file` exists and is not to be replaced, or nothing can be written there.
+    NewFile(const std::filesystem::path& file, TemporaryFiles temporary_files);
+    ~NewFile();
+    NewFile(const NewFile&) = delete;
+    NewFile& operator=(const NewFile&) = delete;
+    NewFile(NewFile&&) = delete;
+    NewFile& operator=(NewFile&&) = delete;
+
+    /// The temporary file.
+    [[nodiscard]] const std::filesystem::path& unnamed() const { return unnamed_; }
+    /// Takes a step; failures of SQLite and of the system become a StoreError about the file to come.
+    void write(const std::function<void()>& step) const;
+    /// Call when the file is whole and closed; once. Throws StoreError.
+    void give_name() const;
+
+private:
+    std::filesystem::path file_;
+    TemporaryFiles temporary_files_;
+    std::filesystem::path unnamed_;
+};
 
 } // namespace velm

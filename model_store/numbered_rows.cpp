@@ -34,7 +34,7 @@ public:
     void add_series(std::uint64_t parent, std::uint64_t item, const TimeSeries& series, std::size_t most_pairs)
     {
         const std::size_t pairs = series.times.size();
-        const NumberedRows rows{{parent, item}, pairs, {column_of(series.times), column_of(series.values)}};
+        const NumberedRows rows{{parent, item}, 1, pairs, {column_of(series.times), column_of(series.values)}};
         if (pairs != series.values.size()) {
             refuse(rows, "", "there are " + counted(pairs, "time") + " and " + counted(series.values.size(), "value"),
                    "give as many of both");
@@ -124,6 +124,7 @@ NumberedTable initial_conditions(const Model& model)
     for (std::uint64_t system_number = 1; const System& system : model.systems) {
         const auto& conditions = system.initial_conditions;
         filler.add_for_each_segment({{system_number++},
+                                     1,
                                      conditions.size(),
                                      {column_of(conditions, &InitialCondition::concentration),
                                       column_of(conditions, &InitialCondition::dissolved_fraction)}},
@@ -138,7 +139,7 @@ NumberedTable parameter_values(const Model& model)
     for (std::uint64_t type_number = 1; const auto& type : model.parameter_types) {
         for (std::uint64_t number = 1; const Parameter& parameter : type.instances) {
             filler.add_for_each_segment(
-                {{type_number, number++}, parameter.values.size(), {column_of(parameter.values)}},
+                {{type_number, number++}, 1, parameter.values.size(), {column_of(parameter.values)}},
                 model.segments.size());
         }
         ++type_number;

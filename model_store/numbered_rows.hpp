@@ -28,6 +28,7 @@ struct RealColumn {
 /// has of something.
 struct NumberedRows {
     std::array<std::uint64_t, 2> key{}; ///< what their keys begin with; in a table with a key of two, the first of it
+    std::uint64_t first_number = 1;     ///< more than 1 when the first of them stand elsewhere
     std::size_t count = 0;
     std::array<RealColumn, 2> reals{}; ///< as many as the table has columns beside the key
 };

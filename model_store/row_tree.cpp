@@ -1,9 +1,9 @@
 #include "model_store/row_tree.hpp"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cstring>
+#include <utility>
 
 namespace velm {
 namespace {
@@ -11,13 +11,14 @@ namespace {
 constexpr char leaf = 0x0A;
 constexpr char inner = 0x02;
 constexpr std::size_t leaf_header = 8;
-constexpr std::size_t inner_header = 12;
+constexpr std::size_t inner_header = 12;      ///< with the number of the last page below
 constexpr std::size_t bytes_for_position = 2; ///< of a row within its page
 constexpr std::size_t bytes_for_page = 4;
 constexpr std::size_t bytes_for_real = 8;
 constexpr char type_of_real = 7;
 
-char* put_number(char* to, std::uint64_t number, std::size_t bytes)
+template <std::size_t bytes>
+char* put_number(char* to, std::uint64_t number)
 {
     for (std::size_t shift = 8 * bytes; shift != 0;) {
         shift -= 8;
@@ -26,179 +27,181 @@ char* put_number(char* to, std::uint64_t number, std::size_t bytes)
     return to;
 }
 
-char* put_real(char* to, float value)
+/// Notes the type of an integer, which tells its size, and writes it: in 1, 2, 3, 4 or 6 bytes with a sign.
+char* put_integer(char* to, char& type, std::uint64_t number)
 {
-    return put_number(to, std::bit_cast<std::uint64_t>(double{value}), bytes_for_real);
-}
-
-/// Integers are kept in 1, 2, 3, 4 or 6 bytes with a sign.
-std::size_t bytes_for(std::uint64_t number)
-{
-    const auto bytes = static_cast<std::size_t>(std::bit_width(number)) / 8 + 1;
-    return bytes == 5 ? 6 : bytes;
-}
-
-/// The type that a record names for an integer of so many bytes: 1 to 4, and 5 for 6 bytes.
-char type_of_integer(std::size_t bytes)
-{
-    return static_cast<char>(std::min<std::size_t>(bytes, 5));
-}
-
-/// What a page begins with, and the positions of its `rows`, each of `row_size` bytes, up to the page's end. Returns
-/// where the first row goes.
-char* put_header(std::span<char> page, char type, std::size_t rows, std::size_t row_size)
-{
-    const std::size_t first_position = page.size() - rows * row_size;
-    char* to = page.data();
-    *to++ = type;
-    to = put_number(to, 0, 2); // no free space between rows
-    to = put_number(to, rows, bytes_for_position);
-    to = put_number(to, first_position, bytes_for_position);
-    to = put_number(to, 0, 1);
-    if (type == inner) {
-        to += bytes_for_page; // set by the caller
+    switch (std::bit_width(number) / 8) {
+    case 0: type = 1; return put_number<1>(to, number);
+    case 1: type = 2; return put_number<2>(to, number);
+    case 2: type = 3; return put_number<3>(to, number);
+    case 3: type = 4; return put_number<4>(to, number);
+    default: type = 5; return put_number<6>(to, number);
     }
-    for (std::size_t row = 0; row < rows; ++row) {
-        to = put_number(to, first_position + row * row_size, bytes_for_position);
-    }
-    std::fill(to, page.data() + first_position, '\0');
-    return page.data() + first_position;
+}
+
+char* put_real(char* to, char& type, float value)
+{
+    type = type_of_real;
+    return put_number<bytes_for_real>(to, std::bit_cast<std::uint64_t>(double{value}));
 }
 
 } // namespace
 
-RowTree::RowTree(const NumberedTable& table, const PageNumbering& numbering, std::uint64_t first_index)
-    : table_(table), numbering_(numbering), first_index_(first_index), reals_(table.reals())
+RowTree::Page::Page(std::size_t size, char type)
+    : bytes(size), header(type == leaf ? leaf_header : inner_header), first_byte(size)
 {
-    std::array<std::uint64_t, 2> largest_keys{};
-    std::uint64_t largest_count = 0;
-    std::uint64_t rows = 0;
-    for (const NumberedRows& run : table.rows) {
-        for (std::size_t key = 0; key < largest_keys.size(); ++key) {
-            largest_keys[key] = std::max(largest_keys[key], run.key[key]);
-        }
-        largest_count = std::max<std::uint64_t>(largest_count, run.count);
-        first_rows_.push_back(rows);
-        rows += run.count;
-    }
-    first_rows_.push_back(rows);
-    for (std::size_t key = 0; key < table.shared_keys(); ++key) {
-        key_sizes_.push_back(bytes_for(largest_keys.at(key)));
-    }
-    key_sizes_.push_back(bytes_for(largest_count));
-    make_head();
-    add_levels();
+    bytes[0] = type;
 }
 
-/// A record begins with the types of its columns, and before it stand its size and theirs.
-void RowTree::make_head()
+bool RowTree::Page::has_room(std::size_t size) const
 {
-    std::vector<char> types;
-    std::size_t bytes = reals_ * bytes_for_real;
-    for (const std::size_t size : key_sizes_) {
-        types.push_back(type_of_integer(size));
-        bytes += size;
+    return header + (rows + 1) * bytes_for_position + size <= first_byte;
+}
+
+char* RowTree::Page::add(std::size_t size)
+{
+    first_byte -= size;
+    put_number<bytes_for_position>(&bytes[header + rows++ * bytes_for_position], first_byte);
+    return &bytes[first_byte];
+}
+
+RowTree::Row RowTree::Page::take_last()
+{
+    Row row;
+    row.size = static_cast<std::size_t>(bytes[first_byte]) + 1;
+    std::memcpy(row.bytes.data(), &bytes[first_byte], row.size);
+    first_byte += row.size;
+    --rows;
+    return row;
+}
+
+void RowTree::Page::close()
+{
+    constexpr std::size_t place_of_count = 3;
+    char* const to = put_number<bytes_for_position>(&bytes[place_of_count], rows);
+    put_number<bytes_for_position>(to, first_byte);
+    std::fill(&bytes[header + rows * bytes_for_position], bytes.data() + first_byte, '\0');
+}
+
+void RowTree::Page::clear()
+{
+    rows = 0;
+    first_byte = bytes.size();
+}
+
+RowTree::RowTree(PagedFile& file, const TableShape& table, std::uint64_t root)
+    : file_(file), shared_keys_(table.keys - 1), reals_(table.columns.size() - table.keys), root_(root),
+      leaf_(file.page_size(), leaf)
+{
+}
+
+/// A record is the size of its head, the types of its columns and the columns; the record's size stands before it.
+RowTree::Row RowTree::encoded(const NumberedRows& rows, std::size_t row) const
+{
+    Row made;
+    const std::size_t head = 2 + shared_keys_ + reals_;
+    char* type = made.bytes.data() + 2;
+    char* to = made.bytes.data() + 1 + head;
+    for (std::size_t key = 0; key < shared_keys_; ++key) {
+        to = put_integer(to, *type++, rows.key[key]);
     }
-    types.insert(types.end(), reals_, type_of_real);
-    const std::size_t head = 1 + types.size();
-    head_.push_back(static_cast<char>(head + bytes));
-    head_.push_back(static_cast<char>(head));
-    head_.insert(head_.end(), types.begin(), types.end());
-    row_size_ = head_.size() + bytes;
-}
-
-void RowTree::add_levels()
-{
-    const std::size_t most_in_leaf = (numbering_.page_size - leaf_header) / (bytes_for_position + row_size_);
-    const std::size_t most_in_inner =
-        (numbering_.page_size - inner_header) / (bytes_for_position + bytes_for_page + row_size_);
-    const auto pages_for = [](std::uint64_t places, std::size_t most_rows) {
-        const std::uint64_t most_places = most_rows + 1;
-        return (places + most_places - 1) / most_places;
-    };
-    const std::uint64_t places = first_rows_.back() + 1; // after the last leaf no row goes up
-    levels_.push_back({places, pages_for(places, most_in_leaf), 0});
-    while (levels_.back().pages > 1) {
-        const Level below = levels_.back();
-        levels_.push_back({below.pages, pages_for(below.pages, most_in_inner), below.first_page + below.pages});
-    }
-    added_pages_ = levels_.back().first_page;
-}
-
-RowTree::Row RowTree::row_at(std::uint64_t row) const
-{
-    const auto after = std::upper_bound(first_rows_.begin(), first_rows_.end(), row);
-    const auto run = static_cast<std::size_t>(after - first_rows_.begin()) - 1;
-    return {run, static_cast<std::size_t>(row - first_rows_[run])};
-}
-
-RowTree::Row RowTree::row_after(Row row) const
-{
-    const bool ends_run = row.row + 1 == table_.rows[row.run].count;
-    return ends_run ? Row{row.run + 1, 0} : Row{row.run, row.row + 1};
-}
-
-std::uint64_t RowTree::row_above(std::size_t level, std::uint64_t page) const
-{
-    for (; level != 0; --level) {
-        page = levels_[level].begin(page + 1) - 1;
-    }
-    return levels_[0].begin(page + 1) - 1;
-}
-
-char* RowTree::put_row(char* to, Row row) const
-{
-    const NumberedRows& run = table_.rows[row.run];
-    to = std::copy(head_.begin(), head_.end(), to);
-    const std::size_t shared_keys = key_sizes_.size() - 1;
-    for (std::size_t key = 0; key < shared_keys; ++key) {
-        to = put_number(to, run.key[key], key_sizes_[key]);
-    }
-    to = put_number(to, row.row + 1, key_sizes_.back());
+    to = put_integer(to, *type++, rows.first_number + row);
     for (std::size_t real = 0; real < reals_; ++real) {
-        to = put_real(to, run.reals[real][row.row]);
+        to = put_real(to, *type++, rows.reals[real][row]);
     }
-    return to;
+    made.size = static_cast<std::size_t>(to - made.bytes.data());
+    made.bytes[0] = static_cast<char>(made.size - 1);
+    made.bytes[1] = static_cast<char>(head);
+    return made;
 }
 
-void RowTree::make_leaf(std::uint64_t page_of_level, std::span<char> page) const
+void RowTree::add(const NumberedRows& rows)
 {
-    const std::uint64_t first = levels_[0].begin(page_of_level);
-    const std::uint64_t end = levels_[0].begin(page_of_level + 1) - 1;
-    char* to = put_header(page, leaf, static_cast<std::size_t>(end - first), row_size_);
-    Row row = row_at(first);
-    for (std::uint64_t place = first; place < end; ++place) {
-        to = put_row(to, row);
-        row = row_after(row);
+    for (std::size_t row = 0; row < rows.count; ++row) {
+        put(encoded(rows, row));
     }
+    rows_ += rows.count;
 }
 
-void RowTree::make_inner(std::size_t level, std::uint64_t page_of_level, std::span<char> page) const
+void RowTree::put(const Row& row)
 {
-    const std::uint64_t first = levels_[level].begin(page_of_level);
-    const std::uint64_t last = levels_[level].begin(page_of_level + 1) - 1;
-    const auto number_of = [&](std::uint64_t child) {
-        return numbering_.number(first_index_ + levels_[level - 1].first_page + child);
-    };
-    char* to = put_header(page, inner, static_cast<std::size_t>(last - first), bytes_for_page + row_size_);
-    put_number(page.data() + leaf_header, number_of(last), bytes_for_page);
-    for (std::uint64_t child = first; child < last; ++child) {
-        to = put_number(to, number_of(child), bytes_for_page);
-        to = put_row(to, row_at(row_above(level - 1, child)));
+    if (after_leaf_) {
+        end_leaf(*after_leaf_);
+        after_leaf_.reset();
     }
-}
-
-void RowTree::make_page(std::uint64_t index, std::span<char> page) const
-{
-    const auto of_level = std::find_if(levels_.rbegin(), levels_.rend(),
-                                       [index](const Level& level) { return level.first_page <= index; });
-    const std::uint64_t page_of_level = index - of_level->first_page;
-    const auto level = static_cast<std::size_t>(levels_.rend() - of_level) - 1;
-    if (level == 0) {
-        make_leaf(page_of_level, page);
+    if (leaf_.has_room(row.size)) {
+        std::memcpy(leaf_.add(row.size), row.bytes.data(), row.size);
     } else {
-        make_inner(level, page_of_level, page);
+        after_leaf_ = row;
     }
+}
+
+void RowTree::end_leaf(const Row& following)
+{
+    const std::uint64_t number = file_.add_page();
+    leaf_.close();
+    file_.write(number, leaf_.bytes);
+    leaf_.clear();
+    dividers_.push_back({number, following});
+}
+
+/// No page may be without rows, so a row that is alone behind a full leaf sends the one before it up.
+void RowTree::finish()
+{
+    if (rows_ == 0) {
+        return;
+    }
+    if (after_leaf_) {
+        end_leaf(leaf_.take_last());
+        std::memcpy(leaf_.add(after_leaf_->size), after_leaf_->bytes.data(), after_leaf_->size);
+    }
+    leaf_.close();
+    if (dividers_.empty()) {
+        return file_.write(root_, leaf_.bytes);
+    }
+    std::uint64_t last_page = file_.add_page();
+    file_.write(last_page, leaf_.bytes);
+    std::size_t largest = 0;
+    for (const Divider& divider : dividers_) {
+        largest = std::max(largest, divider.row.size);
+    }
+    const std::size_t most_rows = (file_.page_size() - inner_header) / (bytes_for_position + bytes_for_page + largest);
+    while (dividers_.size() > most_rows) {
+        add_level(most_rows, last_page);
+    }
+    write_inner(root_, dividers_, last_page);
+}
+
+/// Puts the pages of the highest level so far, evenly, under as few new ones as have room for them.
+void RowTree::add_level(std::size_t most_rows, std::uint64_t& last_page)
+{
+    const std::size_t below = dividers_.size() + 1;
+    const std::size_t pages = (below + most_rows) / (most_rows + 1);
+    std::vector<Divider> between;
+    std::size_t first = 0;
+    for (std::size_t page = 1; page < pages; ++page) {
+        const std::size_t last = page * below / pages - 1;
+        const std::uint64_t number = file_.add_page();
+        write_inner(number, std::span(dividers_).subspan(first, last - first), dividers_[last].page);
+        between.push_back({number, dividers_[last].row});
+        first = last + 1;
+    }
+    const std::uint64_t number = file_.add_page();
+    write_inner(number, std::span(dividers_).subspan(first), last_page);
+    last_page = number;
+    dividers_ = std::move(between);
+}
+
+void RowTree::write_inner(std::uint64_t number, std::span<const Divider> dividers, std::uint64_t last_page)
+{
+    Page page(file_.page_size(), inner);
+    for (const auto& [before, row] : dividers) {
+        char* const to = put_number<bytes_for_page>(page.add(bytes_for_page + row.size), before);
+        std::memcpy(to, row.bytes.data(), row.size);
+    }
+    page.close();
+    put_number<bytes_for_page>(&page.bytes[leaf_header], last_page);
+    file_.write(number, page.bytes);
 }
 
 } // namespace velm

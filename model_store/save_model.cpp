@@ -1,10 +1,13 @@
 #include "model_store/load_model.hpp"
 #include "model_store/new_file.hpp"
 #include "model_store/numbered_rows.hpp"
-#include "model_store/save_rows.hpp"
+#include "model_store/row_writer.hpp"
 #include "model_store/table_writer.hpp"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -193,25 +196,55 @@ void save_tables(const Database& database, const Model& model)
 
 } // namespace
 
-void save_model(const Model& model, const std::filesystem::path& database, std::span<const MissingValue> missing,
-                const TemporaryFiles& temporary_files)
+struct NewModel::Parts {
+    NewFile file;
+    std::vector<MissingValue> missing;
+    std::optional<RowWriter> rows{};
+};
+
+NewModel::NewModel(const std::filesystem::path& database, const TemporaryFiles& temporary_files,
+                   std::span<const MissingValue> missing)
+    : parts_(new Parts{{database, temporary_files}, {missing.begin(), missing.end()}})
 {
-    const std::vector<NumberedTable> numbered = numbered_tables(model);
     const auto create_tables = [&](const Database& file) { file.run(schema_for(missing).c_str()); };
-    const auto fill_other_tables = [&](const Database& file) {
-        save_tables(file, model);
+    parts_->file.write([&] {
+        change_unshared(parts_->file.unnamed(), ForeignKeys::free, create_tables);
+        parts_->rows.emplace(parts_->file.unnamed());
+    });
+}
+
+NewModel::~NewModel() = default;
+
+void NewModel::add_series(std::string_view table, const std::array<std::int32_t, 2>& key, const TimeSeries& series)
+{
+    parts_->file.write([&] {
+        parts_->rows->add(table, {static_cast<std::uint64_t>(key[0]), static_cast<std::uint64_t>(key[1])}, series);
+    });
+}
+
+void NewModel::finish(const Model& model)
+{
+    auto& [file, missing, rows] = *parts_;
+    const auto fill_other_tables = [&](const Database& opened) {
+        save_tables(opened, model);
         for (const MissingValue& value : missing) {
-            forget(file, value);
+            forget(opened, value);
         }
     };
     // what the schema lets pass but a load would refuse is found by reading it back before it gets its name; that finds
     // rows without those that they refer to as well, so that not each row has to look for its own
-    write_new_database(database, temporary_files, [&](const std::filesystem::path& file) {
-        change_unshared(file, ForeignKeys::free, create_tables);
-        save_rows(numbered, file);
-        change_unshared(file, ForeignKeys::free, fill_other_tables); // which writes the rows, too, through to the disk
-        check_but_for_missing(file, missing.size());
+    file.write([&] {
+        rows->finish(numbered_tables(model));
+        change_unshared(file.unnamed(), ForeignKeys::free, fill_other_tables); // which writes all through to the disk
+        check_but_for_missing(file.unnamed(), missing.size());
     });
+    file.give_name();
+}
+
+void save_model(const Model& model, const std::filesystem::path& database, std::span<const MissingValue> missing,
+                const TemporaryFiles& temporary_files)
+{
+    NewModel(database, temporary_files, missing).finish(model);
 }
 
 } // namespace velm

@@ -11,11 +11,14 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <filesystem>
 #include <iomanip>
 #include <iostream>
 #include <new>
+#include <optional>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -61,13 +64,17 @@ void check(const ImportArguments& arguments)
     }
 }
 
-InputFile read(const ImportArguments& arguments)
+InputFile read(const ImportArguments& arguments, std::optional<NewModel>& model)
 {
     std::error_code unknown; // then the bar shows no end
     const std::uintmax_t size = fs::file_size(arguments.input, unknown);
     ProgressBar bar("import", "bytes", unknown ? 0 : size, !arguments.quiet && has_capable_terminal());
     ReadOptions options;
     options.on_progress = [&](std::uint64_t bytes) { bar.show(bytes); };
+    if (model) {
+        options.on_series = [&](std::string_view table, const std::array<std::int32_t, 2>& key,
+                                const TimeSeries& series) { model->add_series(table, key, series); };
+    }
     try {
         return read_input_file(fs::path(arguments.input), options);
     } catch (const std::system_error& error) {
@@ -110,21 +117,44 @@ void refuse_problems(const ImportArguments& arguments, const InputFile& file)
                                                     advice);
 }
 
-void save(const ImportArguments& arguments, const InputFile& file)
+/// Leads to MODEL: to a name that is not taken, or with --force to the place of what stands there.
+TemporaryFiles temporary_files_for(const ImportArguments& arguments, std::optional<ReplacedFile>& replaced)
+{
+    if (!arguments.force || !fs::exists(fs::symlink_status(arguments.model))) {
+        return watched_temporary_files();
+    }
+    replaced.emplace(arguments.model);
+    return {[&](const fs::path&) { return replaced->temporary(); }, [](const fs::path&) {},
+            [&](const fs::path&, const fs::path&) { replaced->put_in_place(); }};
+}
+
+std::vector<MissingValue> missing_values(const InputFile& file)
 {
     std::vector<MissingValue> missing;
     for (const Datum& gap : file.gaps) {
         missing.push_back({gap.table, gap.column, gap.key});
     }
+    return missing;
+}
+
+/// Series are written while others are read. Not so with --lenient: a database with gaps has other tables.
+InputFile read_and_save(const ImportArguments& arguments)
+{
+    std::optional<ReplacedFile> replaced;
     try {
-        if (!arguments.force || !fs::exists(fs::symlink_status(arguments.model))) {
-            return save_model(file.model, arguments.model, missing, watched_temporary_files());
+        const TemporaryFiles temporary_files = temporary_files_for(arguments, replaced);
+        std::optional<NewModel> model;
+        if (!arguments.lenient) {
+            model.emplace(arguments.model, temporary_files);
         }
-        ReplacedFile replaced(arguments.model);
-        const TemporaryFiles its_temporary = {[&](const fs::path&) { return replaced.temporary(); },
-                                              [](const fs::path&) {},
-                                              [&](const fs::path&, const fs::path&) { replaced.put_in_place(); }};
-        save_model(file.model, arguments.model, missing, its_temporary);
+        InputFile file = read(arguments, model);
+        refuse_problems(arguments, file);
+        if (model) {
+            model->finish(file.model);
+        } else {
+            save_model(file.model, arguments.model, missing_values(file), temporary_files);
+        }
+        return file;
     } catch (const StoreError& error) {
         throw ToolError(ExitCode::failed, problems_text(arguments.model + " cannot be written:", error));
     }
@@ -161,9 +191,7 @@ ExitCode import_file(const ImportArguments& arguments)
 {
     const auto start = std::chrono::steady_clock::now();
     check(arguments);
-    const InputFile file = read(arguments);
-    refuse_problems(arguments, file);
-    save(arguments, file);
+    const InputFile file = read_and_save(arguments);
     if (!arguments.quiet) {
         const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
         print_summary(arguments, file, seconds.count());

@@ -1,4 +1,4 @@
-#include "model_store/save_rows.hpp"
+#include "model_store/row_writer.hpp"
 #include "tests/model_store/store_fixture.hpp"
 
 #include <cstdint>
@@ -87,6 +87,32 @@ TEST_F(Save, spreads_series_of_any_length_over_sound_pages)
     }
 }
 
+TEST_F(Save, writes_series_while_the_model_is_still_to_come)
+{
+    Model model = full_model();
+    model.flow_fields[1].functions.clear();
+    for (const std::size_t length : {70'000U, 0U, 3U, 65'536U, 65'537U, 200'000U, 1U}) {
+        model.flow_fields[1].functions.push_back({"", {}, series_of(length)});
+    }
+    const auto save = [&](const std::string& name, std::size_t given) {
+        NewModel database(file(name), TemporaryFiles::plain());
+        for (std::size_t function = 0; function < given; ++function) {
+            TimeSeries passing = model.flow_fields[1].functions[function].series;
+            database.add_series("flow_value", {2, static_cast<std::int32_t>(function) + 1}, passing);
+        }
+        database.finish(model);
+    };
+    save("whole.db", 7);
+    EXPECT_EQ(query(file("whole.db"), "PRAGMA integrity_check"), std::vector<std::string>{"ok"});
+    EXPECT_TRUE(load_model(file("whole.db")) == model);
+    EXPECT_NE(error_of([&] { save("short.db", 6); }).find("table flow_value has not the rows"), std::string::npos);
+    {
+        NewModel unfinished(file("unfinished.db"), TemporaryFiles::plain());
+        unfinished.add_series("flow_value", {2, 1}, model.flow_fields[1].functions[0].series);
+    }
+    EXPECT_EQ(names_in_folder(), std::vector<std::string>{"whole.db"});
+}
+
 TEST_F(Save, keeps_rows_apart_whose_keys_take_more_bytes)
 {
     Model model = full_model();
@@ -127,7 +153,7 @@ TEST_F(Save, leaves_out_the_page_that_programs_lock)
                         "DELETE FROM parameter_value");
         lengthen(database, bytes);
         model.flow_fields[1].functions[0].series = series_of(10'000);
-        save_rows(numbered_tables(model), database);
+        RowWriter(database).finish(numbered_tables(model));
         EXPECT_TRUE(load_model(database) == model) << bytes;
     }
 }
