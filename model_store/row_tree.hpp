@@ -57,7 +57,7 @@ private:
         std::size_t first_byte; ///< of the last row
     };
 
-    Row encoded(const NumberedRows& rows, std::size_t row) const;
+    [[nodiscard]] Row encoded(const NumberedRows& rows, std::size_t row) const;
     void put(const Row& row);
     void end_leaf(const Row& following);
     void add_level(std::size_t most_rows, std::uint64_t& last_page);

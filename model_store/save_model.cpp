@@ -224,7 +224,8 @@ void NewModel::add_series(std::string_view table, const std::array<std::int32_t,
 
 void NewModel::finish(const Model& model)
 {
-    auto& [file, missing, rows] = *parts_;
+    const NewFile& file = parts_->file;
+    const std::vector<MissingValue>& missing = parts_->missing;
     const auto fill_other_tables = [&](const Database& opened) {
         save_tables(opened, model);
         for (const MissingValue& value : missing) {
@@ -234,7 +235,7 @@ void NewModel::finish(const Model& model)
     // what the schema lets pass but a load would refuse is found by reading it back before it gets its name; that finds
     // rows without those that they refer to as well, so that not each row has to look for its own
     file.write([&] {
-        rows->finish(numbered_tables(model));
+        parts_->rows->finish(numbered_tables(model));
         change_unshared(file.unnamed(), ForeignKeys::free, fill_other_tables); // which writes all through to the disk
         check_but_for_missing(file.unnamed(), missing.size());
     });
