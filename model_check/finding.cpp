@@ -11,7 +11,8 @@ using enum Level;
 constexpr std::array<FindingRule, number_of_finding_kinds> rules{{
     // what stands in the columns of an input file
     {"V101", "field overflow", error,
-     "make the value smaller: with another unit and its scale or conversion factor, or another number"},
+     "make the value smaller: with another unit and its scale or conversion factor, another number, or a series of "
+     "fewer pairs"},
     {"V102", "not a number", error, "write a number into the field's columns"},
     {"V103", "not a finite number", error, "replace it by a number"},
     {"V104", "beyond single precision", error, "use a number that single precision holds: up to 3.4e38, or 32 bits"},
