@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <initializer_list>
@@ -65,6 +66,11 @@ public:
     [[nodiscard]] constexpr const Part* end() const { return parts_.data() + count_; }
     [[nodiscard]] constexpr std::size_t size() const { return count_; }
     [[nodiscard]] constexpr const Part& operator[](std::size_t number) const { return parts_.at(number); }
+    /// The part of that name, which the record has.
+    [[nodiscard]] constexpr const Part& part(std::string_view name) const
+    {
+        return *std::find_if(begin(), end(), [name](const Part& it) { return it.name == name; });
+    }
     [[nodiscard]] constexpr bool is_row() const { return width() == 0; }
     /// Without the line end.
     [[nodiscard]] constexpr std::size_t width() const

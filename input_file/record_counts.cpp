@@ -1,8 +1,6 @@
 #include "input_file/integer_text.hpp"
 #include "input_file/record_reader.hpp"
 
-#include <algorithm>
-
 namespace velm {
 namespace {
 
@@ -77,22 +75,19 @@ void RecordReader::time_pairs(const Count& count, const Record& row, TimeSeries&
     // gathered here and copied to size: a vector that grows in its place would keep up to half its room idle
     times_.clear();
     values_.clear();
-    const auto part = [&row](std::string_view name) {
-        return std::find_if(row.begin(), row.end(), [name](const Part& it) { return it.name == name; });
-    };
-    const Part* const time = part("time");
-    const Part* const value = part("value");
+    const Part& time = row.part("time");
+    const Part& value = row.part("value");
     const auto [first, second, none] = key_;
     for (std::int32_t number = 1; goes_on(count, number, row); ++number) {
         key(first, second, number);
         record(row);
-        times_.push_back(real_of(*time));
-        values_.push_back(real_of(*value));
+        times_.push_back(real_of(time));
+        values_.push_back(real_of(value));
     }
     series.times.assign(times_.begin(), times_.end());
     series.values.assign(values_.begin(), values_.end());
     if (options_.on_series) {
-        options_.on_series(time->table, {first, second}, series);
+        options_.on_series(time.table, {first, second}, series);
     }
 }
 

@@ -246,7 +246,7 @@ void RecordReader::report(ProblemKind kind, std::string_view name, std::string m
     if (name.empty()) {
         return report_at({record_line_, 1}, kind, form_->name(), record_, std::move(message), std::move(expected));
     }
-    const Part& part = *std::find_if(form_->begin(), form_->end(), [&](const Part& it) { return it.name == name; });
+    const Part& part = form_->part(name);
     if (is_about_a_gap(kind) && !part.table.empty()) {
         result.gaps.push_back({part.table, part.name, key_});
     }

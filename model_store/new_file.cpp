@@ -63,7 +63,7 @@ void change_unshared(const fs::path& file, ForeignKeys keys, const std::function
 {
     const Database database(file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
     database.run(keys == ForeignKeys::bound ? "PRAGMA foreign_keys = ON" : "PRAGMA foreign_keys = OFF");
-    // nobody else sees the file yet, so a journal on disk would protect nothing; save_rows() adds no pages that would
+    // nobody else sees the file yet, so a journal on disk would protect nothing; a RowWriter adds no pages that would
     // list the others, as automatic vacuuming needs them
     database.run("PRAGMA auto_vacuum = NONE; PRAGMA journal_mode = MEMORY; BEGIN");
     change(database);

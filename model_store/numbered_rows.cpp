@@ -12,16 +12,11 @@
 namespace velm {
 namespace {
 
-RealColumn column_of(const std::vector<float>& numbers)
-{
-    return {reinterpret_cast<const char*>(numbers.data()), sizeof(float)};
-}
-
 /// One of the numbers of each item.
 template <class Item>
 RealColumn column_of(const std::vector<Item>& items, float Item::*number)
 {
-    return {items.empty() ? nullptr : reinterpret_cast<const char*>(&(items.front().*number)), sizeof(Item)};
+    return items.empty() ? RealColumn() : RealColumn(&(items.front().*number), sizeof(Item));
 }
 
 /// Fills one table, row by row in the order of the keys.
@@ -34,13 +29,15 @@ public:
     void add_series(std::uint64_t parent, std::uint64_t item, const TimeSeries& series, std::size_t most_pairs)
     {
         const std::size_t pairs = series.times.size();
-        const NumberedRows rows{{parent, item}, 1, pairs, {column_of(series.times), column_of(series.values)}};
+        const NumberedRows rows{
+            {parent, item}, 1, pairs, {RealColumn(series.times.data()), RealColumn(series.values.data())}};
         if (pairs != series.values.size()) {
-            refuse(rows, "", "there are " + counted(pairs, "time") + " and " + counted(series.values.size(), "value"),
+            refuse(shared_key(rows), "", "",
+                   "there are " + counted(pairs, "time") + " and " + counted(series.values.size(), "value"),
                    "give as many of both");
         }
         if (pairs > most_pairs) {
-            refuse(rows, "", "there are " + counted(pairs, "pair"),
+            refuse(shared_key(rows), "", "", "there are " + counted(pairs, "pair"),
                    "thin the series out to at most " + std::to_string(most_pairs));
         }
         add(rows);
@@ -49,11 +46,11 @@ public:
     void add_for_each_segment(const NumberedRows& rows, std::size_t segments)
     {
         if (rows.count < segments) {
-            refuse(rows, "segment", "there is no row for segment " + std::to_string(rows.count + 1),
+            refuse(shared_key(rows), "segment", "", "there is no row for segment " + std::to_string(rows.count + 1),
                    "give a row for each segment");
         }
         if (rows.count > segments) {
-            refuse(rows, "segment", "there are rows for " + counted(rows.count, "segment"),
+            refuse(shared_key(rows), "segment", "", "there are rows for " + counted(rows.count, "segment"),
                    "give rows for the " + std::to_string(segments) + " that there are");
         }
         add(rows);
@@ -75,25 +72,29 @@ private:
         return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
     }
 
-    [[noreturn]] void refuse(const NumberedRows& rows, std::string_view column, std::string message,
-                             std::string remedy) const
+    [[noreturn]] void refuse(std::span<const std::uint64_t> key, std::string_view column, std::string value,
+                             std::string message, std::string remedy) const
     {
-        const auto key = std::span(rows.key).first(table_.shared_keys());
-        throw StoreError({{table_.shape.name, table_.shape.row_in_words(key), std::string(column), "",
+        throw StoreError({{table_.shape.name, table_.shape.row_in_words(key), std::string(column), std::move(value),
                            std::move(message), std::move(remedy)}},
                          false);
+    }
+
+    [[nodiscard]] std::span<const std::uint64_t> shared_key(const NumberedRows& rows) const
+    {
+        return std::span(rows.key).first(table_.shared_keys());
     }
 
     void refuse_infinite(const NumberedRows& rows, std::size_t real) const
     {
         for (std::size_t row = 0; row < rows.count; ++row) {
-            if (!std::isfinite(rows.reals.at(real)[row])) {
-                std::vector<std::uint64_t> key(rows.key.begin(), rows.key.begin() + table_.shared_keys());
+            const float number = rows.reals.at(real)[row];
+            if (!std::isfinite(number)) {
+                const auto shared = shared_key(rows);
+                std::vector<std::uint64_t> key(shared.begin(), shared.end());
                 key.push_back(row + 1);
-                throw StoreError(
-                    {{table_.shape.name, table_.shape.row_in_words(key), table_.shape.columns[table_.shape.keys + real],
-                      std::to_string(rows.reals.at(real)[row]), "is not finite", "store a finite number"}},
-                    false);
+                refuse(key, table_.shape.columns[table_.shape.keys + real], std::to_string(number), "is not finite",
+                       "store a finite number");
             }
         }
     }
@@ -101,12 +102,12 @@ private:
     NumberedTable table_;
 };
 
-constexpr std::size_t any_number_of_pairs = std::numeric_limits<std::int32_t>::max();
+constexpr std::size_t largest_row_number = std::numeric_limits<std::int32_t>::max();
 
 /// Each of the parents has items, and each of these a series.
 template <class Parents, class ItemsOf>
 NumberedTable series_table(std::string_view table, const Parents& parents, const ItemsOf& items_of,
-                           std::size_t most_pairs = any_number_of_pairs)
+                           std::size_t most_pairs = largest_row_number)
 {
     Filler filler(table);
     for (std::uint64_t parent_number = 1; const auto& parent : parents) {
@@ -139,7 +140,7 @@ NumberedTable parameter_values(const Model& model)
     for (std::uint64_t type_number = 1; const auto& type : model.parameter_types) {
         for (std::uint64_t number = 1; const Parameter& parameter : type.instances) {
             filler.add_for_each_segment(
-                {{type_number, number++}, 1, parameter.values.size(), {column_of(parameter.values)}},
+                {{type_number, number++}, 1, parameter.values.size(), {RealColumn(parameter.values.data())}},
                 model.segments.size());
         }
         ++type_number;

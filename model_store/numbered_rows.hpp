@@ -12,16 +12,24 @@
 namespace velm {
 
 /// A column of reals, wherever they lie in memory: `step` bytes from one to the next.
-struct RealColumn {
-    const char* first = nullptr;
-    std::size_t step = sizeof(float);
+class RealColumn {
+public:
+    RealColumn() = default;
+    explicit RealColumn(const float* first, std::size_t step = sizeof(float))
+        : first_(reinterpret_cast<const char*>(first)), step_(step)
+    {
+    }
 
     float operator[](std::size_t row) const
     {
         float real = 0;
-        std::memcpy(&real, first + row * step, sizeof real);
+        std::memcpy(&real, first_ + row * step_, sizeof real);
         return real;
     }
+
+private:
+    const char* first_ = nullptr;
+    std::size_t step_ = sizeof(float);
 };
 
 /// Rows whose keys begin alike and end in a number that counts them from 1: the pairs of a series, or what each segment

@@ -1,7 +1,5 @@
 #include "model_store/row_writer.hpp"
 
-#include "model_store/sqlite_database.hpp"
-
 #include <algorithm>
 #include <utility>
 
@@ -10,16 +8,10 @@ namespace {
 
 constexpr std::size_t rows_at_once = 65'536;
 
-PagedFile paged(const std::filesystem::path& file)
+PagedFile paged(const std::filesystem::path& file, const Database& database)
 {
-    const Database database(file, SQLITE_OPEN_READONLY);
     return {file, static_cast<std::size_t>(database.integer("PRAGMA page_size")),
             static_cast<std::uint64_t>(database.integer("PRAGMA page_count"))};
-}
-
-RealColumn column_at(const float* first)
-{
-    return {reinterpret_cast<const char*>(first), sizeof(float)};
 }
 
 std::uint64_t row_count(const NumberedTable& table)
@@ -46,9 +38,14 @@ void count_rows(const std::filesystem::path& file, std::span<const NumberedTable
 
 } // namespace
 
-RowWriter::RowWriter(const std::filesystem::path& database) : database_(database), file_(paged(database))
+RowWriter::RowWriter(const std::filesystem::path& database)
+    : RowWriter(database, Database(database, SQLITE_OPEN_READONLY))
 {
-    const Database schema(database, SQLITE_OPEN_READONLY);
+}
+
+RowWriter::RowWriter(const std::filesystem::path& file, const Database& schema)
+    : database_(file), file_(paged(file, schema))
+{
     for (const TableShape& table : model_tables()) {
         const std::string sql = "SELECT rootpage FROM sqlite_schema WHERE name = '" + table.name + "'";
         const auto root = static_cast<std::uint64_t>(schema.integer(sql.c_str()));
@@ -88,7 +85,7 @@ void RowWriter::write(const Batch& batch)
 {
     const float* numbers = batch.numbers.data();
     for (auto [tree, rows] : batch.runs) {
-        rows.reals = {column_at(numbers), column_at(numbers + rows.count)};
+        rows.reals = {RealColumn(numbers), RealColumn(numbers + rows.count)};
         tree->add(rows);
         numbers += 2 * rows.count;
     }

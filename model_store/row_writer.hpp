@@ -3,6 +3,7 @@
 #include "model_store/numbered_rows.hpp"
 #include "model_store/paged_file.hpp"
 #include "model_store/row_tree.hpp"
+#include "model_store/sqlite_database.hpp"
 
 #include <array>
 #include <cstddef>
@@ -40,6 +41,8 @@ private:
         std::vector<Run> runs;
         std::vector<float> numbers; ///< of each run its times, then its values
     };
+
+    RowWriter(const std::filesystem::path& file, const Database& schema);
 
     void hand_over();
     static void write(const Batch& batch);

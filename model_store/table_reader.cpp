@@ -243,11 +243,12 @@ void TableReader::report(std::string_view column, std::string value, std::string
 
 std::string TableReader::row_in_words() const
 {
-    std::string words;
+    std::vector<std::string> keys;
+    keys.reserve(depth_ + 1);
     for (std::size_t key = 0; key <= depth_; ++key) {
-        words += (words.empty() ? "" : ", ") + shape_.key_word(key) + " " + value_in_words(static_cast<int>(key));
+        keys.push_back(value_in_words(static_cast<int>(key)));
     }
-    return words;
+    return shape_.row_in_words(keys);
 }
 
 /// What has no text of its own is described.

@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 namespace velm {
 
@@ -62,18 +63,16 @@ private:
     template <class... Values>
     [[nodiscard]] std::string row_in_words(const Values&... values) const
     {
-        std::string words;
-        std::size_t key = 0;
+        std::vector<std::int64_t> keys;
         const auto append = [&](const auto& value) {
             if constexpr (std::is_integral_v<std::decay_t<decltype(value)>>) {
-                if (key < shape_.keys) {
-                    words += (key == 0 ? "" : ", ") + shape_.key_word(key) + " " + std::to_string(value);
+                if (keys.size() < shape_.keys) { // they are the first columns
+                    keys.push_back(static_cast<std::int64_t>(value));
                 }
             }
-            ++key;
         };
         (append(values), ...);
-        return words;
+        return shape_.row_in_words(keys);
     }
 
     const TableShape& shape_;

@@ -155,7 +155,7 @@ fs::path executable_directory()
 
 bool has_capable_terminal()
 {
-    const char* const kind = std::getenv("TERM"); // NOLINT(concurrency-mt-unsafe): the tool has one thread
+    const char* const kind = std::getenv("TERM"); // NOLINT(concurrency-mt-unsafe): nothing changes it
     return isatty(STDERR_FILENO) == 1 && kind != nullptr && *kind != '\0' && kind != std::string_view("dumb");
 }
 

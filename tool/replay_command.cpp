@@ -58,7 +58,7 @@ void run_plug_in(const PlugIn& plug_in, Replay& replay, const ReplayArguments& a
     replay.on_stop = [&] {
         bar.reset();
         print_error(reason_in_words(replay, arguments));
-        std::exit(static_cast<int>(exit_code(replay))); // NOLINT(concurrency-mt-unsafe): the tool has one thread
+        std::exit(static_cast<int>(exit_code(replay))); // NOLINT(concurrency-mt-unsafe): a replay has one thread
     };
     velm_host_attach(&Replay::answer, &replay);
     plug_in.run_export();
