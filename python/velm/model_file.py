@@ -1,0 +1,135 @@
+"""The file of a model: opened, closed, given its name when it is whole; its tables, and what velm says of it."""
+
+import os
+import tempfile
+from typing import Any, ContextManager, Dict, List, Optional, TypeVar, Union
+
+import pandas
+
+from velm import program
+from velm.database import Database
+from velm.table import Table
+
+Path = Union[str, "os.PathLike[str]"]
+Self = TypeVar("Self", bound="ModelFile")
+
+
+class ModelFile:
+    """A model database, with the moment from which its days count."""
+
+    def __init__(self, database: Database, start: Optional[Any]) -> None:
+        self._database = database
+        self.start = start  # a pandas.Timestamp; None when the database has no date
+        self._folder: Optional[tempfile.TemporaryDirectory[str]] = None  # where the file is while it has no name
+        self._target: Optional[str] = None  # the name that it gets
+        self._replace = self._in_block = False
+        self._made_with: Dict[Any, Dict[str, Any]] = {}  # what segments to come get, by table and owner
+
+    @property
+    def _data(self) -> Database:
+        if self._target is not None and not self._in_block:
+            self._put_in_place(self._target)
+        return self._database
+
+    @property
+    def path(self) -> str:
+        """The database file; in the `with` block of a created one, the temporary one."""
+        return self._data.path
+
+    @property
+    def end(self) -> float:
+        """The length of the run in days."""
+        return float(self._data.ask("SELECT julian_end_time FROM model")[0][0])
+
+    def close(self) -> None:
+        """Closes the file, which keeps what was written; it opens again when the model is used again."""
+        self._data.close()
+
+    def transaction(self) -> ContextManager[None]:
+        """A block of changes that are all made or, if it raises, none. Until it ends, velm sees the file as it was."""
+        return self._data.transaction()
+
+    def __getattr__(self, name: str) -> Table:
+        if name.startswith("_") or name not in self._data.tables():
+            raise AttributeError(f"a model has neither a method nor a table {name}")
+        return Table(self._data, name)
+
+    def __dir__(self) -> List[str]:
+        return [*super().__dir__(), *self._data.tables()]
+
+    def counts(self) -> Any:
+        """How many rows each table has that has any, as a pandas.Series."""
+        counted = {name: self._data.ask(f'SELECT count(*) FROM "{name}"')[0][0] for name in self._data.tables()}
+        return pandas.Series({name: count for name, count in counted.items() if count}, name="rows", dtype=int)
+
+    def __repr__(self) -> str:
+        return f"{os.path.basename(self._target or self.path)}: {dict(self.counts())}"
+
+    def _repr_html_(self) -> str:
+        name = os.path.basename(self._target or self.path)
+        return str(self.counts().rename_axis(name).to_frame()._repr_html_())
+
+    def check(self, *options: str) -> Any:
+        """What velm check finds, as a DataFrame. `options` are those of the command: check("--most", "100")."""
+        files = program.run_for_json("check", self.path, *options)["files"]
+        columns = ["code", "name", "level", "message", "remedy", "table", "row", "table_column", "value"]
+        return pandas.DataFrame(files[0]["findings"] if files else [], columns=columns)
+
+    def diff(self, other: Union["ModelFile", Path], *options: str) -> Any:
+        """In what this model differs from `other`, a model or a file, as a DataFrame; `old` is this model's."""
+        path = other.path if isinstance(other, ModelFile) else os.fspath(other)
+        found = program.run_for_json("diff", self.path, path, *options)["differences"]
+        named = ["section", "change", "item", "field", "old", "new"]
+        return pandas.DataFrame(found, columns=list(dict.fromkeys([*named, *(name for one in found for name in one)])))
+
+    def export(self, path: Path, *options: str) -> None:
+        """Writes the input file, whole or not at all. `options` are those of velm export: "--strict"."""
+        program.run("export", self.path, os.fspath(path), "--quiet", *options)
+
+    def report(self, path: Optional[Path] = None, *options: str) -> str:
+        """Writes velm's page about the model; returns its name: without `path` that of the database, with .html."""
+        page = os.path.splitext(self.path)[0] + ".html" if path is None else os.fspath(path)
+        program.run("report", self.path, page, *options)
+        return page
+
+    def __enter__(self: Self) -> Self:
+        self._in_block = True
+        return self
+
+    def __exit__(self, kind: Any, *_: Any) -> None:
+        if self._target is not None and kind is None:
+            self._finish()
+        elif self._target is not None:
+            self._target = None
+            self._discard()
+        self._in_block = False
+        self.close()
+
+    # What is still to be done with a new model at the end of its block.
+    def _finish(self) -> None:
+        pass
+
+    def _discard(self) -> None:
+        self._database.close()
+        if self._folder is not None:
+            self._folder.cleanup()
+
+    def _put_in_place(self, target: str) -> None:
+        self._database.close()
+        try:
+            if self._replace:
+                os.replace(self._database.path, target)
+            else:
+                os.link(self._database.path, target)  # unlike a renaming, refuses a name that is taken by now
+        except FileExistsError:
+            raise
+        except OSError:
+            os.rename(self._database.path, target)  # where there are no links
+        self._target, self._database = None, Database(target)
+        self._discard()
+
+    # The number that the next row gets among its owner's.
+    def _next(self, table: str, **owner: int) -> int:
+        where = " AND ".join(["1", *(f"{name} = ?" for name in owner)])
+        last = self._data.ask(f"SELECT ifnull(max(number), 0) FROM {table} WHERE {where}", *owner.values())[0][0]
+        return int(last) + 1
