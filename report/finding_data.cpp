@@ -1,0 +1,131 @@
+#include "model_diff/model_diff.hpp"
+#include "model_diff/report.hpp"
+#include "report/parts.hpp"
+
+#include "model_check/report.hpp"
+
+#include <cctype>
+
+namespace velm {
+namespace {
+
+/// The address that the page follows: the table and the numbers of the row's key.
+std::string address_of(const Finding& finding)
+{
+    std::string address = finding.table;
+    for (std::size_t i = 0; i < finding.row.size(); ++i) {
+        const auto is_digit = [&](std::size_t at) {
+            return std::isdigit(static_cast<unsigned char>(finding.row[at])) != 0;
+        };
+        if (is_digit(i) && i > 0 && finding.row[i - 1] == ' ') {
+            address += ',';
+            for (; i < finding.row.size() && is_digit(i); ++i) {
+                address += finding.row[i];
+            }
+        }
+    }
+    return address;
+}
+
+std::string place_of(const Finding& finding)
+{
+    std::string place = place_in_words(finding);
+    if (finding.place.line > 0) {
+        place = "line " + std::to_string(finding.place.line) + (place.empty() ? "" : ", " + place);
+    }
+    return place;
+}
+
+} // namespace
+
+void put_findings(PageData& data, const Report& report)
+{
+    data.begin_object("findings");
+    data.begin_array("codes");
+    for (std::size_t kind = 0; kind < number_of_finding_kinds; ++kind) {
+        if (report.findings.found.at(kind) == 0) {
+            continue;
+        }
+        const FindingRule& rule = rule_of(static_cast<FindingKind>(kind));
+        data.begin_object();
+        data.put_utf8("code", rule.code);
+        data.put_utf8("name", rule.name);
+        data.put_utf8("level", name_of(rule.level));
+        data.put_utf8("remedy", rule.remedy);
+        data.put_count("count", report.findings.found.at(kind));
+        data.begin_array("list");
+        for (const Finding& finding : report.findings.findings) {
+            if (finding.kind == static_cast<FindingKind>(kind)) {
+                data.begin_object();
+                data.put_utf8("message", finding.message);
+                data.put_utf8("where", place_of(finding));
+                data.put_utf8("at", address_of(finding));
+                data.end_object();
+            }
+        }
+        data.end_array();
+        data.end_object();
+    }
+    data.end_array();
+    data.end_object();
+}
+
+namespace {
+
+/// Where the page shows a difference: a series, or the row of an item.
+std::string place_of_difference(const Difference& one)
+{
+    if (one.new_place.table.empty()) {
+        return {};
+    }
+    const bool series = one.change == Change::numbers && !one.numbers.by_segment;
+    std::string address(series ? table_of_values(one.new_place.table) : one.new_place.table);
+    for (const std::int64_t number : one.new_place.numbers) {
+        if (number != 0) {
+            address.append(",").append(std::to_string(number));
+        }
+    }
+    return address;
+}
+
+} // namespace
+
+std::string_view table_of_values(std::string_view item_table)
+{
+    return item_table == "flow_function"       ? "flow_value"
+           : item_table == "exchange_function" ? "exchange_value"
+           : item_table == "boundary"          ? "boundary_value"
+           : item_table == "load"              ? "load_value"
+                                               : "time_function_value";
+}
+
+void put_against(PageData& data, const Report& report, std::span<const Difference> found)
+{
+    if (report.old_model == nullptr) {
+        return;
+    }
+    std::vector<float> segments;
+    data.begin_object("against");
+    data.put_utf8("file", report.old_file);
+    data.begin_array("differences");
+    for (const Difference& one : found) {
+        std::string words = difference_lines({&one, 1}, false);
+        words.pop_back(); // the line end
+        data.begin_object();
+        data.put_utf8("words", words);
+        data.put_utf8("at", place_of_difference(one));
+        data.end_object();
+        if (one.new_place.table == "segment") {
+            segments.push_back(static_cast<float>(one.new_place.numbers[0]));
+        }
+    }
+    data.end_array();
+    data.begin_array("segments");
+    for (const float segment : segments) {
+        data.put({}, double{segment});
+    }
+    data.end_array();
+    data.end_object();
+}
+
+} // namespace velm

@@ -1,0 +1,230 @@
+#include "model/tables.hpp"
+#include "report/parts.hpp"
+#include "water_balance/flow_course.hpp"
+#include "water_balance/stays.hpp"
+
+#include <algorithm>
+#include <array>
+#include <type_traits>
+
+namespace velm {
+namespace {
+
+/// A datum that every segment has.
+void put_datum(PageData& data, std::string_view group, std::string_view name, std::string_view unit, const auto& number,
+               std::size_t segments)
+{
+    data.begin_object();
+    data.put_utf8("group", group);
+    data.put_latin1("name", name);
+    data.put_utf8("unit", unit);
+    data.put_numbers("values", segments, number);
+    data.end_object();
+}
+
+void put_water_data(PageData& data, const Model& model, const WaterBalance* balance)
+{
+    const std::size_t segments = model.segments.size();
+    const auto factor = double{model.volume_scale_factor} * double{model.volume_conversion_factor};
+    put_datum(
+        data, "water", "volume", "m3", [&](std::size_t i) { return model.segments[i].volume * factor; }, segments);
+    if (balance == nullptr) {
+        return;
+    }
+    const auto number = [](std::size_t i) { return static_cast<std::int32_t>(i + 1); };
+    const std::vector<Stay> stay = stays(*balance);
+    put_datum(
+        data, "water", "mean flow in", "m3/s", [&](auto i) { return balance->mean_flow(number(i)).in; }, segments);
+    put_datum(
+        data, "water", "mean flow out", "m3/s", [&](auto i) { return balance->mean_flow(number(i)).out; }, segments);
+    put_datum(
+        data, "water", "residence time", "days", [&](auto i) { return stay[i].mean; }, segments);
+    put_datum(
+        data, "water", "residence time at the highest flow", "days", [&](auto i) { return stay[i].shortest; },
+        segments);
+}
+
+void put_shape_data(PageData& data, const Model& model)
+{
+    for (const auto& column : tables::segment.columns) {
+        const bool stored_volume = column.name == "volume"; // in the modeller's unit
+        const auto number = [&](std::size_t i) {
+            double found = 0;
+            with_value(column, model.segments[i], [&](const auto& value) {
+                if constexpr (std::is_arithmetic_v<std::remove_cvref_t<decltype(value)>>) {
+                    found = static_cast<double>(value);
+                }
+            });
+            return found;
+        };
+        if (column.length == 0 && column.name != "type" && column.name != "bottom_segment") {
+            put_datum(data, "shape", stored_volume ? "volume as stored" : in_words(column.name),
+                      stored_volume ? "" : column.unit, number, model.segments.size());
+        }
+    }
+}
+
+void put_start_and_parameters(PageData& data, const Model& model)
+{
+    const std::size_t segments = model.segments.size();
+    for (const char* const group : {"concentration at the start", "dissolved fraction at the start"}) {
+        const bool held = std::string_view(group).starts_with("c");
+        for (const System& system : model.systems) {
+            const auto number = [&](std::size_t i) {
+                const InitialCondition& condition = system.initial_conditions.at(i);
+                return held ? condition.concentration : condition.dissolved_fraction;
+            };
+            put_datum(data, group, system.name, held ? "mg/L" : "", number, segments);
+        }
+    }
+    for (const auto& type : model.parameter_types) {
+        for (const Parameter& parameter : type.instances) {
+            const std::string name =
+                parameter.description.empty() ? "ISC " + std::to_string(type.isc) : parameter.description;
+            put_datum(
+                data, "parameters", parameter.used ? name : name + " (not used)", "",
+                [&](auto i) { return parameter.values.at(i); }, segments);
+        }
+    }
+}
+
+/// What one function's paths carry on average, and whether its flow turns during the run.
+struct CarriedFlow {
+    double mean = 0;
+    bool turns = false;
+};
+
+CarriedFlow carried_flow(const Model& model, std::size_t field, std::size_t function, const WaterBalance* balance)
+{
+    if (balance == nullptr) {
+        return {};
+    }
+    const FlowField& fields = model.flow_fields[field];
+    const FlowCourse course(fields.functions[function].series,
+                            double{fields.scale_factor} * double{fields.conversion_factor}, balance->end());
+    return {course.mean_forward() - course.mean_backward(), course.greatest() > 0 && course.least() < 0};
+}
+
+void put_function_paths(PageData& data, const std::vector<FlowPath>& paths, const CarriedFlow& flow)
+{
+    data.begin_object("paths");
+    data.put_count("count", paths.size());
+    data.put_numbers("first", paths.size(), [&](auto i) { return paths[i].first_segment; });
+    data.put_numbers("second", paths.size(), [&](auto i) { return paths[i].second_segment; });
+    data.put_numbers("fraction", paths.size(), [&](auto i) { return paths[i].fraction; });
+    data.put_numbers("flow", paths.size(), [&](auto i) { return double{paths[i].fraction} * flow.mean; });
+    data.put_numbers("turns", paths.size(), [&](auto) { return flow.turns ? 1 : 0; });
+    data.end_object();
+}
+
+void put_pairs(PageData& data, const std::vector<ExchangePair>& pairs)
+{
+    data.begin_object("pairs");
+    data.put_count("count", pairs.size());
+    data.put_numbers("first", pairs.size(), [&](auto i) { return pairs[i].first_segment; });
+    data.put_numbers("second", pairs.size(), [&](auto i) { return pairs[i].second_segment; });
+    data.put_numbers("area", pairs.size(), [&](auto i) { return pairs[i].area; });
+    data.put_numbers("length", pairs.size(), [&](auto i) { return pairs[i].length; });
+    data.end_object();
+}
+
+/// Where boundaries or loads stand, by system.
+void put_contacts(PageData& data, std::string_view member, const Model& model, SegmentSeriesSet System::*set)
+{
+    data.begin_array(member);
+    for (const System& system : model.systems) {
+        const auto& items = (system.*set).items;
+        data.begin_object();
+        data.put_count("count", items.size());
+        data.put_numbers("segments", items.size(), [&](auto i) { return items[i].segment; });
+        data.end_object();
+    }
+    data.end_array();
+}
+
+} // namespace
+
+std::string in_words(std::string_view name)
+{
+    std::string words(name);
+    std::replace(words.begin(), words.end(), '_', ' ');
+    return words;
+}
+
+std::string flow_field_name(std::size_t number)
+{
+    constexpr std::array<std::string_view, 6> names{"surface water", "pore water", "solids 1",
+                                                    "solids 2",      "solids 3",   "evaporation and precipitation"};
+    return number <= names.size() ? std::string(names.at(number - 1)) : "flow field " + std::to_string(number);
+}
+
+std::string exchange_field_name(std::size_t number)
+{
+    return number == 1 ? "surface water" : number == 2 ? "pore water" : "exchange field " + std::to_string(number);
+}
+
+void put_segments(PageData& data, const Model& model, const WaterBalance* balance)
+{
+    const std::vector<Segment>& segments = model.segments;
+    data.begin_object("segments");
+    data.put_count("count", segments.size());
+    data.begin_array("names");
+    for (const Segment& segment : segments) {
+        data.put_latin1({}, segment.name);
+    }
+    data.end_array();
+    data.put_numbers("types", segments.size(), [&](auto i) { return segments[i].type; });
+    data.put_numbers("bottoms", segments.size(), [&](auto i) { return segments[i].bottom_segment; });
+    data.begin_array("data");
+    if (!segments.empty()) {
+        put_water_data(data, model, balance);
+        put_shape_data(data, model);
+        put_start_and_parameters(data, model);
+    }
+    data.end_array();
+    data.end_object();
+}
+
+void put_paths(PageData& data, const Model& model, const WaterBalance* balance)
+{
+    data.begin_array("flow_fields");
+    for (std::size_t f = 0; f < model.flow_fields.size(); ++f) {
+        data.begin_object();
+        data.put_utf8("name", flow_field_name(f + 1));
+        data.begin_array("functions");
+        for (std::size_t g = 0; g < model.flow_fields[f].functions.size(); ++g) {
+            const FlowFunction& function = model.flow_fields[f].functions[g];
+            data.begin_object();
+            data.put_latin1("description", function.description);
+            put_function_paths(data, function.paths, carried_flow(model, f, g, balance));
+            data.end_object();
+        }
+        data.end_array();
+        data.end_object();
+    }
+    data.end_array();
+    data.begin_array("exchange_fields");
+    for (std::size_t f = 0; f < model.exchange_fields.size(); ++f) {
+        data.begin_object();
+        data.put_utf8("name", exchange_field_name(f + 1));
+        data.begin_array("functions");
+        for (const ExchangeFunction& function : model.exchange_fields[f].functions) {
+            data.begin_object();
+            data.put_latin1("description", function.description);
+            put_pairs(data, function.pairs);
+            data.end_object();
+        }
+        data.end_array();
+        data.end_object();
+    }
+    data.end_array();
+    put_contacts(data, "boundaries", model, &System::boundaries);
+    put_contacts(data, "loads", model, &System::loads);
+    data.begin_array("systems");
+    for (const System& system : model.systems) {
+        data.put_latin1({}, system.name);
+    }
+    data.end_array();
+}
+
+} // namespace velm

@@ -1,0 +1,17 @@
+// Title, file, run, counts, and the findings by level.
+import { page, visible } from "./data.js";
+import { date, end, hasDates } from "./dates.js";
+import { find, h, name } from "./dom.js";
+import { bytes, exact, plural } from "./format.js";
+import { countOf, levelMark } from "./findings.js";
+
+export function startHead() {
+    const { head, counts } = page;
+    find("title").append(name(visible(head.title)));
+    find("file").append(name(visible(head.file)), ` · ${head.kind} · ${bytes(head.bytes)}`);
+    find("made").append(`${head.made} · ${head.program}`);
+    const run = hasDates ? `${date(0)} to ${date(end)} (${exact(end)} days)` : `${exact(end)} days, from a start that is no date`;
+    find("run").append([run, ...counts.map(([what, n]) => plural(n, what))].join(" · "));
+    find("levels").append(...["error", "warning", "note"].map((level) =>
+        h("a", { href: "#findings-title", class: "level-link" }, levelMark(level).firstChild, ` ${plural(countOf(level), level)}`)));
+}

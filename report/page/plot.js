@@ -1,0 +1,147 @@
+// The plot of the chosen series: dates below, a scale for each unit, zoom by dragging or keys, values under the pointer.
+import uPlot from "uplot";
+import { lines } from "./colour.js";
+import { axisTime, date, dayOf, end, hasDates } from "./dates.js";
+import { find, h } from "./dom.js";
+import { count, exact, short } from "./format.js";
+import { points, titleOf, unitOf } from "./series_data.js";
+
+let plot = null;
+let drawn = [];
+const darkness = matchMedia("(prefers-color-scheme: dark)");
+const style = (name) => getComputedStyle(document.documentElement).getPropertyValue(name).trim();
+
+/** All lines of the plot: each series, and behind it what the other model has in its place. */
+const linesOf = (list) => list.flatMap((one) => (one.old ? [{ one, old: true }, { one, old: false }] : [{ one, old: false }]));
+
+function aligned(all) {
+    const tables = all.map(({ one, old }) => {
+        const { times, values } = points(one, { old });
+        // a pair of the same time as the one before is drawn a moment later: a step
+        const x = Float64Array.from(times, axisTime);
+        for (let i = 1; i < x.length; ++i) if (x[i] <= x[i - 1]) x[i] = x[i - 1] + (hasDates ? 1e-3 : 1e-8);
+        return [x, Array.from(values, (value) => (Number.isNaN(value) ? null : value))];
+    });
+    return tables.length === 1 ? tables[0] : uPlot.join(tables);
+}
+
+function runMarks(u) {
+    const { ctx } = u;
+    ctx.save();
+    ctx.strokeStyle = style("--quiet");
+    ctx.setLineDash([4, 4]);
+    for (const day of [0, end]) {
+        const x = u.valToPos(axisTime(day), "x", true);
+        if (x < u.bbox.left || x > u.bbox.left + u.bbox.width) continue;
+        ctx.beginPath();
+        ctx.moveTo(x, u.bbox.top);
+        ctx.lineTo(x, u.bbox.top + u.bbox.height);
+        ctx.stroke();
+    }
+    ctx.restore();
+}
+
+function options(all, width) {
+    const units = [...new Set(all.map(({ one }) => unitOf(one)))];
+    const ink = style("--ink");
+    const palette = lines(darkness.matches);
+    const grid = { stroke: style("--rule"), width: 1 };
+    const scales = Object.fromEntries(units.map((unit) => [`y ${unit}`, {}]));
+    const axis = (unit, i) => ({ scale: `y ${unit}`, label: unit || "value", side: i % 2 ? 1 : 3, stroke: ink, size: 64, labelSize: 18,
+        grid: i === 0 ? grid : { show: false }, ticks: grid, values: (u, ticks) => ticks.map((tick) => short(tick)) });
+    return {
+        width, height: 300, padding: [12, 8, 0, 0],
+        tzDate: (time) => uPlot.tzDate(new Date(time * 1000), "Etc/UTC"),
+        scales: { x: { time: hasDates }, ...scales },
+        axes: [{ stroke: ink, grid, ticks: grid, ...(hasDates ? {} : { label: "days", labelSize: 18 }) }, ...units.map(axis)],
+        series: [{ label: hasDates ? "date" : "day", value: (u, x) => (x === null ? "–" : hasDates ? `${date(dayOf(x))}, day ${exact(dayOf(x))}` : exact(x)) },
+            ...all.map(({ one, old }, i) => ({
+                label: `${titleOf(one)}${old ? " (before)" : ""}`, scale: `y ${unitOf(one)}`, spanGaps: false,
+                stroke: old ? style("--quiet") : palette[i % palette.length], width: 1.5, dash: old || i >= palette.length ? [6, 4] : undefined,
+                points: { show: undefined }, value: (u, y) => (y === null || y === undefined ? "–" : `${exact(y)} ${unitOf(one)}`),
+            }))],
+        hooks: { draw: [runMarks] },
+        legend: { live: true },
+        cursor: { drag: { x: true, y: false } },
+    };
+}
+
+function notes(list) {
+    const thinned = list.filter((one) => one.thinned);
+    const words = thinned.map((one) => `${titleOf(one)}: ${count(one.kept)} of ${count(one.pairs)} pairs are drawn, the least and the greatest of each stretch, so that no peak is lost.`);
+    const gaps = list.filter((one) => one.gaps > 0).map((one) => `${titleOf(one)}: ${count(one.gaps)} ${one.gaps === 1 ? "gap" : "gaps"}, left open.`);
+    find("plot-note").textContent = [...words, ...gaps].join(" ");
+}
+
+function describe(list) {
+    const words = list.length === 0 ? "No series is chosen." : `Plot of ${list.map((one) => one.words).join(" and ")}. Left and right move along the values, plus and minus zoom, 0 shows all.`;
+    find("plot").setAttribute("aria-label", words);
+}
+
+export function showPlot(list, day) {
+    drawn = list;
+    plot?.destroy();
+    plot = null;
+    notes(list);
+    describe(list);
+    const with_pairs = list.filter((one) => one.kept > 0);
+    if (with_pairs.length === 0) {
+        find("plot").replaceChildren(h("p", { class: "quiet" }, list.length ? "no pairs" : "Choose series below to see them here."));
+        return;
+    }
+    const all = linesOf(with_pairs);
+    find("plot").replaceChildren();
+    plot = new uPlot(options(all, find("plot").clientWidth), aligned(all), find("plot"));
+    if (day !== undefined) moveTo(nearest(axisTime(day)));
+}
+
+function nearest(x) {
+    const all = plot.data[0];
+    let at = 0;
+    while (at + 1 < all.length && all[at + 1] <= x) ++at;
+    return at;
+}
+
+function moveTo(index) {
+    const at = Math.min(Math.max(index, 0), plot.data[0].length - 1);
+    const x = plot.data[0][at];
+    const { min, max } = plot.scales.x;
+    if (x < min || x > max) plot.setScale("x", { min: x - (max - min) / 2, max: x + (max - min) / 2 });
+    plot.setCursor({ left: plot.valToPos(x, "x"), top: plot.bbox.height / 2 / devicePixelRatio });
+}
+
+function zoom(factor, shift = 0) {
+    if (!plot) return;
+    const { min, max } = plot.scales.x;
+    const all = plot.data[0];
+    const middle = (min + max) / 2 + shift * (max - min);
+    const half = ((max - min) / 2) * factor;
+    plot.setScale("x", { min: Math.max(middle - half, Math.min(all[0], min)), max: Math.min(middle + half, Math.max(all.at(-1), max)) });
+}
+
+const showAll = () => plot?.setScale("x", { min: plot.data[0][0], max: plot.data[0].at(-1) });
+
+function onKey(event) {
+    if (!plot || event.ctrlKey || event.altKey || event.metaKey) return;
+    const at = plot.cursor.idx ?? nearest(plot.scales.x.min);
+    const actions = { ArrowRight: () => moveTo(at + 1), ArrowLeft: () => moveTo(at - 1), PageDown: () => moveTo(at + 30),
+        PageUp: () => moveTo(at - 30), Home: () => moveTo(0), End: () => moveTo(Infinity), "+": () => zoom(0.6), "-": () => zoom(1 / 0.6), 0: showAll };
+    if (!actions[event.key]) return;
+    event.preventDefault();
+    actions[event.key]();
+}
+
+export function startPlot() {
+    find("plot").addEventListener("keydown", onKey);
+    find("plot-in").addEventListener("click", () => zoom(0.6));
+    find("plot-out").addEventListener("click", () => zoom(1 / 0.6));
+    find("plot-left").addEventListener("click", () => zoom(1, -0.3));
+    find("plot-right").addEventListener("click", () => zoom(1, 0.3));
+    find("plot-all").addEventListener("click", showAll);
+    const redraw = () => showPlot(drawn);
+    darkness.addEventListener("change", redraw);
+    // a sheet is narrower than most windows, and nothing else tells the plot
+    addEventListener("beforeprint", () => plot?.setSize({ width: 680, height: 240 }));
+    addEventListener("afterprint", redraw);
+    new ResizeObserver(() => plot?.setSize({ width: find("plot").clientWidth, height: 300 })).observe(find("plot"));
+}

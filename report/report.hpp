@@ -1,0 +1,31 @@
+#pragma once
+
+#include "model/model.hpp"
+#include "model_check/finding.hpp"
+
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+
+namespace velm {
+
+/// What a report is made of. The models outlive the call that writes it.
+struct Report {
+    const Model* model = nullptr;
+    std::string title; ///< UTF-8, as are the texts below
+    std::string file;  ///< the model's, as it was named
+    bool database = false;
+    std::uint64_t bytes = 0; ///< size of the file
+    std::string made;        ///< date and time
+    std::string program;     ///< name and version
+    FileFindings findings;   ///< of the model, each kind up to a limit
+
+    const Model* old_model = nullptr; ///< what it is compared with; null for nothing
+    std::string old_file;
+};
+
+/// Writes one page that shows the model: HTML that needs nothing else and asks nothing of any network. docs/report.md
+/// describes it. The same report gives the same bytes.
+void write_report(std::ostream& page, const Report& report);
+
+} // namespace velm
