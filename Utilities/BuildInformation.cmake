@@ -1,5 +1,6 @@
-# Fills the include Version: what the version panel shows. Everything is fixed when CMake configures, and CMake
-# configures again after each commit. With SOURCE_DATE_EPOCH set, the time is that one's.
+# Fills the include Version: what the version panel shows. Revisions and branches are fixed when CMake configures, which
+# it does again after each commit. The time is that of the build: it is taken anew when a source of the plug-in, one of
+# the above or SOURCE_DATE_EPOCH has changed, and stays when nothing has.
 function(ask_git result fallback)
     execute_process(COMMAND git ${ARGN} WORKING_DIRECTORY ${CMAKE_SOURCE_DIR}
         OUTPUT_VARIABLE answer OUTPUT_STRIP_TRAILING_WHITESPACE RESULT_VARIABLE status ERROR_QUIET)
@@ -29,8 +30,23 @@ if(EXISTS ${CMAKE_SOURCE_DIR}/.git/logs/HEAD)
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/.git/logs/HEAD)
 endif()
 
-string(TIMESTAMP BUILD_TIME "%a, %d %b %Y %H:%M:%S +0000" UTC)
 string(TOLOWER ${CMAKE_SYSTEM_NAME} PLATFORM)
 math(EXPR ARCHITECTURE "8 * ${CMAKE_SIZEOF_VOID_P}")
 string(TOLOWER "${CMAKE_BUILD_TYPE}" BUILD_TYPE)
-configure_file(Export/Version.in ${CMAKE_BINARY_DIR}/generated/Utilities/Export/Version @ONLY)
+set(BUILD_TIME "@BUILD_TIME@") # for the build to fill
+set(version ${CMAKE_BINARY_DIR}/generated/Utilities/Export/Version)
+configure_file(Export/Version.in ${version}.in @ONLY)
+
+# the file changes only when its content does; a change makes the time anew
+file(CONFIGURE OUTPUT ${version}.epoch CONTENT "$ENV{SOURCE_DATE_EPOCH}\n")
+get_target_property(plug_in_sources velm_export_objects SOURCES)
+file(GLOB_RECURSE plug_in_headers CONFIGURE_DEPENDS *.hpp ../record_output/*.hpp ../host_link/*.h ../host_link/*.hpp
+     ../compile_time/*.hpp)
+add_custom_command(OUTPUT ${version}
+    COMMAND ${CMAKE_COMMAND} -DFROM=${version}.in -DTO=${version} "-DCONFIGURED_EPOCH=$ENV{SOURCE_DATE_EPOCH}"
+            -P ${CMAKE_CURRENT_SOURCE_DIR}/StampVersion.cmake
+    DEPENDS ${version}.in ${version}.epoch ${plug_in_sources} ${plug_in_headers} StampVersion.cmake
+    COMMENT "Stamping the plug-in's version panel" VERBATIM)
+target_sources(velm_export_objects PRIVATE ${version})
+add_custom_target(version_include DEPENDS ${version})
+add_dependencies(velm_export_objects version_include) # as do others that compile the plug-in's sources

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace velm {
@@ -32,8 +33,9 @@ public:
     /// The function to attach; `host` is a HeadlessHost.
     static void answer(void* host, const velm_host_request* request) noexcept;
 
-    /// Called after every 65,536 requests with the number of requests so far. Must not throw.
-    std::function<void(std::uint64_t requests)> on_progress;
+    /// Called whenever 65,536 values or more have been served since the last time, with the number of all: one for
+    /// each request, and the time pairs of a series that is fetched whole. Must not throw.
+    std::function<void(std::uint64_t values)> on_progress;
 
     /// What was wrong with requests, in words: the key, its indices, what the model has. At most 100 are
     /// kept; fault_count counts them all.
@@ -50,7 +52,10 @@ public:
     [[nodiscard]] std::uint64_t requests() const { return requests_; }
 
 private:
+    static constexpr std::uint64_t values_between_progress = 65'536;
+
     void serve(const Request& request);
+    void serve_pair_count(const Request& request);
     void append_to_panel(std::string_view fragment);
     void record_fault(const char* words) noexcept;
 
@@ -59,13 +64,14 @@ private:
     std::vector<std::string> faults_;
     std::string panel_;
     std::uint64_t requests_ = 0;
+    std::uint64_t values_ = 0;
+    std::uint64_t next_progress_ = values_between_progress;
     std::uint64_t fault_count_ = 0;
     std::int32_t progress_ = -1;
     bool export_completed_ = false;
 };
 
-/// Number of requests that a successful export of `model` takes, from the output file name to the completion
-/// message: what HeadlessHost::requests() says after it.
-[[nodiscard]] std::uint64_t requests_of_an_export(const Model& model);
+/// True of the panel fragment, up to its NUL or its end, that says that an export has succeeded.
+[[nodiscard]] bool is_completion_message(std::string_view fragment);
 
 } // namespace velm

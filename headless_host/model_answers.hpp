@@ -4,6 +4,7 @@
 #include "model/model.hpp"
 
 #include <cstdint>
+#include <tuple>
 #include <unordered_map>
 
 namespace velm {
@@ -21,10 +22,11 @@ private:
     template <class Instance>
     using TypesByIsc = std::unordered_map<std::int32_t, const InstanceType<Instance>*>;
 
+    struct Step;
+    void answer_without_column(const Request& request, const Step& step) const;
+
     const Model& model_;
-    TypesByIsc<TimeFunction> time_function_types_;
-    TypesByIsc<Parameter> parameter_types_;
-    TypesByIsc<Constant> constant_types_;
+    std::tuple<TypesByIsc<TimeFunction>, TypesByIsc<Parameter>, TypesByIsc<Constant>> types_;
 };
 
 } // namespace velm

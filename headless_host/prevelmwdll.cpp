@@ -3,30 +3,29 @@
 #include "headless_host/key_lookup.hpp"
 #include "host_link/host_exchange.h"
 
-#include <cstdarg>
+#include <algorithm>
 #include <cstdint>
+#include <cxxabi.h>
+#include <initializer_list>
 
 namespace {
 
 velm_host_answer attached_answer = nullptr;
 void* attached_context = nullptr;
 
-/// Completes `request`, which has its key, call form and values, from the lengths and hands it on. A length
-/// that the caller did not pass must not be read: only a known key in its own call form says how many there are.
-void exchange(velm_host_request& request, std::va_list lengths) noexcept
+/// Resolves the key and hands the request on. Of the lengths of texts a call has those of its key, and only these are
+/// read: others hold nothing.
+void exchange(const char* key, std::initializer_list<void*> values, std::int32_t key_length,
+              std::initializer_list<std::int32_t> text_lengths)
 {
-    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): the caller has started them
-    request.key_length = va_arg(lengths, std::int32_t);
-    request.key_position = velm::find_key(request.key, request.key_length);
+    velm_host_request request{key, key_length, velm::find_key(key, key_length), 0, {}, {}};
+    request.call_form = static_cast<std::int32_t>(values.size());
+    std::copy(values.begin(), values.end(), request.values);
     if (request.key_position != velm_unknown_key) {
-        const velm::HostKey& key = velm::host_keys[request.key_position];
-        if (key.argument_count == static_cast<std::size_t>(request.call_form)) {
-            std::size_t text = 0;
-            for (std::size_t i = 0; i < key.argument_count; ++i) {
-                if (key.arguments[i].kind == velm::Kind::text) {
-                    request.text_lengths[text++] = va_arg(lengths, std::int32_t);
-                }
-            }
+        const velm::HostKey& known = velm::host_keys[request.key_position];
+        if (known.argument_count == values.size()) {
+            const auto texts = std::ranges::count(known.arguments, velm::Kind::text, &velm::Argument::kind);
+            std::copy_n(text_lengths.begin(), texts, request.text_lengths);
         }
     }
     if (attached_answer == nullptr) {
@@ -34,6 +33,8 @@ void exchange(velm_host_request& request, std::va_list lengths) noexcept
     }
     try {
         attached_answer(attached_context, &request);
+    } catch (abi::__forced_unwind&) { // the thread ends, and its stack unwinds to the end
+        throw;
     } catch (...) { // NOLINT(bugprone-empty-catch): the caller may be C or any other language; there is no status
     }
 }
@@ -46,47 +47,30 @@ void velm_host_attach(velm_host_answer answer, void* context)
     attached_context = context;
 }
 
-void host_exchange_1(const char* key, void* value_1, ...)
+void host_exchange_1(const char* key, void* value_1, std::int32_t key_length, std::int32_t text_length_1)
 {
-    velm_host_request request{key, 0, 0, 1, {value_1}, {}};
-    std::va_list lengths;
-    va_start(lengths, value_1);
-    exchange(request, lengths);
-    va_end(lengths);
+    exchange(key, {value_1}, key_length, {text_length_1});
 }
 
-void host_exchange_2(const char* key, void* value_1, void* value_2, ...)
+void host_exchange_2(const char* key, void* value_1, void* value_2, std::int32_t key_length, std::int32_t text_length_1)
 {
-    velm_host_request request{key, 0, 0, 2, {value_1, value_2}, {}};
-    std::va_list lengths;
-    va_start(lengths, value_2);
-    exchange(request, lengths);
-    va_end(lengths);
+    exchange(key, {value_1, value_2}, key_length, {text_length_1});
 }
 
-void host_exchange_3(const char* key, void* value_1, void* value_2, void* value_3, ...)
+void host_exchange_3(const char* key, void* value_1, void* value_2, void* value_3, std::int32_t key_length,
+                     std::int32_t text_length_1, std::int32_t text_length_2)
 {
-    velm_host_request request{key, 0, 0, 3, {value_1, value_2, value_3}, {}};
-    std::va_list lengths;
-    va_start(lengths, value_3);
-    exchange(request, lengths);
-    va_end(lengths);
+    exchange(key, {value_1, value_2, value_3}, key_length, {text_length_1, text_length_2});
 }
 
-void host_exchange_4(const char* key, void* value_1, void* value_2, void* value_3, void* value_4, ...)
+void host_exchange_4(const char* key, void* value_1, void* value_2, void* value_3, void* value_4,
+                     std::int32_t key_length)
 {
-    velm_host_request request{key, 0, 0, 4, {value_1, value_2, value_3, value_4}, {}};
-    std::va_list lengths;
-    va_start(lengths, value_4);
-    exchange(request, lengths);
-    va_end(lengths);
+    exchange(key, {value_1, value_2, value_3, value_4}, key_length, {});
 }
 
-void host_exchange_5(const char* key, void* value_1, void* value_2, void* value_3, void* value_4, void* value_5, ...)
+void host_exchange_5(const char* key, void* value_1, void* value_2, void* value_3, void* value_4, void* value_5,
+                     std::int32_t key_length)
 {
-    velm_host_request request{key, 0, 0, 5, {value_1, value_2, value_3, value_4, value_5}, {}};
-    std::va_list lengths;
-    va_start(lengths, value_5);
-    exchange(request, lengths);
-    va_end(lengths);
+    exchange(key, {value_1, value_2, value_3, value_4, value_5}, key_length, {});
 }

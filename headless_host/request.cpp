@@ -1,8 +1,11 @@
 #include "headless_host/request.hpp"
 
+#include "model/words.hpp"
+
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <utility>
 
 namespace velm {
 
@@ -36,22 +39,12 @@ constexpr bool fits(std::int32_t passed, std::int32_t expected)
     return expected == 0 ? passed >= 0 : passed == expected;
 }
 
-/// Characters of the key up to its NUL; what is not printable ASCII becomes a question mark.
-std::string printable(const velm_host_request& passed)
-{
-    constexpr std::int32_t most_characters = 32;
-    std::string name;
-    for (std::int32_t i = 0; i < std::min(passed.key_length, most_characters) && passed.key[i] != '\0'; ++i) {
-        name += passed.key[i] >= ' ' && passed.key[i] <= '~' ? passed.key[i] : '?';
-    }
-    return name;
-}
-
 [[noreturn]] void refuse_unknown_key(const velm_host_request& passed)
 {
+    const std::string_view key(passed.key, static_cast<std::size_t>(std::max(passed.key_length, 0)));
     const bool ended = passed.key_length >= 1 && passed.key[passed.key_length - 1] == '\0';
-    throw Unanswerable("unknown key \"" + printable(passed) + "\" of length " + std::to_string(passed.key_length) +
-                       (ended ? "" : ", not ended by a NUL"));
+    throw Unanswerable("unknown key " + quoted_text(key.substr(0, 32)) + " of length " +
+                       std::to_string(passed.key_length) + (ended ? "" : ", not ended by a NUL"));
 }
 
 [[noreturn]] void refuse_call_form(const velm_host_request& passed, const Passing& expected)
@@ -67,33 +60,6 @@ std::string printable(const velm_host_request& passed)
                        std::to_string(passed.text_lengths[text]) + " passed for text " + std::to_string(text + 1) +
                        ", its length is " +
                        (expected.text_lengths[text] == 0 ? "0 or more" : std::to_string(expected.text_lengths[text])));
-}
-
-/// "GVOLUME(segment 41)"
-std::string in_words(const Request& request)
-{
-    const HostKey& key = host_keys[request.key_position()];
-    std::string words(key.name);
-    const char* separator = "(";
-    for (std::size_t i = 0; i < key.argument_count; ++i) {
-        if (key.arguments[i].direction == Direction::in && key.arguments[i].kind == Kind::integer) {
-            words += separator;
-            words += key.arguments[i].meaning;
-            words += ' ' + std::to_string(request.integer(i));
-            separator = ", ";
-        }
-    }
-    return *separator == '(' ? words : words + ')';
-}
-
-/// "no boundaries", "1 boundary", "2 boundaries"
-std::string counted(std::size_t count, const std::string& item)
-{
-    if (count == 1) {
-        return "1 " + item;
-    }
-    const std::string plural = item.ends_with('y') ? item.substr(0, item.size() - 1) + "ies" : item + 's';
-    return (count == 0 ? "no" : std::to_string(count)) + ' ' + plural;
 }
 
 } // namespace
@@ -121,7 +87,7 @@ std::string_view Request::text(std::size_t argument) const
     return field.substr(0, field.find('\0'));
 }
 
-void Request::put_text(std::size_t argument, std::string_view text) const
+void Request::put(std::size_t argument, const std::string& text) const
 {
     const Argument& declared = host_keys[passed_.key_position].arguments[argument];
     const auto length = static_cast<std::size_t>(declared.text_length);
@@ -142,14 +108,55 @@ void Request::put_series(std::size_t argument, const std::vector<float>& series)
     std::copy(series.begin(), series.end(), static_cast<float*>(passed_.values[argument]));
 }
 
-void Request::unanswerable(const std::string& reason) const
+std::string Request::in_words() const
 {
-    throw Unanswerable(in_words(*this) + ": " + reason);
+    const HostKey& key = host_keys[key_position()];
+    std::string words(key.name);
+    const char* separator = "(";
+    for (std::size_t i = 0; i < key.argument_count; ++i) {
+        if (key.arguments[i].direction == Direction::in) {
+            words += std::exchange(separator, ", ");
+            words += key.arguments[i].kind == Kind::integer
+                         ? std::string(key.arguments[i].meaning) + ' ' + std::to_string(integer(i))
+                         : quoted_text(text(i)) + " of length " + std::to_string(passed_.text_lengths[0]);
+        }
+    }
+    return *separator == '(' ? words : words + ')';
 }
 
-void Request::no_such_item(std::size_t count, const char* owner, const char* item) const
+void Request::unanswerable(const std::string& reason) const
 {
-    unanswerable(std::string(owner) + ' ' + counted(count, item));
+    throw Unanswerable(in_words() + ": " + reason);
+}
+
+void Request::no_such_item(std::size_t count, std::size_t argument) const
+{
+    const auto& arguments = host_keys[key_position()].arguments;
+    const bool is_outermost = argument == 0 || arguments[argument - 1].direction == Direction::out;
+    const std::string_view before = is_outermost ? "model" : arguments[argument - 1].meaning;
+    const std::string owner(before == "ISC number" ? "type" : before);
+    const std::string item(arguments[argument].meaning);
+    unanswerable("the " + owner + " has " + (item == "segment" && !is_outermost ? "values for " : "") +
+                 counted(count, item));
+}
+
+std::string quoted_text(std::string_view text)
+{
+    constexpr std::size_t most_characters = 120;
+    std::string words = "\"";
+    for (const char character : text.substr(0, std::min(text.find('\0'), most_characters))) {
+        words += character >= ' ' && character <= '~' ? character : '?';
+    }
+    return words + '"';
+}
+
+std::string request_in_words(const velm_host_request& passed)
+{
+    try {
+        return Request(passed).in_words();
+    } catch (const Unanswerable& unsound) {
+        return unsound.what();
+    }
 }
 
 } // namespace velm

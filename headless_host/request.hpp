@@ -54,28 +54,38 @@ public:
     /// The text that the plug-in passes, the key's only one, up to its first NUL and at most its length.
     [[nodiscard]] std::string_view text(std::size_t argument) const;
     /// Fills the whole field, with blanks after `text`. Throws Unanswerable for a text longer than the field.
-    void put_text(std::size_t argument, std::string_view text) const;
+    void put(std::size_t argument, const std::string& text) const;
     /// Throws Unanswerable when there are more than series_entries.
     void put_series(std::size_t argument, const std::vector<float>& series) const;
 
-    /// The item whose number is `argument`, counted from 1. Throws Unanswerable when there is none, in the words
-    /// of `owner` ("the flow field has") and `item` ("flow function").
+    /// The item whose number is `argument`, counted from 1. Throws Unanswerable when there is none: "the flow field has
+    /// 2 flow functions".
     template <class Item>
-    const Item& pick(const std::vector<Item>& items, std::size_t argument, const char* owner, const char* item) const
+    const Item& pick(const std::vector<Item>& items, std::size_t argument) const
     {
         const std::int32_t number = integer(argument);
         if (number < 1 || static_cast<std::size_t>(number) > items.size()) {
-            no_such_item(items.size(), owner, item);
+            no_such_item(items.size(), argument);
         }
         return items[static_cast<std::size_t>(number) - 1];
     }
 
     [[noreturn]] void unanswerable(const std::string& reason) const;
 
+    /// What is asked, as people read it: GVOLUME(segment 41), PINFOHTML("<li>" of length 5).
+    [[nodiscard]] std::string in_words() const;
+
 private:
-    [[noreturn]] void no_such_item(std::size_t count, const char* owner, const char* item) const;
+    [[noreturn]] void no_such_item(std::size_t count, std::size_t argument) const;
 
     const velm_host_request& passed_;
 };
+
+/// In quotes, up to the first NUL and of a long text the beginning; what is not printable ASCII becomes a question
+/// mark.
+[[nodiscard]] std::string quoted_text(std::string_view text);
+
+/// The request in words; of an unsound one, what is wrong with it.
+[[nodiscard]] std::string request_in_words(const velm_host_request& passed);
 
 } // namespace velm

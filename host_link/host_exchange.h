@@ -13,8 +13,10 @@
  *   series    the first of many floats
  *
  * After the values come the lengths, each an int32_t passed by value: first the key's, its NUL counted,
- * then one for each text value in the order of the values, and none more. A host therefore looks up the
- * key before it reads further lengths.
+ * then one for each text value in the order of the values, and none more. A form is declared with the
+ * lengths of all its keys, and a call has those of its own key: a host looks up the key before it reads
+ * a text's length, and neither reads nor changes one that the key does not have. Calls are plain ones by
+ * the platform's standard convention, never variadic.
  *
  * The plug-in owns all the memory. A host may read and write it only until the call returns, writes no
  * more than a text's length, and leaves keys and selecting values as they are. There is no status.
@@ -36,13 +38,15 @@
 extern "C" {
 #endif
 
-/* ..., then: int32_t key_length, int32_t for each text value */
-VELM_HOST_CALL void host_exchange_1(const char* key, void* value_1, ...);
-VELM_HOST_CALL void host_exchange_2(const char* key, void* value_1, void* value_2, ...);
-VELM_HOST_CALL void host_exchange_3(const char* key, void* value_1, void* value_2, void* value_3, ...);
-VELM_HOST_CALL void host_exchange_4(const char* key, void* value_1, void* value_2, void* value_3, void* value_4, ...);
+VELM_HOST_CALL void host_exchange_1(const char* key, void* value_1, int32_t key_length, int32_t text_length_1);
+VELM_HOST_CALL void host_exchange_2(const char* key, void* value_1, void* value_2, int32_t key_length,
+                                    int32_t text_length_1);
+VELM_HOST_CALL void host_exchange_3(const char* key, void* value_1, void* value_2, void* value_3, int32_t key_length,
+                                    int32_t text_length_1, int32_t text_length_2);
+VELM_HOST_CALL void host_exchange_4(const char* key, void* value_1, void* value_2, void* value_3, void* value_4,
+                                    int32_t key_length);
 VELM_HOST_CALL void host_exchange_5(const char* key, void* value_1, void* value_2, void* value_3, void* value_4,
-                                    void* value_5, ...);
+                                    void* value_5, int32_t key_length);
 
 #ifdef __cplusplus
 }

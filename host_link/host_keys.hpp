@@ -203,7 +203,7 @@ inline constexpr std::size_t host_key_count = std::size(host_keys);
 static_assert(host_key_count == 109, "the host's contract has 109 keys");
 
 /// Position of a key in host_keys, or host_key_count when the host's contract has no such key.
-consteval std::size_t host_key_position(std::string_view name)
+constexpr std::size_t host_key_position(std::string_view name)
 {
     for (std::size_t i = 0; i < host_key_count; ++i) {
         if (host_keys[i].name == name) {

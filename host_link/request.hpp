@@ -1,7 +1,7 @@
 #pragma once
 
 #include "compile_time/fixed_string.hpp"
-#include "host_link/host_exchange.h"
+#include "host_link/call_form.hpp"
 #include "host_link/host_keys.hpp"
 #include "host_link/text_field.hpp"
 
@@ -148,21 +148,8 @@ void call_host(Passed... passed)
     std::array<char, key.size() + 1> text;
     std::copy_n(key.characters, text.size(), text.data());
     const auto lengths = std::tuple_cat(std::tuple{static_cast<std::int32_t>(text.size())}, length_of(passed)...);
-    std::apply(
-        [&](auto... length) {
-            if constexpr (sizeof...(Passed) == 1) {
-                host_exchange_1(text.data(), passed.address()..., length...);
-            } else if constexpr (sizeof...(Passed) == 2) {
-                host_exchange_2(text.data(), passed.address()..., length...);
-            } else if constexpr (sizeof...(Passed) == 3) {
-                host_exchange_3(text.data(), passed.address()..., length...);
-            } else if constexpr (sizeof...(Passed) == 4) {
-                host_exchange_4(text.data(), passed.address()..., length...);
-            } else {
-                host_exchange_5(text.data(), passed.address()..., length...);
-            }
-        },
-        lengths);
+    std::apply([&](auto... length) { call_form<sizeof...(Passed)>(text.data(), passed.address()..., length...); },
+               lengths);
 }
 
 } // namespace detail

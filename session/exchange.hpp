@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace velm {
@@ -14,8 +15,8 @@ namespace velm {
 /// What a session line can hold; writers keep to it and readers refuse more.
 inline constexpr std::size_t longest_recorded_text = 65'536; ///< bytes of a text that the plug-in sends
 inline constexpr std::size_t longest_session_line =
-    std::size_t{8} * 1024 * 1024; ///< both series full take 5.2 million bytes
-inline constexpr std::int32_t session_version = 1;
+    std::size_t{8} * 1024 * 1024; ///< both series full take 3.4 million bytes
+inline constexpr std::int32_t session_version = 2;
 
 /// A value as a session holds it; which member counts is told by the key's argument.
 struct RecordedValue {
@@ -39,5 +40,17 @@ struct RecordedExchange {
 
     [[nodiscard]] const HostKey& key() const { return host_keys[key_position]; }
 };
+
+/// What the value is in memory.
+[[nodiscard]] std::string_view bytes_of(Kind kind, const RecordedValue& value);
+
+/// The request of an exchange, with the exchange's own values in the place of the plug-in's memory. A text that was
+/// recorded in part has that part's length.
+[[nodiscard]] velm_host_request request_of(RecordedExchange& exchange);
+
+/// The fewest characters that are read as the same real: "1500", "0.1", "1e-45", "-inf", "nan".
+[[nodiscard]] std::string real_text(float value);
+/// False when `text` is no real of single precision.
+[[nodiscard]] bool read_real(std::string_view text, float& value);
 
 } // namespace velm

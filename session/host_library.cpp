@@ -1,63 +1,48 @@
 #include "session/host_library.hpp"
 
-#include "host_link/host_keys.hpp"
+#include "session/exchange_line.hpp"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <type_traits>
 #include <utility>
 
 namespace velm {
 namespace {
 
-/// Calls the form of `values` values with the key's length and `texts` lengths of texts, and no more.
-template <std::size_t values, std::size_t texts>
-void call(HostLibrary::Procedure procedure, const velm_host_request& request)
+template <std::size_t, class Type>
+using Repeated = Type;
+
+/// Calls the form of so many values with the key's length and so many lengths of texts, and no more.
+template <std::size_t... value, std::size_t... text>
+void call(const HostLibrary& host, const velm_host_request& request, std::index_sequence<value...>,
+          std::index_sequence<text...>)
 {
-    [&]<std::size_t... value, std::size_t... text>(std::index_sequence<value...>, std::index_sequence<text...>)
-    {
-        using Form = void (*)(const char*, std::remove_cvref_t<decltype(request.values[value])>..., std::int32_t,
-                              std::remove_cvref_t<decltype(request.text_lengths[text])>...);
-        reinterpret_cast<Form>(procedure)(request.key, request.values[value]..., request.key_length,
-                                          request.text_lengths[text]...);
-    }
-    (std::make_index_sequence<values>{}, std::make_index_sequence<texts>{});
+    using Form = void (*)(const char*, Repeated<value, void*>..., std::int32_t, Repeated<text, std::int32_t>...);
+    const auto form = reinterpret_cast<Form>(host.exchange[sizeof...(value) - 1]);
+    form(request.key, request.values[value]..., request.key_length, request.text_lengths[text]...);
 }
 
 template <std::size_t values>
-void call(HostLibrary::Procedure procedure, const velm_host_request& request, std::ptrdiff_t texts)
+void call(const HostLibrary& host, const velm_host_request& request)
 {
-    switch (texts) {
-    case 0: return call<values, 0>(procedure, request);
-    case 1: return call<values, 1>(procedure, request);
-    default: return call<values, 2>(procedure, request);
+    constexpr auto all = std::make_index_sequence<values>();
+    switch (text_count(request)) {
+    case 0: return call(host, request, all, std::make_index_sequence<0>());
+    case 1: return call(host, request, all, std::make_index_sequence<1>());
+    default: return call(host, request, all, std::make_index_sequence<2>());
     }
-}
-
-/// How many lengths of texts came with the request: only a known key in its own form has any that are known.
-std::ptrdiff_t text_count(const velm_host_request& request)
-{
-    if (request.key_position == velm_unknown_key) {
-        return 0;
-    }
-    const HostKey& key = host_keys[request.key_position];
-    const bool own_form = key.argument_count == static_cast<std::size_t>(request.call_form);
-    return own_form ? std::ranges::count(key.arguments, Kind::text, &Argument::kind) : 0;
 }
 
 } // namespace
 
 void forward(const HostLibrary& host, const velm_host_request& request)
 {
-    const auto procedure = host.exchange.at(static_cast<std::size_t>(request.call_form) - 1);
-    const auto texts = text_count(request);
     switch (request.call_form) {
-    case 1: return call<1>(procedure, request, texts);
-    case 2: return call<2>(procedure, request, texts);
-    case 3: return call<3>(procedure, request, texts);
-    case 4: return call<4>(procedure, request, texts);
-    default: return call<5>(procedure, request, texts);
+    case 1: return call<1>(host, request);
+    case 2: return call<2>(host, request);
+    case 3: return call<3>(host, request);
+    case 4: return call<4>(host, request);
+    default: return call<5>(host, request);
     }
 }
 

@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <stdexcept>
-#include <unordered_map>
 
 namespace velm {
 
@@ -27,14 +26,10 @@ public:
     [[nodiscard]] Model finish();
 
 private:
-    using PositionByIsc = std::unordered_map<std::int32_t, std::size_t>;
-
+    void take_without_column(const RecordedExchange& exchange);
     void take_time_function_used(const RecordedExchange& exchange);
 
     Model model_;
-    PositionByIsc time_function_types_;
-    PositionByIsc parameter_types_;
-    PositionByIsc constant_types_;
     std::int32_t time_function_count_ = 0; ///< of the type asked about last
     std::int32_t passes_over_flow_fields_ = 0;
 };

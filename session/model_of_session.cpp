@@ -1,15 +1,13 @@
 #include "session/model_of_session.hpp"
 
+#include "headless_host/headless_host.hpp"
 #include "headless_host/model_answers.hpp"
 #include "headless_host/request.hpp"
-#include "session/line_text.hpp"
+#include "plain_text/plain_text.hpp"
 #include "session/model_builder.hpp"
-#include "session/real_text.hpp"
-#include "session/request_words.hpp"
 #include "session/session_reader.hpp"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <functional>
 #include <span>
@@ -18,40 +16,28 @@
 namespace velm {
 namespace {
 
-bool belongs_to_a_model(std::int32_t key)
+std::string place(const SessionReader& session, RecordedExchange exchange)
 {
-    return key != "GFILENAME"_key && key != "PPROGRESS"_key;
-}
-
-std::string place(const SessionReader& session, const RecordedExchange& exchange)
-{
-    return session.file().string() + ", line " + std::to_string(exchange.line) + ", exchange " +
-           std::to_string(exchange.number) + ": " + request_words(exchange);
+    return shown(session.file()) + ", line " + std::to_string(exchange.line) + ", exchange " +
+           std::to_string(exchange.number) + ": " + request_in_words(request_of(exchange));
 }
 
 /// Calls `use` with each exchange of one export that has to do with its model.
 void for_each_exchange(SessionReader& session, std::uint64_t export_number,
                        const std::function<void(const RecordedExchange&)>& use)
 {
-    std::uint64_t exports = 0;
     bool completed = false;
-    while (const RecordedExchange* const exchange = session.next()) {
-        exports += exchange->key_position == "GFILENAME"_key ? 1 : 0;
-        if (exports > export_number) {
-            break;
+    (void)session.find_export(export_number);
+    for (const RecordedExchange* next = session.next(); next != nullptr && next->key_position != "GFILENAME"_key;
+         next = session.next()) {
+        if (next->key_position == "PINFOHTML"_key) {
+            completed = is_completion_message(next->values[0].text);
+        } else if (next->key_position != "PPROGRESS"_key) {
+            use(*next);
         }
-        if (exports == export_number && exchange->key_position == "PINFOHTML"_key) {
-            completed = is_completion_message(exchange->values[0].text);
-        } else if (exports == export_number && belongs_to_a_model(exchange->key_position)) {
-            use(*exchange);
-        }
-    }
-    if (exports < export_number) {
-        throw std::out_of_range(session.file().string() + " has no export " + std::to_string(export_number) +
-                                ", only " + std::to_string(exports));
     }
     if (!completed) {
-        throw NoModel(session.file().string() + " holds export " + std::to_string(export_number) +
+        throw NoModel(shown(session.file()) + " holds export " + std::to_string(export_number) +
                       " not to its completion, so that parts of its model are missing; record it again");
     }
 }
@@ -70,44 +56,18 @@ Model collect_answers(const std::filesystem::path& file, std::uint64_t export_nu
     return builder.finish();
 }
 
-/// The plug-in's side of a request: values in memory of their own.
-class Asker {
-public:
-    explicit Asker(const Model& model) : answers_(model) {}
-
-    /// What the model answers to the request of `exchange`; it holds until the next call. Throws Unanswerable.
-    const RecordedValues& ask(const RecordedExchange& exchange)
-    {
-        const HostKey& key = exchange.key();
-        velm_host_request request{key.name.data(),
-                                  key.length(),
-                                  exchange.key_position,
-                                  static_cast<std::int32_t>(key.argument_count),
-                                  {},
-                                  {}};
-        std::ranges::copy(exchange.text_lengths, request.text_lengths);
-        for (std::size_t i = 0; i < key.argument_count; ++i) {
-            request.values[i] = room_for(key.arguments[i], exchange.values[i], values_[i]);
+/// The exchange as it would have been with a host that serves the model. Throws Unanswerable.
+RecordedExchange answered_by(const ModelAnswers& model, RecordedExchange exchange)
+{
+    for (std::size_t i = 0; i < exchange.key().argument_count; ++i) {
+        if (exchange.key().arguments[i].kind == Kind::series) {
+            exchange.values[i].series.resize(Request::series_entries);
         }
-        answers_.answer(Request(request));
-        return values_;
     }
-
-private:
-    static void* room_for(const Argument& argument, const RecordedValue& recorded, RecordedValue& value)
-    {
-        switch (argument.kind) {
-        case Kind::integer: value.integer = recorded.integer; return &value.integer;
-        case Kind::real: return &value.real;
-        case Kind::text: value.text = recorded.text; return value.text.data();
-        case Kind::series: value.series.resize(Request::series_entries); return value.series.data();
-        }
-        return nullptr;
-    }
-
-    ModelAnswers answers_;
-    RecordedValues values_;
-};
+    const velm_host_request request = request_of(exchange);
+    model.answer(Request(request));
+    return exchange;
+}
 
 /// True when the plug-in does the same for both answers.
 bool has_same_effect(std::int32_t key, std::int32_t one, std::int32_t other)
@@ -155,33 +115,29 @@ bool is_same_value(std::int32_t key, Kind kind, const RecordedValue& recorded, c
 
 std::string value_words(Kind kind, const RecordedValue& value)
 {
-    std::array<char, real_room> real{};
-    switch (kind) {
-    case Kind::integer: return std::to_string(value.integer);
-    case Kind::real: return {real.data(), put_real(real.data(), value.real)};
-    case Kind::text: return text_as_json(value.text);
-    case Kind::series: return "another series";
-    }
-    return {};
+    return kind == Kind::integer ? std::to_string(value.integer)
+           : kind == Kind::real  ? real_text(value.real)
+           : kind == Kind::text  ? quoted_text(value.text)
+                                 : "another series";
 }
 
-void compare(const SessionReader& session, const RecordedExchange& exchange, Asker& asker)
+void compare(const SessionReader& session, const RecordedExchange& recorded, const ModelAnswers& model)
 {
-    const HostKey& key = exchange.key();
-    const RecordedValues* answers = nullptr;
+    RecordedExchange of_model;
     try {
-        answers = &asker.ask(exchange);
+        of_model = answered_by(model, recorded);
     } catch (const Unanswerable& error) {
-        throw NoModel(place(session, exchange) +
+        throw NoModel(place(session, recorded) +
                       " was answered, but no model of the session's other answers can: " + error.what());
     }
-    for (std::size_t i = 0; i < key.argument_count; ++i) {
-        const Argument& argument = key.arguments[i];
+    for (std::size_t i = 0; i < recorded.key().argument_count; ++i) {
+        const Argument& argument = recorded.key().arguments[i];
         if (argument.direction == Direction::out &&
-            !is_same_value(exchange.key_position, argument.kind, exchange.values[i], (*answers)[i])) {
-            throw NoModel(place(session, exchange) + ": the " + std::string(argument.meaning) + " was answered with " +
-                          value_words(argument.kind, exchange.values[i]) +
-                          ", a model of the session's other answers has " + value_words(argument.kind, (*answers)[i]));
+            !is_same_value(recorded.key_position, argument.kind, recorded.values[i], of_model.values[i])) {
+            throw NoModel(place(session, recorded) + ": the " + std::string(argument.meaning) + " was answered with " +
+                          value_words(argument.kind, recorded.values[i]) +
+                          ", a model of the session's other answers has " +
+                          value_words(argument.kind, of_model.values[i]));
         }
     }
 }
@@ -192,8 +148,9 @@ Model model_of_session(const std::filesystem::path& session, std::uint64_t expor
 {
     Model model = collect_answers(session, export_number);
     SessionReader again(session);
-    Asker asker(model);
-    for_each_exchange(again, export_number, [&](const RecordedExchange& exchange) { compare(again, exchange, asker); });
+    const ModelAnswers answers(model);
+    for_each_exchange(again, export_number,
+                      [&](const RecordedExchange& exchange) { compare(again, exchange, answers); });
     return model;
 }
 

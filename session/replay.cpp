@@ -1,10 +1,10 @@
 #include "session/replay.hpp"
 
+#include "headless_host/headless_host.hpp"
 #include "headless_host/request.hpp"
-#include "session/request_words.hpp"
+#include "session/exchange_line.hpp"
 
 #include <algorithm>
-#include <cstring>
 #include <stdexcept>
 #include <utility>
 
@@ -13,42 +13,26 @@ namespace {
 
 constexpr std::uint64_t requests_between_progress = 65'536;
 
-std::string_view sent_text(const velm_host_request& request)
+bool is_of_version_panel(std::int32_t key_position, std::string_view fragment)
 {
-    const auto length = static_cast<std::size_t>(std::max(request.text_lengths[0], 0));
-    return {static_cast<const char*>(request.values[0]), std::min(length, longest_recorded_text)};
+    return key_position == "PINFOHTML"_key && !fragment.starts_with("<li>");
 }
 
-bool is_list_item(std::string_view fragment)
+std::string words_of(RecordedExchange exchange)
 {
-    return fragment.starts_with("<li>");
-}
-
-bool is_sound(const velm_host_request& request)
-{
-    try {
-        (void)Request(request);
-        return true;
-    } catch (const Unanswerable&) {
-        return false;
-    }
+    return request_in_words(request_of(exchange));
 }
 
 bool is_same_request(const RecordedExchange& recorded, const velm_host_request& request)
 {
-    if (recorded.key_position != request.key_position || !is_sound(request)) {
+    if (key_of(request) != &recorded.key() || !std::ranges::equal(recorded.text_lengths, request.text_lengths)) {
         return false;
     }
-    const HostKey& key = recorded.key();
-    for (std::size_t i = 0; i < key.argument_count; ++i) {
-        if (key.arguments[i].direction == Direction::out) {
-            continue;
-        }
-        const bool same =
-            key.arguments[i].kind == Kind::integer
-                ? std::memcmp(&recorded.values[i].integer, request.values[i], sizeof(std::int32_t)) == 0
-                : recorded.text_lengths[0] == request.text_lengths[0] && recorded.values[i].text == sent_text(request);
-        if (!same) {
+    for (std::size_t i = 0; i < recorded.key().argument_count; ++i) {
+        const Argument& argument = recorded.key().arguments[i];
+        const std::string_view bytes = bytes_of(argument.kind, recorded.values[i]);
+        if (argument.direction == Direction::in &&
+            bytes != std::string_view(static_cast<const char*>(request.values[i]), bytes.size())) {
             return false;
         }
     }
@@ -56,24 +40,13 @@ bool is_same_request(const RecordedExchange& recorded, const velm_host_request& 
 }
 
 /// The request is the same, so that every value has the size of the recorded one, a series room for any.
-void put_value(const Argument& argument, const RecordedValue& value, void* address)
-{
-    switch (argument.kind) {
-    case Kind::integer: std::memcpy(address, &value.integer, sizeof value.integer); break;
-    case Kind::real: std::memcpy(address, &value.real, sizeof value.real); break;
-    case Kind::text: std::memcpy(address, value.text.data(), value.text.size()); break;
-    case Kind::series: std::copy(value.series.begin(), value.series.end(), static_cast<float*>(address)); break;
-    }
-}
-
 void put_answer(const RecordedExchange& recorded, const velm_host_request& request)
 {
-    const HostKey& key = recorded.key();
-    for (std::size_t i = 0; i < key.argument_count; ++i) {
-        if (key.arguments[i].direction == Direction::out) {
-            put_value(key.arguments[i], recorded.values[i], request.values[i]);
-        } else if (recorded.in_values_changed) {
-            put_value(key.arguments[i], recorded.in_after[i], request.values[i]);
+    for (std::size_t i = 0; i < recorded.key().argument_count; ++i) {
+        const auto& [kind, direction, length, meaning] = recorded.key().arguments[i];
+        if (direction == Direction::out || recorded.in_values_changed) {
+            const RecordedValues& values = direction == Direction::out ? recorded.values : recorded.in_after;
+            std::ranges::copy(bytes_of(kind, values[i]), static_cast<char*>(request.values[i]));
         }
     }
 }
@@ -81,16 +54,8 @@ void put_answer(const RecordedExchange& recorded, const velm_host_request& reque
 } // namespace
 
 Replay::Replay(SessionReader& session, std::uint64_t export_number, std::string output_file_name)
-    : session_(session), output_file_name_(std::move(output_file_name))
+    : session_(session), output_file_name_(std::move(output_file_name)), next_(session.find_export(export_number))
 {
-    std::uint64_t exports = 0;
-    for (advance(); next_ != nullptr; advance()) {
-        if (next_->key_position == "GFILENAME"_key && ++exports == export_number) {
-            return;
-        }
-    }
-    throw std::out_of_range(session_.file().string() + " has no export " + std::to_string(export_number) + ", only " +
-                            std::to_string(exports));
 }
 
 void Replay::answer(void* replay, const velm_host_request* request) noexcept
@@ -111,21 +76,27 @@ void Replay::answer(void* replay, const velm_host_request* request) noexcept
 
 void Replay::serve(const velm_host_request& request)
 {
-    if (is_of_version_panel(request)) {
-        return;
+    if (in_version_panel_ && requests_ > 0) { // however long it is, then and now
+        if (key_of(request) != nullptr && is_of_version_panel(request.key_position, bytes_of(request)[0])) {
+            return;
+        }
+        in_version_panel_ = false;
+        while (next_ != nullptr && is_of_version_panel(next_->key_position, next_->values[0].text)) {
+            advance();
+        }
     }
     if (!export_goes_on()) {
         if (next_ == nullptr && !session_.is_closed()) {
             return stop(Outcome::damage, session_.end_in_words() + ": the recording breaks off; the plug-in asked " +
-                                             request_words(request));
+                                             request_in_words(request));
         }
-        return depart("the export's end", request_words(request));
+        return depart("the export's end", request_in_words(request));
     }
     if (!is_same_request(*next_, request)) {
-        return depart(request_words(*next_), request_words(request));
+        return depart(words_of(*next_), request_in_words(request));
     }
     if (request.key_position == "GFILENAME"_key) {
-        Request(request).put_text(0, output_file_name_);
+        Request(request).put(0, output_file_name_);
     } else {
         put_answer(*next_, request);
     }
@@ -133,26 +104,6 @@ void Replay::serve(const velm_host_request& request)
         export_completed_ = is_completion_message(next_->values[0].text);
     }
     advance();
-}
-
-/// Passes over the version panel in both the session and what the plug-in sends, however long either is.
-bool Replay::is_of_version_panel(const velm_host_request& request)
-{
-    const auto is_panel_next = [this] {
-        return next_ != nullptr && next_->key_position == "PINFOHTML"_key && !is_list_item(next_->values[0].text);
-    };
-    if (!in_version_panel_ || requests_ == 0) {
-        return false;
-    }
-    in_version_panel_ =
-        request.key_position == "PINFOHTML"_key && is_sound(request) && !is_list_item(sent_text(request));
-    if (in_version_panel_ && is_panel_next()) {
-        advance();
-    }
-    while (!in_version_panel_ && is_panel_next()) {
-        advance();
-    }
-    return in_version_panel_;
 }
 
 /// Each export begins with the request for the output file name.
@@ -164,7 +115,7 @@ bool Replay::export_goes_on() const
 void Replay::finish()
 {
     if (outcome_ == Outcome::same && export_goes_on()) {
-        depart(request_words(*next_), "nothing more");
+        depart(words_of(*next_), "nothing more");
     }
 }
 

@@ -50,7 +50,6 @@ public:
 
 private:
     void serve(const velm_host_request& request);
-    [[nodiscard]] bool is_of_version_panel(const velm_host_request& request);
     void advance() { next_ = session_.next(); }
     [[nodiscard]] bool export_goes_on() const;
     void stop(Outcome outcome, std::string reason) noexcept;
@@ -58,7 +57,7 @@ private:
 
     SessionReader& session_;
     std::string output_file_name_;
-    const RecordedExchange* next_ = nullptr;
+    const RecordedExchange* next_;
     Outcome outcome_ = Outcome::same;
     std::string reason_;
     std::uint64_t requests_ = 0;

@@ -3,8 +3,8 @@
 /// whose attached function here is one that forwards.
 
 #include "session/host_library.hpp"
-#include "session/recorder_library/surroundings.hpp"
 #include "session/session_recorder.hpp"
+#include "session/system.hpp"
 
 #include <cstdio>
 #include <exception>
@@ -23,25 +23,24 @@ void complain(const std::string& words)
     (void)std::fprintf(stderr, "prevelmwdll recorder: %s\n", words.c_str());
 }
 
-/// A recording that there is already is left alone: the next gets a number.
-std::filesystem::path numbered(const std::filesystem::path& file, int number)
+/// Beside this library or beside a session there is another file: prevelmwdll_host.dll, river-2.jsonl.
+std::filesystem::path beside(const std::filesystem::path& file, const std::string& addition)
 {
     std::filesystem::path name = file.stem();
-    if (number > 1) {
-        name += '-';
-        name += std::to_string(number);
-    }
+    name += addition;
     name += file.extension();
     return file.parent_path() / name;
 }
 
+/// A recording that there is already is left alone: the next gets a number.
 std::unique_ptr<SessionRecorder> new_session()
 {
     constexpr int most_sessions = 10'000;
-    const std::filesystem::path wanted = wanted_session_file();
+    const std::filesystem::path named = session_of_environment();
+    const std::filesystem::path wanted = named.empty() ? own_library().parent_path() / "session.jsonl" : named;
     for (int number = 1;; ++number) {
         try {
-            return std::make_unique<SessionRecorder>(numbered(wanted, number));
+            return std::make_unique<SessionRecorder>(beside(wanted, number == 1 ? "" : '-' + std::to_string(number)));
         } catch (const std::system_error& error) {
             if (error.code() != std::errc::file_exists || number == most_sessions) {
                 throw;
@@ -56,7 +55,7 @@ public:
     Recorder()
     {
         try {
-            host_ = load_host_library(real_host_library());
+            host_ = load_host_library(beside(own_library(), "_host"));
         } catch (const std::exception& error) {
             complain(std::string(error.what()) + "; requests stay unanswered and nothing is recorded");
             return;
@@ -83,14 +82,12 @@ public:
 
     void exchange(const velm_host_request& request)
     {
-        if (host_.exchange.front() == nullptr) {
-            return;
-        }
-        if (session_) {
-            session_->record(request, [&] { forward(host_, request); });
-        } else {
-            forward(host_, request);
-        }
+        const auto answer = [&] {
+            if (host_.exchange.front() != nullptr) {
+                forward(host_, request);
+            }
+        };
+        session_ ? session_->record(request, answer) : answer();
     }
 
     void attach(velm_host_answer answer, void* context) const

@@ -20,7 +20,7 @@ void boundaries(OutputChannel& out)
     Integer boundary_segment = 0;
     Integer pairs = 0;
     for (const Integer system : OneTo(model.number_of_systems)) {
-        write_free_record(out, entry_of(model.system_names, system));
+        write_free_record(out, model.system_names[system]);
         request<"GNOBC">(system, boundary_count);
         write_record<"(I5,15x,'Number of boundaries')">(out, boundary_count);
         if (boundary_count <= 0) {
@@ -35,11 +35,12 @@ void boundaries(OutputChannel& out)
             request<"GIBC">(system, boundary, boundary_segment);
             request<"GNBFP">(system, boundary, pairs);
             write_record<"(I5,15x,'Boundary Segment Number')">(out, boundary_segment);
-            write_record<"(I5,15x,'Number of Time Pairs')">(out, pairs);
-            refuse_more_than_the_room(pairs, "boundary", system, boundary);
+            const Integer bound = pairs; // the host may write into what it filled once
+            write_record<"(I5,15x,'Number of Time Pairs')">(out, bound);
+            refuse_more_than_the_room(bound, "boundary", system, boundary);
             request<"GALLBOUNDFUNC">(system, boundary, model.series_times, model.series_values);
-            const auto times = first_entries(model.series_times, pairs);
-            const auto values = first_entries(model.series_values, pairs);
+            const auto times = first_entries(model.series_times, bound);
+            const auto values = first_entries(model.series_values, bound);
             for (std::size_t pair = 0; pair < times.size(); ++pair) {
                 write_free_record(out, times[pair], values[pair]);
             }

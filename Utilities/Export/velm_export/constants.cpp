@@ -10,7 +10,7 @@ using namespace velm;
 void constants(OutputChannel& out)
 {
     write_free_record(out, literal<"======================== Constants ===================================">);
-    announce("Constants are being Exported</span></li>");
+    announce(out, "Constants are being Exported</span></li>");
 
     Integer types = 0;
     request<"GNUMCONST">(types);

@@ -13,7 +13,7 @@ void dispexch(OutputChannel& out)
     // engines look for this spelling
     write_free_record(
         out, literal<"======================== Segment Dispersion/Exhange ===================================">);
-    announce("Dispersive Exchanges are being Exported</span></li>");
+    announce(out, "Dispersive Exchanges are being Exported</span></li>");
 
     request<"GNRFLD">(model.number_of_exchange_fields);
     write_record<"(I5,15x,'Number of Exchange Fields')">(out, model.number_of_exchange_fields);

@@ -15,9 +15,9 @@ struct InstanceType {
 template <FixedString isc_key, FixedString count_key>
 InstanceType fetch_type(Integer type)
 {
-    Integer& isc = entry_of(model.isc_numbers, type);
+    Integer& isc = model.isc_numbers[type];
     request<isc_key>(type, isc);
-    Integer& instances = entry_of(model.instance_counts, type);
+    Integer& instances = model.instance_counts[type];
     request<count_key>(InPlace{isc}, instances);
     return {isc, instances};
 }

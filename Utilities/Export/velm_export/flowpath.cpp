@@ -11,23 +11,23 @@ void flowpath(OutputChannel& out)
     constexpr Integer flows_from_hydrodynamic_file = 3;
     write_free_record(out,
                       literal<"======================== Flow Path Information ===================================">);
-    announce("Flow Paths are being Exported</span></li>");
+    announce(out, "Flow Paths are being Exported</span></li>");
 
     write_record<"(15x,'Flow Pathways')">(out);
     request<"GNFIELD">(model.number_of_flow_fields);
     write_record<"(I5,15x,'Number of flow fields')">(out, model.number_of_flow_fields);
 
-    model.flow_function_counts.clear();
+    model.flow_function_counts.make(0);
     Integer first_segment = 0;
     Integer second_segment = 0;
     Real fraction = 0;
     for (const Integer field : OneTo(model.number_of_flow_fields)) {
         write_free_record(out, literal<"    Flow Field ">, field);
-        if (field == 1 && !model.flow_options.empty() && model.flow_options[0] == flows_from_hydrodynamic_file) {
+        if (field == 1 && model.flow_option_of_segment_1 == flows_from_hydrodynamic_file) {
             request<"GHYDROFILE">(model.hydrodynamic_file_name);
             write_free_record(out, model.hydrodynamic_file_name);
         }
-        Integer& functions = entry_of(model.flow_function_counts, field);
+        Integer& functions = model.flow_function_counts[field];
         request<"GNINQ">(field, functions);
         write_record<"(I5,15x,'Number of Flow Functions for Flow Field')">(out, functions);
         for (const Integer function : OneTo(functions)) {

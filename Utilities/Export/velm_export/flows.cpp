@@ -13,7 +13,7 @@ void flows(OutputChannel& out)
         "Surface Water Flow Field", "Porewater Flow Field", "Solids - 1", "Solids - 2", "Solids - 3",
         "Evap/Precip Flow Field"};
     write_free_record(out, literal<"======================== Flow Time Series ===================================">);
-    announce("Flows are being Exported</span></li>");
+    announce(out, "Flows are being Exported</span></li>");
 
     request<"GNFIELD">(model.number_of_flow_fields);
     write_record<"(I5,15x,'Number of Flow Fields')">(out, model.number_of_flow_fields);
@@ -23,7 +23,7 @@ void flows(OutputChannel& out)
     Real flow = 0;
     for (const Integer field : OneTo(model.number_of_flow_fields)) {
         write_free_record(out, field_name(names, "Flow Field", field));
-        Integer& functions = entry_of(model.flow_function_counts, field);
+        Integer& functions = model.flow_function_counts[field];
         request<"GNINQ">(field, functions);
         write_record<"(I5,15x,'Number of inflows')">(out, functions);
         if (functions <= 0) {

@@ -1,9 +1,12 @@
 #include "Utilities/Export/velm_export/export_to.hpp"
+#include "Utilities/Export/velm_export/export_under_way.hpp"
 #include "Utilities/Export/velm_export/panel.hpp"
 #include "Utilities/Export/velm_export/sections.hpp"
 #include "Utilities/IMPORT/import_export.hpp"
 
 #include <algorithm>
+#include <cxxabi.h>
+#include <memory>
 #include <new>
 #include <string>
 
@@ -47,13 +50,15 @@ void post_failure(const char* operation, const char* message)
     request<"PINFOHTML">(NulEndedText{closing.characters, static_cast<Integer>(closing.end - closing.characters) + 1});
 }
 
-void report(const char* operation, const char* message) noexcept
+void report(const char* operation, const char* message)
 {
     FailureText lines;
     lines.add("? ").add(message).add("\n? ").add(operation).add(" error on channel 5\n");
     write_to_standard_error(lines.characters);
     try {
         post_failure(operation, message);
+    } catch (abi::__forced_unwind&) {
+        throw;      // the host ends its thread
     } catch (...) { // NOLINT(bugprone-empty-catch): a host that throws here cannot be told anything
     }
 }
@@ -94,14 +99,15 @@ void velm::export_to(OutputFile& file)
     announce("File Export is Complete</span></li>");
 }
 
-void velm::export_and_report(OutputFile& file) noexcept
+void velm::export_and_report(OutputFile& file)
 {
-    static bool under_way = false;
-    if (under_way) {
+    const ExportUnderWay under_way(reinterpret_cast<void (*)()>(&export_and_report), __builtin_frame_address(0));
+    if (!under_way.permitted()) {
         report("EXPORT", "another export is under way");
         return;
     }
-    under_way = true;
+    file.let_go(); // an export that the host has left by longjmp may have it open
+    const std::unique_ptr<OutputFile, void (*)(OutputFile*)> open(&file, [](OutputFile* used) { used->let_go(); });
     try {
         export_to(file);
     } catch (const ExportFailure& failure) {
@@ -110,14 +116,15 @@ void velm::export_and_report(OutputFile& file) noexcept
         report("EXPORT", "storage cannot be obtained");
     } catch (const std::exception& unexpected) {
         report("EXPORT", ExportFailure("EXPORT", unexpected.what()).what()); // cut to its room
+    } catch (abi::__forced_unwind&) {
+        throw; // the host ends its thread
     } catch (...) {
         report("EXPORT", "the host has thrown an exception");
     }
-    under_way = false;
 }
 
 void importexport()
 {
-    SystemFile file;
+    static SystemFile file; // not on the stack, which a host may leave by longjmp
     export_and_report(file);
 }

@@ -9,15 +9,14 @@ using namespace velm;
 void initial_conditions(OutputChannel& out)
 {
     write_free_record(out, literal<"======================== Initial Conditions ===================================">);
-    announce("Initial concentrations are being Exported</span></li>");
+    announce(out, "Initial concentrations are being Exported</span></li>");
 
     write_record<"(I5)">(out, model.number_of_systems);
     write_record<"(I5)">(out, model.number_of_segments);
     Real concentration = 0;
     Real dissolved_fraction = 0;
     for (const Integer system : OneTo(model.number_of_systems)) {
-        write_record<"(5x,'Initial conditions for system',I3,1x,A15)">(out, system,
-                                                                       entry_of(model.system_names, system));
+        write_record<"(5x,'Initial conditions for system',I3,1x,A15)">(out, system, model.system_names[system]);
         Integer solids_transport_field = 0;
         request<"GIFIELD">(system, solids_transport_field);
         Real solids_density = 0;

@@ -10,7 +10,7 @@ using namespace velm;
 void loads(OutputChannel& out)
 {
     write_free_record(out, literal<"======================== Load Information ===================================">);
-    announce("Loadings are being Exported</span></li>");
+    announce(out, "Loadings are being Exported</span></li>");
 
     request<"GLOPT">(model.nps_option);
     write_record<"(I5,15x,'NPS Input Option (0=No, 1=Yes)',16x,'LOADFILE')">(out, model.nps_option);
@@ -24,7 +24,7 @@ void loads(OutputChannel& out)
     Integer load_segment = 0;
     Integer pairs = 0;
     for (const Integer system : OneTo(model.number_of_systems)) {
-        write_free_record(out, entry_of(model.system_names, system));
+        write_free_record(out, model.system_names[system]);
         request<"GNOWK">(system, load_count);
         write_record<"(I5,15x,'Number of Loadings')">(out, load_count);
         if (load_count <= 0) {
@@ -39,11 +39,12 @@ void loads(OutputChannel& out)
             request<"GIWK">(system, load, load_segment);
             request<"GNBWK">(system, load, pairs);
             write_record<"(I5,15x,'Loading Segment Number')">(out, load_segment);
-            write_record<"(I5,15x,'Number of Time Pairs')">(out, pairs);
-            refuse_more_than_the_room(pairs, "load", system, load);
+            const Integer bound = pairs; // the host may write into what it filled once
+            write_record<"(I5,15x,'Number of Time Pairs')">(out, bound);
+            refuse_more_than_the_room(bound, "load", system, load);
             request<"GALLLOADFUNC">(system, load, model.series_times, model.series_values);
-            const auto times = first_entries(model.series_times, pairs);
-            const auto values = first_entries(model.series_values, pairs);
+            const auto times = first_entries(model.series_times, bound);
+            const auto values = first_entries(model.series_values, bound);
             for (std::size_t pair = 0; pair < times.size(); ++pair) {
                 write_record<"(F10.4,5x,F10.4)">(out, times[pair], values[pair]);
             }

@@ -10,7 +10,7 @@ using namespace velm;
 void parameters(OutputChannel& out)
 {
     write_free_record(out, literal<"======================== Segment Parameters ===================================">);
-    announce("Parameter Values are being Exported</span></li>");
+    announce(out, "Parameter Values are being Exported</span></li>");
 
     write_record<"(I5,15x,'Number of Segments')">(out, model.number_of_segments);
     request<"GNUMPARAMTYPE">(model.number_of_parameter_types);
@@ -48,8 +48,8 @@ void parameters(OutputChannel& out)
     for (const Integer segment : OneTo(model.number_of_segments)) {
         write_record<"(I5,5X,'Segment')">(out, segment);
         for (const Integer type : OneTo(model.number_of_parameter_types)) {
-            Integer& isc = entry_of(model.isc_numbers, type);
-            for (const Integer instance : OneTo(entry_of(model.instance_counts, type))) {
+            Integer& isc = model.isc_numbers[type];
+            for (const Integer instance : OneTo(model.instance_counts[type])) {
                 request<"GPARAMISUSED">(InPlace{isc}, instance, used);
                 if (used < 1) {
                     continue;

@@ -21,7 +21,7 @@ void initial_conditions(velm::OutputChannel& out);
 /// Posts the version panel; writes no record.
 void intro();
 
-/// One export, from the file name to the completion message. Never throws; a failed export says so in the panel
+/// One export, from the file name to the completion message. Throws nothing; a failed export says so in the panel
 /// and on standard error, and the next one starts afresh.
 void importexport();
 }

@@ -9,9 +9,10 @@ using namespace velm;
 void segment(OutputChannel& out)
 {
     write_free_record(out, literal<"======================== Segment Information ===================================">);
-    announce("Segment Information is being Exported</span></li>");
+    announce(out, "Segment Information is being Exported</span></li>");
 
     request<"GNUMSEG">(model.number_of_segments);
+    const Integer segments = model.number_of_segments; // of both loops, whatever becomes of the shared one
     write_record<"(I5,15x,'Number of Segments')">(out, model.number_of_segments);
     request<"GBEDOPT">(model.bed_volume_option);
     write_record<"(I5,15x,'Bed Volume Option')">(out, model.bed_volume_option);
@@ -24,7 +25,7 @@ void segment(OutputChannel& out)
                                                                    model.volume_conversion_factor);
 
     write_record<"('  Segment   SegName')">(out);
-    for (const Integer i : OneTo(model.number_of_segments)) {
+    for (const Integer i : OneTo(segments)) {
         Text<40> name;
         reset<40>(name);
         request<"GSEGNAME">(i, name);
@@ -36,14 +37,17 @@ void segment(OutputChannel& out)
         "(' Seg BotSeg iType IQOPT     Volume          VMult          Vexp          DMult           Dexp         "
         "Length',              '          Slope         Width           Rough         Depth_Q0       SurfElev    "
         "  SegBotElev    SegSideSlope',              '   SegInitDepth    WeirHeight       WeirType')">(out);
-    model.flow_options.clear();
-    for (const Integer i : OneTo(model.number_of_segments)) {
+    model.flow_option_of_segment_1 = 0;
+    for (const Integer i : OneTo(segments)) {
         Integer bottom_segment = 0;
         request<"GBOTSEG">(i, bottom_segment);
         Integer type = 0;
         request<"GSEGTYPE">(i, type);
-        Integer& flow_option = entry_of(model.flow_options, i);
+        Integer flow_option = 0;
         request<"GIQOPT">(flow_option, i);
+        if (i == 1) {
+            model.flow_option_of_segment_1 = flow_option;
+        }
         Real volume = 0;
         request<"GVOLUME">(i, volume);
         Real velocity_multiplier = 0;

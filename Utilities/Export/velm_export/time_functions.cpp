@@ -9,26 +9,33 @@ using namespace velm;
 
 namespace {
 
-/// A host that reports no function of a type means one.
-InstanceType fetch_time_function_type(Integer type)
+constexpr Integer usual_types = 1000;
+
+struct TimeFunctionType {
+    Integer& isc;
+    Integer functions;
+};
+
+/// A host that reports no function of a type means one. The table says so too, where it has an entry for the type
+/// whatever the host reports.
+TimeFunctionType fetch_time_function_type(Integer type)
 {
-    const InstanceType fetched = fetch_type<"GTFISC", "GNUMTIMEFUNC">(type);
-    if (fetched.instances == 0) {
-        fetched.instances = 1;
+    const auto [isc, functions] = fetch_type<"GTFISC", "GNUMTIMEFUNC">(type);
+    if (functions == 0 && type <= usual_types) {
+        functions = 1;
     }
-    return fetched;
+    return {isc, functions == 0 ? 1 : functions};
 }
 
 } // namespace
 
 void time_functions(OutputChannel& out)
 {
-    constexpr std::size_t usual_types = 1000;
     constexpr Integer in_use = 1; // and no other value
-    model.isc_numbers.assign(usual_types, 0);
-    model.instance_counts.assign(usual_types, 0);
+    model.isc_numbers.make(usual_types);
+    model.instance_counts.make(usual_types);
     write_free_record(out, literal<"======================== Time Functions ===================================">);
-    announce("Time Functions are being Exported</span></li>");
+    announce(out, "Time Functions are being Exported</span></li>");
 
     request<"GNUMTFTYPE">(model.number_of_time_function_types);
     Integer used = 0;

@@ -1,0 +1,171 @@
+#pragma once
+
+#include "model/address.hpp"
+#include "model/tables.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <string_view>
+
+namespace velm {
+
+/// The tables of tables.hpp, for those who meet them at run time.
+enum class TableId : std::uint8_t {
+    model,
+    system,
+    segment,
+    initial_condition,
+    flow_field,
+    flow_function,
+    flow_path,
+    exchange_field,
+    exchange_function,
+    exchange_pair,
+    boundary,
+    load,
+    time_function_type,
+    time_function,
+    parameter_type,
+    parameter,
+    constant_type,
+    constant,
+};
+
+/// Calls use(TableId, table) for each table.
+template <class Use>
+constexpr void for_each_table(Use use)
+{
+    use(TableId::model, tables::model);
+    use(TableId::system, tables::system);
+    use(TableId::segment, tables::segment);
+    use(TableId::initial_condition, tables::initial_condition);
+    use(TableId::flow_field, tables::flow_field);
+    use(TableId::flow_function, tables::flow_function);
+    use(TableId::flow_path, tables::flow_path);
+    use(TableId::exchange_field, tables::exchange_field);
+    use(TableId::exchange_function, tables::exchange_function);
+    use(TableId::exchange_pair, tables::exchange_pair);
+    use(TableId::boundary, tables::boundary);
+    use(TableId::load, tables::load);
+    use(TableId::time_function_type, tables::time_function_type);
+    use(TableId::time_function, tables::time_function);
+    use(TableId::parameter_type, tables::parameter_type);
+    use(TableId::parameter, tables::parameter);
+    use(TableId::constant_type, tables::constant_type);
+    use(TableId::constant, tables::constant);
+}
+
+/// Goes to one item of a model, or of one in the making, and calls use(table, item).
+///
+/// `step(list, level)` gives the item to go on with: the outermost list has level 0, as has the first number of an
+/// address. `step.type(list)` does so for the type that an instance belongs to, at level 0.
+template <class AnyModel, class Step, class Use>
+void with_item(TableId id, AnyModel& m, Step&& step, Use&& use)
+{
+    switch (id) {
+    case TableId::model: return use(tables::model, m);
+    case TableId::system: return use(tables::system, step(m.systems, 0));
+    case TableId::segment: return use(tables::segment, step(m.segments, 0));
+    case TableId::initial_condition:
+        return use(tables::initial_condition, step(step(m.systems, 0).initial_conditions, 1));
+    case TableId::flow_field: return use(tables::flow_field, step(m.flow_fields, 0));
+    case TableId::flow_function: return use(tables::flow_function, step(step(m.flow_fields, 0).functions, 1));
+    case TableId::flow_path: return use(tables::flow_path, step(step(step(m.flow_fields, 0).functions, 1).paths, 2));
+    case TableId::exchange_field: return use(tables::exchange_field, step(m.exchange_fields, 0));
+    case TableId::exchange_function:
+        return use(tables::exchange_function, step(step(m.exchange_fields, 0).functions, 1));
+    case TableId::exchange_pair:
+        return use(tables::exchange_pair, step(step(step(m.exchange_fields, 0).functions, 1).pairs, 2));
+    case TableId::boundary: return use(tables::boundary, step(step(m.systems, 0).boundaries.items, 1));
+    case TableId::load: return use(tables::load, step(step(m.systems, 0).loads.items, 1));
+    case TableId::time_function_type: return use(tables::time_function_type, step(m.time_function_types, 0));
+    case TableId::time_function: return use(tables::time_function, step(step.type(m.time_function_types).instances, 1));
+    case TableId::parameter_type: return use(tables::parameter_type, step(m.parameter_types, 0));
+    case TableId::parameter: return use(tables::parameter, step(step.type(m.parameter_types).instances, 1));
+    case TableId::constant_type: return use(tables::constant_type, step(m.constant_types, 0));
+    case TableId::constant: return use(tables::constant, step(step.type(m.constant_types).instances, 1));
+    }
+}
+
+/// A table of time series, with that of the items that they belong to.
+struct SeriesTable {
+    std::string_view name;
+    TableId owner;
+    std::string_view owner_name;
+    std::size_t most_pairs = std::numeric_limits<std::int32_t>::max();
+};
+inline constexpr std::array series_tables{
+    SeriesTable{"boundary_value", TableId::boundary, "boundary", SegmentSeries::most_pairs},
+    SeriesTable{"load_value", TableId::load, "load", SegmentSeries::most_pairs},
+    SeriesTable{"flow_value", TableId::flow_function, "flow_function"},
+    SeriesTable{"exchange_value", TableId::exchange_function, "exchange_function"},
+    SeriesTable{"time_function_value", TableId::time_function, "time_function"},
+};
+
+/// The table of the series that the items of a table own. They must own some.
+constexpr const SeriesTable& series_of(std::string_view owner)
+{
+    return *std::find_if(series_tables.begin(), series_tables.end(),
+                         [owner](const SeriesTable& table) { return table.owner_name == owner; });
+}
+
+/// Calls visit(item, its number) for each item of a list.
+template <class List, class Visit>
+void for_each_numbered(const List& list, Visit visit)
+{
+    for (std::int64_t number = 1; const auto& item : list) {
+        visit(item, number++);
+    }
+}
+
+/// Calls visit(table, numbers, item) for each item of a model, an owner before what it owns.
+template <class Visit>
+void for_each_item(const Model& model, Visit&& visit)
+{
+    const auto types = [&](const auto& type_table, const auto& table, const auto& list) {
+        for_each_numbered(list, [&](const auto& type, std::int64_t t) {
+            visit(type_table, RowNumbers{t}, type);
+            for_each_numbered(type.instances, [&](const auto& item, std::int64_t i) {
+                visit(table, RowNumbers{t, i}, item);
+            });
+        });
+    };
+    const auto fields = [&](const auto& field_table, const auto& table, const auto& part_table, const auto& list,
+                            const auto& parts_of) {
+        for_each_numbered(list, [&](const auto& field, std::int64_t f) {
+            visit(field_table, RowNumbers{f}, field);
+            for_each_numbered(field.functions, [&](const auto& function, std::int64_t n) {
+                visit(table, RowNumbers{f, n}, function);
+                for_each_numbered(parts_of(function), [&](const auto& part, std::int64_t p) {
+                    visit(part_table, RowNumbers{f, n, p}, part);
+                });
+            });
+        });
+    };
+    visit(tables::model, RowNumbers{1}, model);
+    for_each_numbered(model.segments,
+                      [&](const Segment& item, std::int64_t s) { visit(tables::segment, RowNumbers{s}, item); });
+    for_each_numbered(model.systems, [&](const System& system, std::int64_t s) {
+        const auto own = [&](const auto& table, const auto& list) {
+            for_each_numbered(list, [&](const auto& item, std::int64_t i) { visit(table, RowNumbers{s, i}, item); });
+        };
+        visit(tables::system, RowNumbers{s}, system);
+        own(tables::initial_condition, system.initial_conditions);
+        own(tables::boundary, system.boundaries.items);
+        own(tables::load, system.loads.items);
+    });
+    fields(
+        tables::flow_field, tables::flow_function, tables::flow_path, model.flow_fields,
+        [](const FlowFunction& function) -> auto& { return function.paths; });
+    fields(
+        tables::exchange_field, tables::exchange_function, tables::exchange_pair, model.exchange_fields,
+        [](const ExchangeFunction& function) -> auto& { return function.pairs; });
+    types(tables::time_function_type, tables::time_function, model.time_function_types);
+    types(tables::parameter_type, tables::parameter, model.parameter_types);
+    types(tables::constant_type, tables::constant, model.constant_types);
+}
+
+} // namespace velm
