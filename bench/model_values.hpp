@@ -1,11 +1,8 @@
 #pragma once
 
-#include "model/model.hpp"
-
 #include <cstddef>
 #include <cstdint>
 #include <random>
-#include <vector>
 
 namespace velm::bench {
 
@@ -37,12 +34,5 @@ public:
 private:
     std::mt19937 random_;
 };
-
-/// Every real that a model holds, in a vector for each kind of column: volumes, boundary values, times ...
-[[nodiscard]] std::vector<std::vector<float>> reals_of(const Model& model);
-
-/// `count` values of which half are drawn from `kinds`, each kind as often as any other, and half from the
-/// quantities above.
-[[nodiscard]] std::vector<float> mixed_values(const std::vector<std::vector<float>>& kinds, std::size_t count);
 
 } // namespace velm::bench

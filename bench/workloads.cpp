@@ -9,8 +9,6 @@
 namespace velm::bench {
 namespace {
 
-constexpr std::size_t most_pairs = 100'000;
-
 TimeSeries series(ModelValues& values, std::size_t pairs, float steps_a_day, Quantity quantity)
 {
     TimeSeries series;
@@ -61,51 +59,26 @@ Parameter parameter(ModelValues& values, std::size_t segments)
     return parameter;
 }
 
-template <class Visit>
-void visit_series(const Model& model, Visit visit)
+/// 20 types of two parameters or, where the rows are more than 99,999 segments have with them, as many as it takes.
+Model segment_model(std::size_t rows)
 {
-    for (const System& system : model.systems) {
-        for (const SegmentSeriesSet* set : {&system.boundaries, &system.loads}) {
-            for (const SegmentSeries& item : set->items) {
-                visit(item.series);
-            }
-        }
-    }
-    for (const FlowField& field : model.flow_fields) {
-        for (const FlowFunction& function : field.functions) {
-            visit(function.series);
-        }
-    }
-}
-
-std::size_t parameter_count(const Model& model)
-{
-    std::size_t count = 0;
-    for (const auto& type : model.parameter_types) {
-        count += type.instances.size();
-    }
-    return count;
-}
-
-} // namespace
-
-Model segment_model()
-{
-    constexpr std::size_t segments = 99'999;
-    constexpr std::int32_t types = 20;
+    const std::size_t segments = std::min<std::size_t>(99'999, rows / 41);
+    const std::size_t types = (rows / segments - 1) / 2;
     ModelValues values(2);
     Model model;
     for (std::size_t i = 1; i <= segments; ++i) {
         model.segments.push_back(segment(values, i));
     }
-    for (std::int32_t isc = 1; isc <= types; ++isc) {
-        model.parameter_types.push_back({isc, {parameter(values, segments), parameter(values, segments)}});
+    for (std::size_t isc = 1; isc <= types; ++isc) {
+        model.parameter_types.push_back(
+            {static_cast<std::int32_t>(isc), {parameter(values, segments), parameter(values, segments)}});
     }
     return model;
 }
 
-Model boundary_model(std::size_t pairs)
+Model boundary_model(std::size_t rows)
 {
+    const std::size_t pairs = rows / (std::size_t{8} * 24);
     ModelValues values(3);
     Model model;
     model.segments.push_back(segment(values, 1));
@@ -120,66 +93,67 @@ Model boundary_model(std::size_t pairs)
     return model;
 }
 
-Model flow_model()
+Model flow_model(std::size_t rows)
 {
+    const std::size_t pairs = rows / (std::size_t{6} * 300);
     ModelValues values(4);
     Model model;
     model.segments.push_back(segment(values, 1));
     for (int field = 0; field < 6; ++field) {
         FlowField flow_field;
         for (int function = 0; function < 300; ++function) {
-            flow_field.functions.push_back({"Inflow", {{0, 1, 1}}, series(values, 1000, 1, flow)});
+            flow_field.functions.push_back({"Inflow", {{0, 1, 1}}, series(values, pairs, 1, flow)});
         }
         model.flow_fields.push_back(std::move(flow_field));
     }
     return model;
 }
 
-Model model_of_pairs(std::size_t pairs)
-{
-    ModelValues values(5);
-    Model model;
-    model.segments.push_back(segment(values, 1));
-    System system;
-    system.name = "System";
-    const std::size_t loads = (pairs + most_pairs - 1) / most_pairs;
-    system.loads = hourly_series(values, loads, pairs / loads, load);
-    system.initial_conditions.resize(1);
-    model.systems.push_back(std::move(system));
-    return model;
-}
+struct Workload {
+    std::string_view name;
+    Model (*make)(std::size_t rows);
+    std::size_t usual_rows;
+};
 
-Model workload(std::string_view name)
+constexpr Workload workloads[] = {
+    {"segments", segment_model, 99'999 * 41},
+    {"boundaries", boundary_model, 8 * 24 * 100'000},
+    {"flows", flow_model, 6 * 300 * 1000},
+};
+
+} // namespace
+
+Model workload(std::string_view name, std::size_t rows)
 {
-    if (name == "segments") {
-        return segment_model();
-    }
-    if (name == "boundaries") {
-        return boundary_model();
-    }
-    if (name == "flows") {
-        return flow_model();
+    for (const Workload& known : workloads) {
+        if (known.name == name) {
+            return known.make(rows == 0 ? known.usual_rows : rows);
+        }
     }
     throw std::invalid_argument("no workload '" + std::string(name) + "'; there are segments, boundaries and flows");
 }
 
-std::size_t data_size(const Model& model)
+std::size_t number_of_reals(const Model& model)
 {
-    constexpr std::size_t numbers_of_a_segment = 3 + 16;
-    constexpr std::size_t number = 4;
-    std::size_t size = model.segments.size() * parameter_count(model) * number;
-    for (const Segment& segment : model.segments) {
-        size += numbers_of_a_segment * number + segment.name.size();
+    constexpr std::size_t of_a_segment = 16;
+    constexpr std::size_t of_a_pair = 2;
+    std::size_t reals = model.segments.size() * of_a_segment;
+    for (const auto& type : model.parameter_types) {
+        reals += type.instances.size() * model.segments.size();
     }
-    visit_series(model, [&](const TimeSeries& series) { size += 2 * number * series.times.size(); });
-    return size;
-}
-
-std::size_t row_count(const Model& model)
-{
-    std::size_t rows = model.segments.size() * (1 + parameter_count(model));
-    visit_series(model, [&](const TimeSeries& series) { rows += series.times.size(); });
-    return rows;
+    for (const System& system : model.systems) {
+        for (const SegmentSeriesSet* set : {&system.boundaries, &system.loads}) {
+            for (const SegmentSeries& item : set->items) {
+                reals += of_a_pair * item.series.times.size();
+            }
+        }
+    }
+    for (const FlowField& field : model.flow_fields) {
+        for (const FlowFunction& function : field.functions) {
+            reals += of_a_pair * function.series.times.size();
+        }
+    }
+    return reals;
 }
 
 } // namespace velm::bench

@@ -2,16 +2,12 @@
 // no problem, an export of the model gives the same bytes.
 
 #include "fuzz/fuzz_bytes.hpp"
+#include "fuzz/scratch_folder.hpp"
 #include "headless_host/headless_host.hpp"
 #include "input_file/input_file.hpp"
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 #include <string>
-
-#include <unistd.h>
 
 using namespace velm;
 
@@ -19,27 +15,15 @@ extern "C" void importexport();
 
 namespace {
 
-namespace fs = std::filesystem;
-
-/// In memory where the system has such a folder.
-fs::path output_file()
-{
-    const fs::path folder = fs::exists("/dev/shm") ? fs::path("/dev/shm") : fs::temp_directory_path();
-    return folder / ("velm_input_file_fuzz_" + std::to_string(getpid()));
-}
-
 std::string exported(const Model& model)
 {
-    const fs::path path = output_file();
+    const std::filesystem::path path = scratch_folder() / "exported.inp";
     HeadlessHost host(model, path.string());
     velm_host_attach(&HeadlessHost::answer, &host);
     importexport();
     velm_host_attach(nullptr, nullptr);
     expect(host.export_completed() && host.fault_count() == 0, "a model without problems is exported");
-    std::ifstream stream(path, std::ios::binary);
-    std::string bytes(std::istreambuf_iterator<char>(stream), {});
-    fs::remove(path);
-    return bytes;
+    return content_of(path);
 }
 
 } // namespace

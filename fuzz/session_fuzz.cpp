@@ -6,6 +6,7 @@
 // numbers, one exchange a line; what makes them a whole session is put around them.
 
 #include "fuzz/fuzz_bytes.hpp"
+#include "fuzz/scratch_folder.hpp"
 #include "headless_host/request.hpp"
 #include "session/model_of_session.hpp"
 #include "session/replay.hpp"
@@ -14,14 +15,11 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
-
-#include <unistd.h>
 
 using namespace velm;
 
@@ -29,37 +27,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// In memory where the system has such a folder; gone with the object.
-class SessionFile {
-public:
-    explicit SessionFile(const char* name)
-        : path_((fs::exists("/dev/shm") ? fs::path("/dev/shm") : fs::temp_directory_path()) /
-                ("velm_session_fuzz_" + std::to_string(getpid()) + name))
-    {
-        fs::remove(path_);
-    }
-    ~SessionFile() { fs::remove(path_); }
-    SessionFile(const SessionFile&) = delete;
-    SessionFile& operator=(const SessionFile&) = delete;
-    SessionFile(SessionFile&&) = delete;
-    SessionFile& operator=(SessionFile&&) = delete;
-
-    [[nodiscard]] const fs::path& path() const { return path_; }
-
-private:
-    fs::path path_;
-};
-
 std::string session_of(std::string_view lines)
 {
-    std::string session = R"({"velm_session":1})";
+    std::string session = "{\"velm_session\":2}";
     int number = 0;
     const auto add = [&](std::string_view members) {
         session += "\n{\"exchange\":" + std::to_string(++number) + ',';
         session += members;
         session += '}';
     };
-    add(R"("key":"GFILENAME","in":[],"out":[{"text":")" + std::string(512, ' ') + R"(","unchanged":[]}])");
+    add(R"("key":"GFILENAME","form":1,"lengths":[10,512],"in":[],"out":[{"text":")" + std::string(512, ' ') + "\"}]");
     while (!lines.empty()) {
         const std::size_t end = std::min(lines.find('\n'), lines.size() - 1);
         add(lines.substr(0, lines[end] == '\n' ? end : end + 1));
@@ -90,44 +67,25 @@ Reading read(const fs::path& file)
     return reading;
 }
 
-std::string bytes_of(Kind kind, const RecordedValue& value)
+/// A value's bytes when the call has returned.
+std::string_view bytes_after(const RecordedExchange& exchange, std::size_t i)
 {
-    const auto bytes = [](const auto* first, std::size_t count) {
-        return std::string(reinterpret_cast<const char*>(first), count * sizeof *first);
-    };
-    switch (kind) {
-    case Kind::integer: return bytes(&value.integer, 1);
-    case Kind::real: return bytes(&value.real, 1);
-    case Kind::text: return value.text;
-    case Kind::series: return value.series.empty() ? "" : bytes(value.series.data(), value.series.size());
-    }
-    return {};
-}
-
-/// A value when the call has returned.
-const RecordedValue& value_after(const RecordedExchange& exchange, std::size_t argument)
-{
-    const bool is_changed = exchange.in_values_changed && exchange.key().arguments[argument].direction == Direction::in;
-    return is_changed ? exchange.in_after[argument] : exchange.values[argument];
+    const auto& [kind, direction, length, meaning] = exchange.key().arguments[i];
+    const bool is_changed = exchange.in_values_changed && direction == Direction::in;
+    return bytes_of(kind, is_changed ? exchange.in_after[i] : exchange.values[i]);
 }
 
 /// The plug-in's memory for a request: fields of exactly their sizes, which hold something that no host left there.
 class Memory {
 public:
-    explicit Memory(const RecordedExchange& exchange)
+    explicit Memory(RecordedExchange exchange) : request_(request_of(exchange))
     {
-        const HostKey& key = exchange.key();
-        request_.key = key.name.data();
-        request_.key_length = key.length();
-        request_.key_position = exchange.key_position;
-        request_.call_form = static_cast<std::int32_t>(key.argument_count);
         std::ranges::copy(exchange.text_lengths, request_.text_lengths);
-        for (std::size_t i = 0; i < key.argument_count; ++i) {
-            const Argument& argument = key.arguments[i];
-            std::string bytes = bytes_of(argument.kind, exchange.values[i]);
-            if (argument.direction == Direction::out) {
-                bytes.assign(argument.kind == Kind::series ? Request::series_entries * sizeof(float) : bytes.size(),
-                             'Z');
+        for (std::size_t i = 0; i < exchange.key().argument_count; ++i) {
+            const auto& [kind, direction, length, meaning] = exchange.key().arguments[i];
+            std::string bytes(bytes_of(kind, exchange.values[i]));
+            if (direction == Direction::out) {
+                bytes.assign(kind == Kind::series ? Request::series_entries * sizeof(float) : bytes.size(), 'Z');
             }
             fields_[i] = std::make_unique<char[]>(bytes.size());
             std::ranges::copy(bytes, fields_[i].get());
@@ -140,39 +98,31 @@ public:
     /// Whether the fields hold what the recorded call left there.
     [[nodiscard]] bool is_as_after(const RecordedExchange& exchange) const
     {
+        bool is_same = true;
         for (std::size_t i = 0; i < exchange.key().argument_count; ++i) {
-            const std::string after = bytes_of(exchange.key().arguments[i].kind, value_after(exchange, i));
-            if (std::string_view(fields_[i].get(), after.size()) != after) {
-                return false;
-            }
+            const std::string_view after = bytes_after(exchange, i);
+            is_same = is_same && std::string_view(fields_[i].get(), after.size()) == after;
         }
-        return true;
+        return is_same;
     }
 
 private:
-    velm_host_request request_{};
+    velm_host_request request_;
     std::array<std::unique_ptr<char[]>, HostKey::most_arguments> fields_;
 };
 
 /// A series that is recorded again has as many entries as were counted just before.
 bool are_same(const RecordedExchange& one, const RecordedExchange& other)
 {
-    if (one.key_position != other.key_position || one.text_lengths != other.text_lengths) {
-        return false;
+    bool is_same = one.key_position == other.key_position && one.text_lengths == other.text_lengths;
+    for (std::size_t i = 0; is_same && i < one.key().argument_count; ++i) {
+        const std::string_view bytes = bytes_after(one, i);
+        const std::string_view again = bytes_after(other, i);
+        const std::size_t size =
+            one.key().arguments[i].kind == Kind::series ? std::min(bytes.size(), again.size()) : std::string_view::npos;
+        is_same = bytes.substr(0, size) == again.substr(0, size);
     }
-    for (std::size_t i = 0; i < one.key().argument_count; ++i) {
-        const Kind kind = one.key().arguments[i].kind;
-        std::string bytes = bytes_of(kind, value_after(one, i));
-        std::string other_bytes = bytes_of(kind, value_after(other, i));
-        if (kind == Kind::series) {
-            bytes.resize(std::min(bytes.size(), other_bytes.size()));
-            other_bytes.resize(bytes.size());
-        }
-        if (bytes != other_bytes) {
-            return false;
-        }
-    }
-    return true;
+    return is_same;
 }
 
 /// Two things belong to the replay: the output file's name, and what is posted of the version.
@@ -195,10 +145,11 @@ void replay_and_record(const fs::path& session, const Reading& reading)
     if (asked.empty()) {
         return;
     }
-    const SessionFile again("_again");
+    const fs::path again = scratch_folder() / "again.jsonl";
+    fs::remove(again);
     SessionReader reader(session);
     Replay replay(reader, 1, "out.inp");
-    SessionRecorder recorder(again.path());
+    SessionRecorder recorder(again);
     for (const RecordedExchange& exchange : asked) {
         const Memory memory(exchange);
         recorder.record(memory.request(), [&] { Replay::answer(&replay, &memory.request()); });
@@ -209,7 +160,7 @@ void replay_and_record(const fs::path& session, const Reading& reading)
     recorder.close();
     expect(recorder.failure().empty(), "a replay can be recorded");
 
-    const Reading recorded = read(again.path());
+    const Reading recorded = read(again);
     expect(recorded.is_sound && recorded.exchanges.size() == asked.size(), "a recording is sound");
     for (std::size_t i = 0; i < asked.size(); ++i) {
         expect(are_same(asked[i], recorded.exchanges[i]) || is_answered_otherwise(asked[i]), "it holds what passed");
@@ -221,12 +172,12 @@ void replay_and_record(const fs::path& session, const Reading& reading)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
 {
     const std::string_view input(reinterpret_cast<const char*>(bytes), size);
-    const SessionFile file("");
-    std::ofstream(file.path(), std::ios::binary) << (input.starts_with('S') ? input.substr(1) : session_of(input));
-    const Reading reading = read(file.path());
-    replay_and_record(file.path(), reading);
+    const fs::path file = scratch_folder() / "session.jsonl";
+    write_file(file, input.starts_with('S') ? input.substr(1) : session_of(input));
+    const Reading reading = read(file);
+    replay_and_record(file, reading);
     try {
-        (void)model_of_session(file.path(), 1);
+        (void)model_of_session(file, 1);
     } catch (const NoModel& error) {
         expect(*error.what() != '\0', "what is no model has words");
     } catch (const SessionError&) {

@@ -1,8 +1,8 @@
 #include "fuzz/store_base.hpp"
 
+#include "fuzz/scratch_folder.hpp"
 #include "model_store/model_store.hpp"
 
-#include <fstream>
 #include <iterator>
 #include <limits>
 #include <memory>
@@ -16,21 +16,10 @@ extern const std::string_view everything_sql; // the bytes of a golden model's S
 
 namespace {
 
-namespace fs = std::filesystem;
-
 struct Table {
     std::string name;
     std::vector<std::string> columns;
 };
-
-struct Close {
-    void operator()(sqlite3* database) const { sqlite3_close(database); }
-    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-};
-using Connection = std::unique_ptr<sqlite3, Close>;
-
-/// Runs SQL, with a value in the place of the first `?`; first columns of all rows. What fails changes nothing.
-std::vector<std::string> run(const Connection& database, const std::string& sql, FuzzBytes* value = nullptr);
 
 void bind(sqlite3_stmt* statement, FuzzBytes& value)
 {
@@ -49,109 +38,105 @@ void bind(sqlite3_stmt* statement, FuzzBytes& value)
     }
 }
 
-std::vector<std::string> run(const Connection& database, const std::string& sql, FuzzBytes* value)
-{
-    std::vector<std::string> rows;
-    const char* rest = sql.c_str();
-    while (*rest != '\0') {
-        sqlite3_stmt* prepared = nullptr;
-        expect(sqlite3_prepare_v2(database.get(), rest, -1, &prepared, &rest) == SQLITE_OK, "the SQL is sound");
-        const std::unique_ptr<sqlite3_stmt, Close> statement(prepared);
-        if (value != nullptr) {
-            bind(prepared, *value);
+/// A database in a file of the folder, for as long as it is worked on.
+class Database {
+public:
+    explicit Database(std::string_view bytes) : file_(scratch_folder() / "worked_on.db")
+    {
+        write_file(file_, bytes);
+        sqlite3_open(file_.c_str(), &database_);
+        run("PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF");
+    }
+    ~Database()
+    {
+        sqlite3_close(database_);
+        std::filesystem::remove(file_);
+    }
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+    Database(Database&&) = delete;
+    Database& operator=(Database&&) = delete;
+
+    /// Runs SQL, with a value in the place of the first `?`; first columns of all rows. What fails changes nothing.
+    std::vector<std::string> run(const std::string& sql, FuzzBytes* value = nullptr)
+    {
+        std::vector<std::string> rows;
+        for (const char* rest = sql.c_str(); *rest != '\0';) {
+            sqlite3_stmt* statement = nullptr;
+            expect(sqlite3_prepare_v2(database_, rest, -1, &statement, &rest) == SQLITE_OK, "the SQL is sound");
+            if (value != nullptr) {
+                bind(statement, *value);
+            }
+            while (statement != nullptr && sqlite3_step(statement) == SQLITE_ROW) {
+                const unsigned char* text = sqlite3_column_text(statement, 0);
+                rows.emplace_back(text == nullptr ? "" : reinterpret_cast<const char*>(text));
+            }
+            sqlite3_finalize(statement);
         }
-        while (prepared != nullptr && sqlite3_step(prepared) == SQLITE_ROW) {
-            const unsigned char* text = sqlite3_column_text(prepared, 0);
-            rows.emplace_back(text == nullptr ? "" : reinterpret_cast<const char*>(text));
+        return rows;
+    }
+    std::vector<Table> tables()
+    {
+        std::vector<Table> tables;
+        for (const std::string& name : run("SELECT name FROM sqlite_schema WHERE type = 'table'")) {
+            tables.push_back({name, run("SELECT name FROM pragma_table_info('" + name + "')")});
         }
+        return tables;
     }
-    return rows;
-}
+    [[nodiscard]] std::string bytes() const { return content_of(file_); }
 
-std::string serialized(const Connection& database)
-{
-    sqlite3_int64 size = 0;
-    const std::unique_ptr<unsigned char, decltype(&sqlite3_free)> bytes(
-        sqlite3_serialize(database.get(), "main", &size, 0), &sqlite3_free);
-    return {reinterpret_cast<const char*>(bytes.get()), static_cast<std::size_t>(size)};
-}
+private:
+    std::filesystem::path file_;
+    sqlite3* database_ = nullptr;
+};
 
-Connection in_memory(const std::string& bytes)
+std::string without_checks()
 {
-    sqlite3* opened = nullptr;
-    sqlite3_open(":memory:", &opened);
-    auto* const copy = static_cast<unsigned char*>(sqlite3_malloc64(bytes.size()));
-    std::copy(bytes.begin(), bytes.end(), copy);
-    const auto size = static_cast<sqlite3_int64>(bytes.size());
-    sqlite3_deserialize(opened, "main", copy, size, size,
-                        SQLITE_DESERIALIZE_FREEONCLOSE | SQLITE_DESERIALIZE_RESIZEABLE);
-    return Connection(opened);
-}
-
-std::string made_sound(const fs::path& folder)
-{
-    const fs::path file = folder / "sound.db";
-    create_database(std::string(model_schema()) + std::string(everything_sql), file);
-    sqlite3* opened = nullptr;
-    sqlite3_open(file.c_str(), &opened);
-    const Connection database(opened);
-    run(database, "PRAGMA page_size = 512; VACUUM");
-    fs::remove(file);
-    return serialized(database);
-}
-
-std::vector<Table> tables_of(const Connection& database)
-{
-    std::vector<Table> tables;
-    for (const std::string& name : run(database, "SELECT name FROM sqlite_schema WHERE type = 'table'")) {
-        tables.push_back({name, run(database, "SELECT name FROM pragma_table_info('" + name + "')")});
+    Database database(sound_database());
+    for (const Table& table : database.tables()) {
+        database.run("CREATE TABLE copy AS SELECT * FROM " + table.name + "; DROP TABLE " + table.name +
+                     "; ALTER TABLE copy RENAME TO " + table.name);
     }
-    return tables;
+    database.run("VACUUM");
+    return database.bytes();
 }
 
-std::string without_checks(const std::string& sound)
-{
-    const Connection database = in_memory(sound);
-    for (const Table& table : tables_of(database)) {
-        run(database, "CREATE TABLE copy AS SELECT * FROM " + table.name + "; DROP TABLE " + table.name +
-                          "; ALTER TABLE copy RENAME TO " + table.name);
-    }
-    run(database, "VACUUM");
-    return serialized(database);
-}
-
-void change(const Connection& database, const Table& table, FuzzBytes& changes)
+void change(Database& database, const Table& table, FuzzBytes& changes)
 {
     const std::uint8_t what = changes.byte();
     const std::string row = " WHERE rowid = " + std::to_string(1 + changes.byte() % 16);
     if (what < 0xc0) {
-        run(database, "UPDATE " + table.name + " SET " + table.columns[what % table.columns.size()] + " = ?" + row,
-            &changes);
+        database.run("UPDATE " + table.name + " SET " + table.columns[what % table.columns.size()] + " = ?" + row,
+                     &changes);
     } else if (what < 0xe0) {
-        run(database, "INSERT INTO " + table.name + " SELECT * FROM " + table.name + row);
+        database.run("INSERT INTO " + table.name + " SELECT * FROM " + table.name + row);
     } else {
-        run(database, "DELETE FROM " + table.name + row);
+        database.run("DELETE FROM " + table.name + row);
     }
 }
 
 } // namespace
 
-const std::string& sound_database(const fs::path& folder)
+const std::string& sound_database()
 {
-    static const std::string bytes = made_sound(folder);
+    static const std::string bytes = [] {
+        Database database("");
+        database.run("PRAGMA page_size = 512; " + std::string(model_schema()) + std::string(everything_sql));
+        return database.bytes();
+    }();
     return bytes;
 }
 
-std::string database_with_rows(const fs::path& folder, FuzzBytes changes)
+std::string database_with_rows(FuzzBytes changes)
 {
-    static const std::string unchecked = without_checks(sound_database(folder));
-    static const std::vector<Table> tables = tables_of(in_memory(unchecked));
-    const Connection database = in_memory(unchecked);
+    static const std::string unchecked = without_checks();
+    static const std::vector<Table> tables = Database(unchecked).tables();
+    Database database(unchecked);
     while (!changes.empty()) {
         const Table& table = tables[changes.byte() % tables.size()];
         change(database, table, changes);
     }
-    return serialized(database);
+    return database.bytes();
 }
 
 } // namespace velm

@@ -5,15 +5,13 @@
 // whose tables check nothing, anything else changes to the bytes of a sound one.
 
 #include "fuzz/fuzz_bytes.hpp"
+#include "fuzz/scratch_folder.hpp"
 #include "fuzz/store_base.hpp"
 #include "model_store/model_store.hpp"
 
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <string>
-
-#include <unistd.h>
 
 using namespace velm;
 
@@ -21,32 +19,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// In memory where the system has such a folder; gone with the process.
-const fs::path& folder()
-{
-    static const struct Folder {
-        fs::path path = (fs::exists("/dev/shm") ? fs::path("/dev/shm") : fs::temp_directory_path()) /
-                        ("velm_store_fuzz_" + std::to_string(getpid()));
-        Folder() { fs::create_directories(path); }
-        ~Folder() { fs::remove_all(path); }
-        Folder(const Folder&) = delete;
-        Folder& operator=(const Folder&) = delete;
-        Folder(Folder&&) = delete;
-        Folder& operator=(Folder&&) = delete;
-    } made;
-    return made.path;
-}
-
-std::string content_of(const fs::path& file)
-{
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 /// Runs of bytes put into a sound database: offset, length, bytes. A length of 0 cuts the file there.
 std::string patched(FuzzBytes patches)
 {
-    std::string bytes = sound_database(folder());
+    std::string bytes = sound_database();
     while (!patches.empty()) {
         const std::size_t offset = (patches.number<std::uint16_t>() + 0x10000U * patches.byte()) % bytes.size();
         const std::size_t length = patches.byte() % 32U;
@@ -61,7 +37,7 @@ std::string patched(FuzzBytes patches)
 
 void check_saved_and_loaded(const Model& model)
 {
-    const fs::path copy = folder() / "copy.db";
+    const fs::path copy = scratch_folder() / "copy.db";
     save_model(model, copy);
     expect(load_model(copy) == model, "a model that was loaded is the same when saved and loaded again");
     fs::remove(copy);
@@ -72,21 +48,21 @@ void check_saved_and_loaded(const Model& model)
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
 {
     const std::string_view input(reinterpret_cast<const char*>(bytes), size);
-    const fs::path file = folder() / "model.db";
+    const fs::path file = scratch_folder() / "model.db";
     const FuzzBytes rest(bytes + (size == 0 ? 0 : 1), size == 0 ? 0 : size - 1);
     const std::string database = input.starts_with('S')   ? std::string(input)
-                                 : input.starts_with('R') ? database_with_rows(folder(), rest)
+                                 : input.starts_with('R') ? database_with_rows(rest)
                                                           : patched(rest);
-    std::ofstream(file, std::ios::binary) << database;
+    write_file(file, database);
     LoadOptions options;
     options.quick_check = size % 2 != 0;
     try {
         check_saved_and_loaded(load_model(file, options));
     } catch (const StoreError& error) {
         expect(!error.problems.empty() && *error.what() != '\0', "an error says what is wrong");
-        expect(!fs::exists(folder() / "copy.db"), "what was loaded can be saved");
+        expect(!fs::exists(scratch_folder() / "copy.db"), "what was loaded can be saved");
     }
     expect(content_of(file) == database, "the file is not written to");
-    expect(std::distance(fs::directory_iterator(folder()), {}) == 1, "nothing is left beside it");
+    expect(std::distance(fs::directory_iterator(scratch_folder()), {}) == 1, "nothing is left beside it");
     return 0;
 }

@@ -3,6 +3,7 @@
 #include "input_file/record_reader.hpp"
 #include "input_file/records.hpp"
 #include "input_file/sections.hpp"
+#include "plain_text/plain_text.hpp"
 
 #include <algorithm>
 #include <cerrno>
@@ -104,28 +105,28 @@ InputFile read_input_file(const std::filesystem::path& file, const ReadOptions& 
     errno = 0;
     std::ifstream input(file, std::ios::binary);
     if (!input) {
-        throw std::system_error(errno, std::generic_category(), file.string() + " cannot be opened");
+        throw std::system_error(errno, std::generic_category(), shown(file) + " cannot be opened");
     }
     try {
         return read_input_file(input, options);
     } catch (const std::system_error& error) {
-        throw std::system_error(error.code(), file.string() + " cannot be read");
+        throw std::system_error(error.code(), shown(file) + " cannot be read");
     }
 }
 
-std::vector<Place> places_of(const std::filesystem::path& file, std::span<const Datum> data)
+std::vector<Place> places_of(const std::filesystem::path& file, std::span<const Address> data)
 {
-    std::multimap<std::array<std::int32_t, 3>, std::size_t> by_key; // most fields are none of those asked for
+    std::multimap<RowNumbers, std::size_t> by_key; // most fields are none of those asked for
     for (std::size_t i = 0; i < data.size(); ++i) {
-        by_key.emplace(data[i].key, i);
+        by_key.emplace(data[i].numbers, i);
     }
     std::vector<Place> places(data.size());
     ReadOptions options;
     options.most_problems = 0;
     options.on_field = [&](const FieldText& field) {
-        const auto [begin, end] = by_key.equal_range(field.datum.key);
+        const auto [begin, end] = by_key.equal_range(field.address.numbers);
         for (auto it = begin; it != end; ++it) {
-            if (field.datum == data[it->second]) {
+            if (field.address == data[it->second]) {
                 places[it->second] = field.place;
             }
         }

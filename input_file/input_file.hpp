@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/address.hpp"
 #include "model/model.hpp"
 
 #include <array>
@@ -41,22 +42,10 @@ struct Place {
     bool operator==(const Place&) const = default;
 };
 
-/// A value of a model by its place in a model database: table, column, and the row's key in the table's key order, 0
-/// where the key is shorter. Types are numbered by their order in the file.
-///
-///     {"boundary_value", "time", {1, 2, 17}} is the time of system 1, boundary 2, pair 17
-struct Datum {
-    std::string_view table;
-    std::string_view column;
-    std::array<std::int32_t, 3> key{};
-
-    bool operator==(const Datum&) const = default;
-};
-
 /// A field as it stands in the file. The views hold for the duration of the call that delivers them.
 struct FieldText {
     Section section{};
-    Datum datum;
+    Address address; ///< types are numbered by their order in the file
     Place place;
     std::string_view record; ///< without its line end
     std::string_view text;   ///< the field's columns in `record`; of a free-form number its characters without blanks
@@ -119,10 +108,6 @@ struct ReadOptions {
     std::function<void(const FieldText&)> on_field;
     /// Called with every problem, also those that are not listed.
     std::function<void(const InputProblem&)> on_problem;
-    /// Called with every time series when it has been read: its table, such as "boundary_value", and the two numbers
-    /// that the keys of its rows begin with. The keys of a table rise.
-    std::function<void(std::string_view table, const std::array<std::int32_t, 2>& key, const TimeSeries& series)>
-        on_series;
     /// Called now and then with the bytes read so far.
     std::function<void(std::uint64_t bytes)> on_progress;
 };
@@ -133,7 +118,7 @@ struct InputFile {
     std::vector<InputProblem> problems;
     std::uint64_t problem_count = 0;                           ///< also those that are not listed
     std::array<std::uint64_t, problem_kinds> problem_counts{}; ///< by kind
-    std::vector<Datum> gaps;                                   ///< the data without a value, where the model has 0
+    std::vector<Address> gaps;                                 ///< the data without a value, where the model has 0
     bool whole = true;                                         ///< every section was read to its end
     std::uint64_t unused_instances = 0; ///< put into the model to keep the numbers of the used ones
     std::uint64_t bytes = 0;
@@ -148,6 +133,6 @@ struct InputFile {
 [[nodiscard]] InputFile read_input_file(std::istream& input, const ReadOptions& options = {});
 
 /// Where each of `data` stands in the file, by reading it again; {0, 0} for one that is not there.
-[[nodiscard]] std::vector<Place> places_of(const std::filesystem::path& file, std::span<const Datum> data);
+[[nodiscard]] std::vector<Place> places_of(const std::filesystem::path& file, std::span<const Address> data);
 
 } // namespace velm

@@ -1,5 +1,7 @@
 #include "input_file/integer_text.hpp"
 
+#include "model/words.hpp"
+
 #include <charconv>
 
 namespace velm {
@@ -9,11 +11,10 @@ IntegerText integer_in(std::string_view text, bool in_field)
     if (in_field && is_asterisks(text)) {
         return {IntegerTextKind::asterisks};
     }
-    const std::size_t begin = text.find_first_not_of(' ');
-    if (begin == std::string_view::npos) {
+    const std::string_view number = without_blanks(text);
+    if (number.empty()) {
         return {};
     }
-    const std::string_view number = text.substr(begin, text.find_last_not_of(' ') - begin + 1);
     const bool plus = number.front() == '+';
     std::int32_t value = 0;
     const auto read = std::from_chars(number.data() + (plus ? 1 : 0), number.data() + number.size(), value);

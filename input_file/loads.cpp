@@ -11,7 +11,7 @@ void read_loads(RecordReader& in, Model& model)
     in.key(1);
     in.record(records::nps_option);
     model.nps_option = in.integer("nps_option");
-    const bool hidden = !in.result.gaps.empty() && in.result.gaps.back() == Datum{"model", "nps_option", {1}};
+    const bool hidden = !in.result.gaps.empty() && in.result.gaps.back() == Address{"model", "nps_option", {1}};
     if (model.nps_option > 0 || (hidden && !in.is_ahead(records::number_of_systems))) {
         in.record(records::nps_file);
         model.nps_file = text_as_served(in.text("nps_file"));

@@ -1,6 +1,7 @@
 #include "input_file/matching.hpp"
 
 #include "input_file/records.hpp"
+#include "model/words.hpp"
 
 #include <algorithm>
 #include <array>
@@ -82,10 +83,8 @@ bool has_columns_of(const Record& record, std::string_view line)
             return false;
         }
         if (part.kind == PartKind::integer || part.kind == PartKind::real) {
-            const std::size_t begin = found.find_first_not_of(' ');
-            if (begin == std::string_view::npos ||
-                !(found.front() == '*' ||
-                  begins_like_a_number(found.substr(begin, found.find_last_not_of(' ') - begin + 1)))) {
+            const std::string_view number = without_blanks(found);
+            if (number.empty() || !(found.front() == '*' || begins_like_a_number(number))) {
                 return false;
             }
         }

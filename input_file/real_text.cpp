@@ -1,5 +1,6 @@
 #include "input_file/real_text.hpp"
 
+#include "model/words.hpp"
 #include "record_output/real_rendering.hpp"
 
 #include <algorithm>
@@ -192,14 +193,13 @@ RealText value_of(std::string_view text, const IsTextOf& is_text_of)
 
 RealText real_in_field(std::string_view text, std::size_t decimals)
 {
-    const std::size_t begin = text.find_first_not_of(' ');
-    if (begin == std::string_view::npos) {
+    const std::string_view number = without_blanks(text);
+    if (number.empty()) {
         return {RealTextKind::no_number};
     }
     if (text.find_first_not_of('*') == std::string_view::npos) {
         return {RealTextKind::asterisks};
     }
-    const std::string_view number = text.substr(begin, text.find_last_not_of(' ') - begin + 1);
     return value_of(number, [&](float value) { return is_field_text_of(value, text, decimals); });
 }
 

@@ -77,7 +77,8 @@ void RecordReader::time_pairs(const Count& count, const Record& row, TimeSeries&
     values_.clear();
     const Part& time = row.part("time");
     const Part& value = row.part("value");
-    const auto [first, second, none] = key_;
+    const auto first = static_cast<std::int32_t>(key_[0]);
+    const auto second = static_cast<std::int32_t>(key_[1]);
     for (std::int32_t number = 1; goes_on(count, number, row); ++number) {
         key(first, second, number);
         record(row);
@@ -86,9 +87,6 @@ void RecordReader::time_pairs(const Count& count, const Record& row, TimeSeries&
     }
     series.times.assign(times_.begin(), times_.end());
     series.values.assign(values_.begin(), values_.end());
-    if (options_.on_series) {
-        options_.on_series(time.table, {first, second}, series);
-    }
 }
 
 } // namespace velm

@@ -2,6 +2,8 @@
 
 #include "input_file/matching.hpp"
 #include "input_file/text_content.hpp"
+#include "model/words.hpp"
+#include "plain_text/plain_text.hpp"
 
 #include <algorithm>
 #include <cstring>
@@ -15,14 +17,6 @@ std::string description_of(const Record& record)
     return "the record " + in_quotes(record.name()) +
            (record.is_row() ? " of " + std::to_string(record.size()) + " numbers"
                             : " of " + std::to_string(record.width()) + " characters");
-}
-
-/// Of an item's field, such as "minimum depth".
-std::string in_words(std::string_view name)
-{
-    std::string words(name);
-    std::replace(words.begin(), words.end(), '_', ' ');
-    return words;
 }
 
 } // namespace
@@ -262,8 +256,13 @@ void RecordReader::report_at(Place place, ProblemKind kind, std::string_view fie
     if (!is_listed && !options_.on_problem) {
         return;
     }
-    InputProblem problem{
-        kind, section_, place, in_words(field), printable_field(raw), std::move(message), std::move(expected)};
+    InputProblem problem{kind,
+                         section_,
+                         place,
+                         name_in_words(field),
+                         printable_latin1(raw, longest_quote),
+                         std::move(message),
+                         std::move(expected)};
     if (options_.on_problem) {
         options_.on_problem(problem);
     }

@@ -139,7 +139,7 @@ private:
     const char* split_line_ = nullptr; ///< the line ahead, when numbers_ are its numbers
     std::size_t split_numbers_ = 0;
     std::size_t next_part_ = 0;
-    std::array<std::int32_t, 3> key_{};
+    RowNumbers key_{};
     std::vector<float> times_;
     std::vector<float> values_;
 };

@@ -23,8 +23,7 @@ namespace velm {
 /// and the NUL are not among them, something lies beyond them, and a point takes its place.
 [[nodiscard]] std::string text_before_nul_or_cut(std::string_view beginning);
 
-/// Bytes in ISO 8859-1 as UTF-8 for a message: control characters as \xNN, a long text cut.
-[[nodiscard]] std::string printable_field(std::string_view bytes);
+/// Bytes in ISO 8859-1 for a message.
 [[nodiscard]] std::string in_quotes(std::string_view bytes);
 
 } // namespace velm

@@ -1,7 +1,7 @@
 #include "json_text/json_text.hpp"
 
-#include <rapidjson/encodings.h>
-#include <rapidjson/memorystream.h>
+#include "plain_text/plain_text.hpp"
+
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/stringbuffer.h>
 
@@ -12,16 +12,24 @@ namespace velm {
 
 namespace {
 
-bool is_utf8(std::string_view text)
+/// A text with its quotes. Beside what JSON asks for, all that could steer a terminal is escaped.
+std::string quoted(std::string_view text)
 {
-    rapidjson::MemoryStream bytes(text.data(), text.size());
-    rapidjson::StringBuffer unused;
-    while (bytes.Tell() < text.size()) {
-        if (!rapidjson::UTF8<>::Validate(bytes, unused)) {
-            return false;
+    std::string json = "\"";
+    while (!text.empty()) {
+        const Character character = first_character(text);
+        const std::size_t bytes = std::max<std::size_t>(character.bytes, 1);
+        if (character.bytes == 0) {
+            json += '?';
+        } else if (is_steering(character.code)) {
+            json += "\\u" + hexadecimal(character.code, 4);
+        } else {
+            json += character.code == U'"' || character.code == U'\\' ? "\\" : "";
+            json += text.substr(0, bytes);
         }
+        text.remove_prefix(bytes);
     }
-    return true;
+    return json + '"';
 }
 
 } // namespace
@@ -30,7 +38,7 @@ struct JsonText::Writer {
     rapidjson::StringBuffer buffer;
     rapidjson::PrettyWriter<rapidjson::StringBuffer> json{buffer};
 
-    void put(std::string_view text) { json.String(text.data(), static_cast<rapidjson::SizeType>(text.size())); }
+    void put(const std::string& text) { json.RawValue(text.data(), text.size(), rapidjson::kStringType); }
 };
 
 JsonText::JsonText() : writer_(std::make_unique<Writer>())
@@ -65,14 +73,7 @@ void JsonText::end_array()
 void JsonText::put(std::string_view member, std::string_view value)
 {
     name(member);
-    if (is_utf8(value)) {
-        writer_->put(value);
-        return;
-    }
-    std::string ascii(value);
-    std::replace_if(
-        ascii.begin(), ascii.end(), [](char byte) { return static_cast<unsigned char>(byte) >= 0x80; }, '?');
-    writer_->put(ascii);
+    writer_->put(quoted(value));
 }
 
 void JsonText::put(std::string_view member, std::uint64_t value)

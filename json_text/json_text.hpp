@@ -29,7 +29,8 @@ public:
     void begin_array(std::string_view member = {});
     void end_array();
 
-    /// Members. Of a text that is no UTF-8, each byte beyond ASCII becomes a question mark.
+    /// Members. A byte of a text that is no UTF-8 becomes a question mark; what could steer a terminal
+    /// or turn a line around is escaped.
     void put(std::string_view member, std::string_view value);
     void put(std::string_view member, std::uint64_t value);
     void put(std::string_view member, double value); ///< null for what is not finite

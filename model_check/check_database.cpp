@@ -17,13 +17,13 @@ namespace {
 
 constexpr std::size_t most_row_problems = 10'000;
 
-Finding finding_at(const Datum& datum, FindingKind kind, std::string message)
+Finding finding_at(const Address& address, FindingKind kind, std::string message)
 {
     return {.kind = kind,
             .message = std::move(message),
-            .table = std::string(datum.table),
-            .row = row_in_words(datum),
-            .column = std::string(datum.column)};
+            .table = std::string(address.table),
+            .row = row_in_words(address),
+            .column = std::string(address.column)};
 }
 
 void add_rows(FindingList& list, const StoreError& error)
@@ -49,10 +49,10 @@ std::string number_in_words(const DatumValue& value)
 void add_gaps(FindingList& list, const InputFile& written, const Model& model)
 {
     const ExportedTypes types(model);
-    for (const Datum& gap : written.gaps) {
-        const Datum datum = types.in_model(gap);
-        const std::string value = number_in_words(value_of(model, datum));
-        Finding finding = finding_at(datum, FindingKind::field_overflow, value + " is too wide for its field");
+    for (const Address& gap : written.gaps) {
+        const Address address = types.in_model(gap);
+        const std::string value = number_in_words(value_of(model, address));
+        Finding finding = finding_at(address, FindingKind::field_overflow, value + " is too wide for its field");
         finding.value = value;
         list.add(std::move(finding));
     }
@@ -61,7 +61,7 @@ void add_gaps(FindingList& list, const InputFile& written, const Model& model)
 void add_losses(FindingList& list, FindingKind kind, const LossList& losses)
 {
     for (const Loss& loss : losses.worst) {
-        Finding finding = finding_at(loss.datum, kind, loss.in_words());
+        Finding finding = finding_at(loss.address, kind, loss.in_words());
         finding.value = real_in_words(loss.value);
         finding.text = loss.text;
         list.add(std::move(finding));
@@ -74,7 +74,7 @@ void add_cut_texts(FindingList& list, const Losses& losses)
     for (const CutText& cut : losses.cut_texts) {
         const std::string text = field_as_text(cut.text);
         Finding finding =
-            finding_at(cut.datum, FindingKind::text_cut,
+            finding_at(cut.address, FindingKind::text_cut,
                        "of " + std::to_string(cut.whole.size()) + " characters the file has '" + text + "'");
         finding.value = field_as_text(cut.whole);
         finding.text = text;
@@ -90,9 +90,9 @@ void add_repeated_times(FindingList& list, const InputFile& written, const Model
     if (!written.whole) {
         return;
     }
-    check_meaning(written.model, [&](FindingKind kind, const Datum& datum, const std::string& message) {
-        if (kind == FindingKind::time_repeats && !is_near_a_gap(datum, written.gaps)) {
-            list.add(finding_at(types.in_model(datum), kind, "in the file, " + message));
+    check_meaning(written.model, [&](FindingKind kind, const Address& address, const std::string& message) {
+        if (kind == FindingKind::time_repeats && !is_near_a_gap(address, written.gaps)) {
+            list.add(finding_at(types.in_model(address), kind, "in the file, " + message));
         }
     });
 }
@@ -111,7 +111,7 @@ void check_export(FindingList& list, const Model& model, const std::filesystem::
     reading.on_field = [&](const FieldText& field) {
         losses.see(field);
         if (touches_its_neighbour(field)) {
-            Finding finding = finding_at(types.in_model(field.datum), FindingKind::touching_fields,
+            Finding finding = finding_at(types.in_model(field.address), FindingKind::touching_fields,
                                          "follows its neighbour in the file without a blank");
             finding.text = field_as_text(field.text);
             list.add(std::move(finding));
@@ -147,9 +147,9 @@ FileFindings check_database(const std::filesystem::path& file, const WriteInputF
         add_rows(list, error);
         return result;
     }
-    check_meaning(model, [&](FindingKind kind, const Datum& datum, std::string message) {
+    check_meaning(model, [&](FindingKind kind, const Address& address, std::string message) {
         if (kind != FindingKind::time_repeats) { // found in the file
-            list.add(finding_at(datum, kind, std::move(message)));
+            list.add(finding_at(address, kind, std::move(message)));
         }
     });
     check_export(list, model, write(model), options.most_of_a_kind);

@@ -16,7 +16,7 @@ namespace {
 /// A finding about a value of the model, whose place in the file is not known yet.
 struct ValueFinding {
     FindingKind kind{};
-    Datum datum;
+    Address address;
     std::string message;
 };
 
@@ -25,19 +25,19 @@ void add_values(FindingList& list, const std::filesystem::path& file, std::vecto
     if (values.empty()) {
         return;
     }
-    std::vector<Datum> data;
+    std::vector<Address> data;
     data.reserve(values.size());
     for (const ValueFinding& value : values) {
-        data.push_back(value.datum);
+        data.push_back(value.address);
     }
     const std::vector<Place> places = places_of(file, data);
     for (std::size_t i = 0; i < values.size(); ++i) {
-        const Datum& datum = values[i].datum;
+        const Address& address = values[i].address;
         list.add({.kind = values[i].kind,
                   .message = std::move(values[i].message),
                   .place = places[i],
-                  .section = std::string(name_of(section_of(datum.table, datum.column))),
-                  .field = field_in_words(datum)});
+                  .section = std::string(name_of(section_of(address.table, address.column))),
+                  .field = field_in_words(address)});
     }
 }
 
@@ -57,16 +57,17 @@ FileFindings check_input_file(const std::filesystem::path& file, const CheckOpti
                       .message = "follows its neighbour without a blank",
                       .place = field.place,
                       .section = std::string(name_of(field.section)),
-                      .field = field_in_words(field.datum),
+                      .field = field_in_words(field.address),
                       .text = field_as_text(field.text)});
         }
     };
     const InputFile read = read_input_file(file, reading);
     std::vector<ValueFinding> values;
     if (read.whole) { // with records missing, nothing can be said about how values belong together
-        check_meaning(read.model, [&](FindingKind kind, const Datum& datum, std::string message) {
-            if (kind != FindingKind::missing_segment && !is_near_a_gap(datum, read.gaps)) { // the reader reports those
-                values.push_back({kind, datum, std::move(message)});
+        check_meaning(read.model, [&](FindingKind kind, const Address& address, std::string message) {
+            if (kind != FindingKind::missing_segment &&
+                !is_near_a_gap(address, read.gaps)) { // the reader reports those
+                values.push_back({kind, address, std::move(message)});
             }
         });
     }

@@ -13,7 +13,7 @@ namespace {
 constexpr std::size_t most_pairs_shown = 99'999; // in the five columns of their count
 
 /// What a series as a whole is found by.
-Datum column_of_owner(std::string_view owner, std::array<std::int32_t, 3> key)
+Address column_of_owner(std::string_view owner, RowNumbers key)
 {
     return {owner, owner.ends_with("function") ? "description" : "segment", key};
 }
@@ -54,7 +54,7 @@ public:
 private:
     void check_times_of_run()
     {
-        const Datum minimum{"model", "minimum_time_step", {1}};
+        const Address minimum{"model", "minimum_time_step", {1}};
         not_negative(model_.minimum_time_step, minimum);
         not_negative(model_.maximum_time_step, {"model", "maximum_time_step", {1}});
         not_negative(model_.print_interval, {"model", "print_interval", {1}});
@@ -69,7 +69,7 @@ private:
     void check_segments()
     {
         for_each_numbered(model_.segments, [this](const Segment& segment, std::int32_t number) {
-            const Datum bottom{"segment", "bottom_segment", {number}};
+            const Address bottom{"segment", "bottom_segment", {number}};
             if (segment_or_none(segment.bottom_segment, bottom)) {
                 check_bottom(number, bottom);
             }
@@ -86,7 +86,7 @@ private:
     }
 
     /// Reports a circle once, at its lowest segment.
-    void check_bottom(std::int32_t start, const Datum& datum)
+    void check_bottom(std::int32_t start, const Address& address)
     {
         std::int32_t below = start;
         for (std::size_t steps = 0; steps < model_.segments.size(); ++steps) {
@@ -95,7 +95,7 @@ private:
                 return;
             }
             if (below == start) {
-                report_(FindingKind::bottom_circle, datum,
+                report_(FindingKind::bottom_circle, address,
                         "segment " + std::to_string(start) + " lies below itself, " + std::to_string(steps + 1) +
                             " down");
                 return;
@@ -193,7 +193,7 @@ private:
     }
 
     template <class Ends>
-    void check_ends(const Ends& ends, std::string_view table, std::array<std::int32_t, 3> key)
+    void check_ends(const Ends& ends, std::string_view table, RowNumbers key)
     {
         segment_or_none(ends.first_segment, {table, "first_segment", key});
         segment_or_none(ends.second_segment, {table, "second_segment", key});
@@ -206,8 +206,7 @@ private:
     }
 
     /// `key` is that of the series' owner, a row of `owner`.
-    void check_series(const TimeSeries& series, std::string_view owner, std::string_view table,
-                      std::array<std::int32_t, 3> key)
+    void check_series(const TimeSeries& series, std::string_view owner, std::string_view table, RowNumbers key)
     {
         if (series.times.empty()) {
             report_(FindingKind::no_time_pairs, column_of_owner(owner, key), "the series has no time pairs");
@@ -224,8 +223,8 @@ private:
     }
 
     template <class Predicate>
-    void report_first(const std::vector<float>& times, FindingKind kind, std::string_view table,
-                      std::array<std::int32_t, 3> key, Predicate is_wrong)
+    void report_first(const std::vector<float>& times, FindingKind kind, std::string_view table, RowNumbers key,
+                      Predicate is_wrong)
     {
         const auto first = std::adjacent_find(times.begin(), times.end(), is_wrong);
         if (first == times.end()) {
@@ -242,32 +241,32 @@ private:
     }
 
     /// True when the segment exists. 0 names none.
-    bool segment_or_none(std::int32_t segment, const Datum& datum)
+    bool segment_or_none(std::int32_t segment, const Address& address)
     {
         if (segment < 0 || static_cast<std::size_t>(segment) > model_.segments.size()) {
-            report_missing(segment, datum);
+            report_missing(segment, address);
             return false;
         }
         return segment != 0;
     }
 
-    void report_missing(std::int32_t segment, const Datum& datum)
+    void report_missing(std::int32_t segment, const Address& address)
     {
-        report_(FindingKind::missing_segment, datum,
+        report_(FindingKind::missing_segment, address,
                 std::to_string(segment) + " is not one of the " + std::to_string(model_.segments.size()) + " segments");
     }
 
-    void fraction(float value, const Datum& datum)
+    void fraction(float value, const Address& address)
     {
         if (value < 0 || value > 1) {
-            report_(FindingKind::fraction, datum, real_in_words(value) + " is outside 0 to 1");
+            report_(FindingKind::fraction, address, real_in_words(value) + " is outside 0 to 1");
         }
     }
 
-    void not_negative(float value, const Datum& datum)
+    void not_negative(float value, const Address& address)
     {
         if (value < 0) {
-            report_(FindingKind::negative, datum, real_in_words(value) + " is negative");
+            report_(FindingKind::negative, address, real_in_words(value) + " is negative");
         }
     }
 

@@ -13,7 +13,7 @@ namespace {
 
 /// The item of that number, or none.
 template <class Item>
-const Item* at(const std::vector<Item>* items, std::int32_t number)
+const Item* at(const std::vector<Item>* items, std::int64_t number)
 {
     return items != nullptr && number >= 1 && static_cast<std::size_t>(number) <= items->size()
                ? &(*items)[static_cast<std::size_t>(number - 1)]
@@ -60,7 +60,7 @@ DatumValue column_of(const Item* item, std::string_view column)
     return found;
 }
 
-DatumValue element(const std::vector<float>* values, std::int32_t number)
+DatumValue element(const std::vector<float>* values, std::int64_t number)
 {
     const float* const value = at(values, number);
     return value == nullptr ? DatumValue{} : pointer_to(*value);
@@ -68,63 +68,63 @@ DatumValue element(const std::vector<float>* values, std::int32_t number)
 
 /// A value of the series table whose owner is found.
 template <class Owner>
-DatumValue pair_of(const Owner* owner, const Datum& datum)
+DatumValue pair_of(const Owner* owner, const Address& address)
 {
     if (owner == nullptr) {
         return {};
     }
-    return element(datum.column == "time" ? &owner->series.times : &owner->series.values, datum.key[2]);
+    return element(address.column == "time" ? &owner->series.times : &owner->series.values, address.numbers[2]);
 }
 
 template <class Instance>
-const Instance* instance(const std::vector<InstanceType<Instance>>& types, const Datum& datum)
+const Instance* instance(const std::vector<InstanceType<Instance>>& types, const Address& address)
 {
-    return at(list_of(at(&types, datum.key[0]), &InstanceType<Instance>::instances), datum.key[1]);
+    return at(list_of(at(&types, address.numbers[0]), &InstanceType<Instance>::instances), address.numbers[1]);
 }
 
 template <class Instance>
-DatumValue isc_of(const std::vector<InstanceType<Instance>>& types, const Datum& datum)
+DatumValue isc_of(const std::vector<InstanceType<Instance>>& types, const Address& address)
 {
-    const auto* const type = at(&types, datum.key[0]);
-    return type == nullptr || datum.column != "isc" ? DatumValue{} : pointer_to(type->isc);
+    const auto* const type = at(&types, address.numbers[0]);
+    return type == nullptr || address.column != "isc" ? DatumValue{} : pointer_to(type->isc);
 }
 
-const SegmentSeries* entry(const Model& model, SegmentSeriesSet System::*set, const Datum& datum)
+const SegmentSeries* entry(const Model& model, SegmentSeriesSet System::*set, const Address& address)
 {
-    const System* const system = at(&model.systems, datum.key[0]);
-    return system == nullptr ? nullptr : at(&(system->*set).items, datum.key[1]);
+    const System* const system = at(&model.systems, address.numbers[0]);
+    return system == nullptr ? nullptr : at(&(system->*set).items, address.numbers[1]);
 }
 
-const FlowFunction* flow_function(const Model& model, const Datum& datum)
+const FlowFunction* flow_function(const Model& model, const Address& address)
 {
-    return at(list_of(at(&model.flow_fields, datum.key[0]), &FlowField::functions), datum.key[1]);
+    return at(list_of(at(&model.flow_fields, address.numbers[0]), &FlowField::functions), address.numbers[1]);
 }
 
-const ExchangeFunction* exchange_function(const Model& model, const Datum& datum)
+const ExchangeFunction* exchange_function(const Model& model, const Address& address)
 {
-    return at(list_of(at(&model.exchange_fields, datum.key[0]), &ExchangeField::functions), datum.key[1]);
+    return at(list_of(at(&model.exchange_fields, address.numbers[0]), &ExchangeField::functions), address.numbers[1]);
 }
 
-DatumValue value_in_series(const Model& model, const Datum& datum)
+DatumValue value_in_series(const Model& model, const Address& address)
 {
-    switch (datum.table.front()) {
-    case 'b': return pair_of(entry(model, &System::boundaries, datum), datum);
-    case 'l': return pair_of(entry(model, &System::loads, datum), datum);
-    case 'f': return pair_of(flow_function(model, datum), datum);
-    case 'e': return pair_of(exchange_function(model, datum), datum);
-    case 't': return pair_of(instance(model.time_function_types, datum), datum);
+    switch (address.table.front()) {
+    case 'b': return pair_of(entry(model, &System::boundaries, address), address);
+    case 'l': return pair_of(entry(model, &System::loads, address), address);
+    case 'f': return pair_of(flow_function(model, address), address);
+    case 'e': return pair_of(exchange_function(model, address), address);
+    case 't': return pair_of(instance(model.time_function_types, address), address);
     default: break;
     }
-    const Parameter* const parameter = instance(model.parameter_types, datum);
-    return element(list_of(parameter, &Parameter::values), datum.key[2]);
+    const Parameter* const parameter = instance(model.parameter_types, address);
+    return element(list_of(parameter, &Parameter::values), address.numbers[2]);
 }
 
-DatumValue value_of_type(const Model& model, const Datum& datum)
+DatumValue value_of_type(const Model& model, const Address& address)
 {
-    switch (datum.table.front()) {
-    case 't': return isc_of(model.time_function_types, datum);
-    case 'p': return isc_of(model.parameter_types, datum);
-    default: return isc_of(model.constant_types, datum);
+    switch (address.table.front()) {
+    case 't': return isc_of(model.time_function_types, address);
+    case 'p': return isc_of(model.parameter_types, address);
+    default: return isc_of(model.constant_types, address);
     }
 }
 
@@ -149,27 +149,27 @@ ExportedTypes::ExportedTypes(const Model& model)
 {
 }
 
-Datum ExportedTypes::in_model(Datum in_file) const
+Address ExportedTypes::in_model(Address in_file) const
 {
     const std::vector<std::int32_t>* const types = in_file.table.starts_with("time_function") ? &time_functions_
                                                    : in_file.table.starts_with("parameter")   ? &parameters_
                                                    : in_file.table.starts_with("constant")    ? &constants_
                                                                                               : nullptr;
     if (types != nullptr) {
-        const std::int32_t* const number = at(types, in_file.key[0]);
-        in_file.key[0] = number == nullptr ? 0 : *number;
+        const std::int32_t* const number = at(types, in_file.numbers[0]);
+        in_file.numbers[0] = number == nullptr ? 0 : *number;
     }
     return in_file;
 }
 
-DatumValue value_of(const Model& model, const Datum& datum)
+DatumValue value_of(const Model& model, const Address& address)
 {
-    const auto& [table, column, key] = datum;
+    const auto& [table, column, key] = address;
     if (table.ends_with("_value")) { // most of a file
-        return value_in_series(model, datum);
+        return value_in_series(model, address);
     }
     if (table.ends_with("_type")) {
-        return value_of_type(model, datum);
+        return value_of_type(model, address);
     }
     if (table == "model") {
         return column_of(&model, column);
@@ -187,33 +187,33 @@ DatumValue value_of(const Model& model, const Datum& datum)
         return column_of(at(&model.flow_fields, key[0]), column);
     }
     if (table == "flow_function") {
-        return column_of(flow_function(model, datum), column);
+        return column_of(flow_function(model, address), column);
     }
     if (table == "flow_path") {
-        return column_of(at(list_of(flow_function(model, datum), &FlowFunction::paths), key[2]), column);
+        return column_of(at(list_of(flow_function(model, address), &FlowFunction::paths), key[2]), column);
     }
     if (table == "exchange_field") {
         return column_of(at(&model.exchange_fields, key[0]), column);
     }
     if (table == "exchange_function") {
-        return column_of(exchange_function(model, datum), column);
+        return column_of(exchange_function(model, address), column);
     }
     if (table == "exchange_pair") {
-        return column_of(at(list_of(exchange_function(model, datum), &ExchangeFunction::pairs), key[2]), column);
+        return column_of(at(list_of(exchange_function(model, address), &ExchangeFunction::pairs), key[2]), column);
     }
     if (table == "boundary") {
-        return column_of(entry(model, &System::boundaries, datum), column);
+        return column_of(entry(model, &System::boundaries, address), column);
     }
     if (table == "load") {
-        return column_of(entry(model, &System::loads, datum), column);
+        return column_of(entry(model, &System::loads, address), column);
     }
     if (table == "time_function") {
-        return column_of(instance(model.time_function_types, datum), column);
+        return column_of(instance(model.time_function_types, address), column);
     }
     if (table == "parameter") {
-        return column_of(instance(model.parameter_types, datum), column);
+        return column_of(instance(model.parameter_types, address), column);
     }
-    return column_of(instance(model.constant_types, datum), column);
+    return column_of(instance(model.constant_types, address), column);
 }
 
 } // namespace velm

@@ -17,7 +17,7 @@ struct DatumValue {
 };
 
 /// The value that stands at `datum`.
-[[nodiscard]] DatumValue value_of(const Model& model, const Datum& datum);
+[[nodiscard]] DatumValue value_of(const Model& model, const Address& address);
 
 /// Finds a model's data by their places in its export, where types without a used instance are left out and the others
 /// count on.
@@ -26,7 +26,7 @@ public:
     explicit ExportedTypes(const Model& model);
 
     /// Where the datum that a reader of the export finds at `in_file` stands in the model; type 0 when it is of none.
-    [[nodiscard]] Datum in_model(Datum in_file) const;
+    [[nodiscard]] Address in_model(Address in_file) const;
 
 private:
     std::vector<std::int32_t> time_functions_; ///< the numbers of the types in the file, in its order

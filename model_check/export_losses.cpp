@@ -17,7 +17,7 @@ namespace velm {
 std::uint64_t count_overflows(const Model& model, const std::filesystem::path& file, std::uint64_t lines_with_asterisks)
 {
     std::uint64_t counts = 0; // of pairs, which the reader of the file makes out without their field
-    check_meaning(model, [&](FindingKind kind, const Datum& /*datum*/, const std::string& /*message*/) {
+    check_meaning(model, [&](FindingKind kind, const Address& /*address*/, const std::string& /*message*/) {
         counts += kind == FindingKind::field_overflow ? 1 : 0;
     });
     if (lines_with_asterisks == counts) {

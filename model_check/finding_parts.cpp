@@ -1,7 +1,7 @@
 #include "model_check/finding_parts.hpp"
 
-#include "model_store/latin1.hpp"
-#include "model_store/table_shape.hpp"
+#include "model/words.hpp"
+#include "plain_text/plain_text.hpp"
 
 #include <algorithm>
 
@@ -57,24 +57,10 @@ Finding finding_of(const InputProblem& problem)
     return finding;
 }
 
-std::string row_in_words(const Datum& datum)
+std::string field_in_words(const Address& address)
 {
-    if (datum.table == "model") {
-        return {};
-    }
-    const TableShape& shape = model_table(datum.table);
-    std::string words;
-    for (std::size_t key = 0; key < shape.keys; ++key) {
-        words += (key == 0 ? "" : ", ") + shape.key_word(key) + " " + std::to_string(datum.key.at(key));
-    }
-    return words;
-}
-
-std::string field_in_words(const Datum& datum)
-{
-    std::string column(datum.column);
-    std::replace(column.begin(), column.end(), '_', ' ');
-    const std::string row = row_in_words(datum);
+    const std::string column = name_in_words(address.column);
+    const std::string row = row_in_words(address);
     return row.empty() ? column : row + ", " + column;
 }
 
@@ -85,18 +71,17 @@ bool touches_its_neighbour(const FieldText& field)
            belongs_to_a_number(field.record[offset - 1]);
 }
 
-bool is_near_a_gap(const Datum& datum, const std::vector<Datum>& gaps)
+bool is_near_a_gap(const Address& address, const std::vector<Address>& gaps)
 {
-    return std::any_of(gaps.begin(), gaps.end(), [&](const Datum& gap) {
-        return gap.table == datum.table && gap.key[0] == datum.key[0] && gap.key[1] == datum.key[1];
+    return std::any_of(gaps.begin(), gaps.end(), [&](const Address& gap) {
+        return gap.table == address.table && gap.numbers[0] == address.numbers[0] &&
+               gap.numbers[1] == address.numbers[1];
     });
 }
 
 std::string field_as_text(std::string_view bytes)
 {
-    const std::size_t first = std::min(bytes.find_first_not_of(' '), bytes.size());
-    bytes.remove_prefix(first);
-    return printable(utf8_from_latin1(bytes.substr(0, bytes.find_last_not_of(' ') + 1)));
+    return printable_latin1(without_blanks(bytes), longest_quote);
 }
 
 } // namespace velm

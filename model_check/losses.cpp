@@ -1,6 +1,7 @@
 #include "model_check/losses.hpp"
 
 #include "model/real_in_words.hpp"
+#include "model/words.hpp"
 
 #include <algorithm>
 #include <array>
@@ -12,13 +13,6 @@
 namespace velm {
 
 namespace {
-
-std::string_view without_blanks(std::string_view text)
-{
-    const std::size_t first = std::min(text.find_first_not_of(' '), text.size());
-    text.remove_prefix(first);
-    return text.substr(0, text.find_last_not_of(' ') + 1);
-}
 
 /// To three digits: "0.00012 %".
 std::string percentage(double part)
@@ -42,21 +36,21 @@ std::string Loss::in_words() const
 
 void LossCount::see(const FieldText& field)
 {
-    const Datum datum = types_.in_model(field.datum);
-    const DatumValue value = value_of(model_, datum);
+    const Address address = types_.in_model(field.address);
+    const DatumValue value = value_of(model_, address);
     if (value.text != nullptr) {
-        compare(datum, field.text, *value.text);
+        compare(address, field.text, *value.text);
         return;
     }
     losses_.reals += value.real != nullptr ? 1 : 0;
     if (field.text.find('*') != std::string_view::npos) {
         ++losses_.overflows;
     } else if (value.real != nullptr) {
-        compare(datum, without_blanks(field.text), *value.real);
+        compare(address, without_blanks(field.text), *value.real);
     }
 }
 
-void LossCount::compare(const Datum& datum, std::string_view text, float value)
+void LossCount::compare(const Address& address, std::string_view text, float value)
 {
     float nearest = std::numeric_limits<float>::quiet_NaN();
     std::from_chars(text.data(), text.data() + text.size(), nearest);
@@ -71,7 +65,7 @@ void LossCount::compare(const Datum& datum, std::string_view text, float value)
                                                     : losses_.digits_lost;
     ++list.count;
     if (most_ > 0 && (list.worst.size() < most_ || relative > list.worst.front().relative)) {
-        add(list, {datum, value, std::string(text), relative});
+        add(list, {address, value, std::string(text), relative});
     }
 }
 
@@ -87,7 +81,7 @@ void LossCount::add(LossList& list, Loss loss) const
     std::push_heap(worst.begin(), worst.end(), is_worse);
 }
 
-void LossCount::compare(const Datum& datum, std::string_view text, const std::string& whole)
+void LossCount::compare(const Address& address, std::string_view text, const std::string& whole)
 {
     text = text.substr(0, text.find('\0'));
     if (text.size() >= whole.size() || !whole.starts_with(text) ||
@@ -95,7 +89,7 @@ void LossCount::compare(const Datum& datum, std::string_view text, const std::st
         return;
     }
     if (losses_.cut++ < most_) {
-        losses_.cut_texts.push_back({datum, std::string(text), whole});
+        losses_.cut_texts.push_back({address, std::string(text), whole});
     }
 }
 

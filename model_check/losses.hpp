@@ -14,7 +14,7 @@ namespace velm {
 
 /// A value whose text in the file is not it.
 struct Loss {
-    Datum datum;
+    Address address;
     float value = 0;
     std::string text;    ///< without blanks around it
     double relative = 0; ///< distance of the text from the value, in parts of the value
@@ -31,7 +31,7 @@ struct LossList {
 
 /// A text that its field is too short for. Of one that stands in several places, the longest counts.
 struct CutText {
-    Datum datum;
+    Address address;
     std::string text;  ///< as the file has it, ISO 8859-1
     std::string whole; ///< as the model has it
 };
@@ -64,8 +64,8 @@ public:
     [[nodiscard]] Losses result() const;
 
 private:
-    void compare(const Datum& datum, std::string_view text, float value);
-    void compare(const Datum& datum, std::string_view text, const std::string& whole);
+    void compare(const Address& address, std::string_view text, float value);
+    void compare(const Address& address, std::string_view text, const std::string& whole);
     void add(LossList& list, Loss loss) const;
 
     const Model& model_;

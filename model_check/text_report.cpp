@@ -1,4 +1,5 @@
 #include "model_check/report.hpp"
+#include "plain_text/plain_text.hpp"
 
 #include <algorithm>
 #include <array>
@@ -10,7 +11,7 @@ namespace {
 std::string line_of(const FileFindings& file, const Finding& finding)
 {
     const FindingRule& rule = rule_of(finding.kind);
-    std::string line = file.file;
+    std::string line = printable(file.file);
     if (!file.database && finding.place.line > 0) {
         line += ':' + std::to_string(finding.place.line) + ':' + std::to_string(finding.place.column);
     }
@@ -32,8 +33,8 @@ std::string unlisted(const FileFindings& file)
         const std::uint64_t more = file.found.at(kind) - static_cast<std::uint64_t>(listed);
         if (more > 0) {
             const FindingRule& rule = finding_rules()[kind];
-            lines += file.file + ": and " + std::to_string(more) + " more of " + std::string(rule.code) + ' ' +
-                     std::string(rule.name) + '\n';
+            lines += printable(file.file) + ": and " + std::to_string(more) + " more of " + std::string(rule.code) +
+                     ' ' + std::string(rule.name) + '\n';
         }
     }
     return lines;

@@ -3,12 +3,14 @@
 #include "input_file/section_of.hpp"
 #include "model/item_columns.hpp"
 #include "model/real_in_words.hpp"
+#include "model/words.hpp"
 #include "model_diff/item_match.hpp"
-#include "model_store/latin1.hpp"
+#include "plain_text/plain_text.hpp"
 
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <optional>
 #include <utility>
 
 namespace velm {
@@ -29,19 +31,19 @@ std::string in_words(float value)
 }
 std::string in_words(const std::string& latin1)
 {
-    return std::string("'").append(printable(utf8_from_latin1(latin1))).append("'");
+    return std::string("'").append(printable_latin1(latin1, longest_quote)).append("'");
 }
 
 /// "system 3", or "system 3 (NITRATE)" when it has a name.
 std::string numbered(std::string_view kind, std::size_t place, const std::string& latin1 = {})
 {
     const std::string words = std::string(kind) + ' ' + std::to_string(place + 1);
-    return latin1.empty() ? words : words + " (" + printable(utf8_from_latin1(latin1)) + ")";
+    return latin1.empty() ? words : words + " (" + printable_latin1(latin1, longest_quote) + ")";
 }
 
 std::string name_of_system(const System& system, std::size_t place)
 {
-    return system.name.empty() ? numbered("system", place) : printable(utf8_from_latin1(system.name));
+    return system.name.empty() ? numbered("system", place) : printable_latin1(system.name, longest_quote);
 }
 
 /// Items that are known by their number alone.
@@ -52,6 +54,45 @@ template <class Item>
 constexpr bool is_type = false;
 template <class Instance>
 constexpr bool is_type<InstanceType<Instance>> = true;
+
+/// Collects differences, each with the rows that are being compared.
+class PlacedDifferences {
+public:
+    explicit PlacedDifferences(std::vector<Difference>& found) : found_(found) {}
+
+    void push_back(Difference difference)
+    {
+        difference.old_place = old_.back();
+        difference.new_place = new_.back();
+        found_.push_back(std::move(difference));
+    }
+    /// Goes to a row below the present one.
+    void enter(std::string_view table, const ItemMatch& match)
+    {
+        old_.push_back(below(old_.back(), table, match.old_place));
+        new_.push_back(below(new_.back(), table, match.new_place));
+        ++depth_;
+    }
+    void leave()
+    {
+        old_.pop_back();
+        new_.pop_back();
+        --depth_;
+    }
+
+private:
+    [[nodiscard]] Address below(Address address, std::string_view table, std::optional<std::size_t> place) const
+    {
+        address.numbers.at(depth_) = static_cast<std::int64_t>(place.value_or(0) + (place ? 1 : 0));
+        address.table = place ? table : std::string_view();
+        return address;
+    }
+
+    std::vector<Difference>& found_;
+    std::vector<Address> old_{{}};
+    std::vector<Address> new_{{}};
+    std::size_t depth_ = 0;
+};
 
 class Comparison {
 public:
@@ -199,24 +240,33 @@ private:
     {
         const Section section = section_of(table, "name");
         for (const ItemMatch& match : match_items(names(before, name), names(after, name), is_type<Item>)) {
-            if (!match.old_place) {
-                found_.push_back({section, Change::added, words(*match.new_place, after[*match.new_place])});
-                continue;
-            }
-            const Item& one = before[*match.old_place];
-            if (!match.new_place) {
-                found_.push_back({section, Change::removed, words(*match.old_place, one)});
-                continue;
-            }
-            const Item& other = after[*match.new_place];
-            const std::string item = words(*match.new_place, other);
-            if (match.moved) {
-                found_.push_back({section, Change::changed, item, "number", std::to_string(*match.old_place + 1),
-                                  std::to_string(*match.new_place + 1)});
-            }
-            columns(table, item, one, other);
-            compare(item, one, other);
+            found_.enter(table, match);
+            compare_match(section, table, match, before, after, words, compare);
+            found_.leave();
         }
+    }
+
+    template <class Item, class Words, class Compare>
+    void compare_match(Section section, std::string_view table, const ItemMatch& match, const std::vector<Item>& before,
+                       const std::vector<Item>& after, Words words, Compare compare)
+    {
+        if (!match.old_place) {
+            found_.push_back({section, Change::added, words(*match.new_place, after[*match.new_place])});
+            return;
+        }
+        const Item& one = before[*match.old_place];
+        if (!match.new_place) {
+            found_.push_back({section, Change::removed, words(*match.old_place, one)});
+            return;
+        }
+        const Item& other = after[*match.new_place];
+        const std::string item = words(*match.new_place, other);
+        if (match.moved) {
+            found_.push_back({section, Change::changed, item, "number", std::to_string(*match.old_place + 1),
+                              std::to_string(*match.new_place + 1)});
+        }
+        columns(table, item, one, other);
+        compare(item, one, other);
     }
 
     template <class Item, class Name>
@@ -234,9 +284,7 @@ private:
             visit_columns(
                 [&](std::string_view column, const auto& one, const auto& other) {
                     if (!same(one, other)) {
-                        std::string field(column);
-                        std::replace(field.begin(), field.end(), '_', ' ');
-                        found_.push_back({section_of(table, column), Change::changed, item, std::move(field),
+                        found_.push_back({section_of(table, column), Change::changed, item, name_in_words(column),
                                           in_words(one), in_words(other)});
                     }
                 },
@@ -306,7 +354,7 @@ private:
     }
 
     const DiffOptions& options_;
-    std::vector<Difference>& found_;
+    PlacedDifferences found_;
 };
 
 } // namespace

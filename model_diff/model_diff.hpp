@@ -1,6 +1,7 @@
 #pragma once
 
 #include "input_file/input_file.hpp"
+#include "model/address.hpp"
 #include "model/model.hpp"
 
 #include <cstddef>
@@ -43,6 +44,10 @@ struct Difference {
     std::string old_value{}; ///< of a changed value
     std::string new_value{};
     NumberChanges numbers{};
+    /// The item's row on both sides; without a table where that side has no such item, and for the run. A series has
+    /// the row of its item.
+    Address old_place{};
+    Address new_place{};
 };
 
 struct DiffOptions {

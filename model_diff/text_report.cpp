@@ -1,4 +1,5 @@
 #include "model/real_in_words.hpp"
+#include "model/words.hpp"
 #include "model_diff/number_ranges.hpp"
 #include "model_diff/report.hpp"
 
@@ -7,11 +8,6 @@
 namespace velm {
 
 namespace {
-
-std::string counted(std::size_t count, std::string_view singular, std::string_view plural)
-{
-    return std::to_string(count) + ' ' + std::string(count == 1 ? singular : plural);
-}
 
 /// "days 120 to 150", "segment 3"
 std::string range_in_words(const NumberChanges& numbers, const NumberRange& range)
@@ -25,20 +21,19 @@ std::string range_in_words(const NumberChanges& numbers, const NumberRange& rang
 
 std::string numbers_in_words(const NumberChanges& numbers)
 {
-    const std::string plural = numbers.by_segment ? "segments" : "pairs";
-    const std::string singular = numbers.by_segment ? "segment" : "pair";
+    const std::string number = numbers.by_segment ? "segment" : "pair";
     std::string words;
     const NumberRange changed = NumberRange::of(numbers, Change::changed);
     if (changed.count > 0) {
-        words = std::to_string(changed.count) + " of " + counted(numbers.in_both, singular, plural) +
+        words = std::to_string(changed.count) + " of " + counted(numbers.in_both, number) +
                 (changed.count == 1 ? " differs, " : " differ, ") + range_in_words(numbers, changed) +
                 ", largest change " + (changed.largest_change < 0 ? "" : "+") + changed.largest_change_in_words();
     }
     for (const Change change : {Change::added, Change::removed}) {
         const NumberRange range = NumberRange::of(numbers, change);
         if (range.count > 0) {
-            words += (words.empty() ? "" : "; ") + counted(range.count, singular, plural) + ' ' +
-                     std::string(name_of(change)) + ", " + range_in_words(numbers, range);
+            words += (words.empty() ? "" : "; ") + counted(range.count, number) + ' ' + std::string(name_of(change)) +
+                     ", " + range_in_words(numbers, range);
         }
     }
     return words;
@@ -94,16 +89,15 @@ std::string difference_summary(std::span<const Difference> found)
         }
         const auto [changed, numbers, added, removed] = counts;
         std::string parts;
-        const auto append = [&](std::size_t count, std::string_view singular, std::string_view plural,
-                                std::string_view what) {
+        const auto append = [&](std::size_t count, std::string_view name, std::string_view what) {
             if (count > 0) {
-                parts += (parts.empty() ? "" : ", ") + counted(count, singular, plural) + ' ' + std::string(what);
+                parts += (parts.empty() ? "" : ", ") + counted(count, name) + ' ' + std::string(what);
             }
         };
-        append(added, "item", "items", "added");
-        append(removed, "item", "items", "removed");
-        append(changed, "value", "values", "changed");
-        append(numbers, "series", "series", "changed");
+        append(added, "item", "added");
+        append(removed, "item", "removed");
+        append(changed, "value", "changed");
+        append(numbers, "series", "changed");
         lines += std::string(name_of(found[begin].section)) + ": " + parts + '\n';
     }
     return lines;

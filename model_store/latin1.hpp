@@ -19,7 +19,4 @@ struct Latin1Text {
 };
 [[nodiscard]] Latin1Text latin1_from_utf8(std::string_view utf8);
 
-/// Text for a message: bytes that are control characters or no UTF-8 become \xNN, and a long text is cut.
-[[nodiscard]] std::string printable(std::string_view utf8);
-
 } // namespace velm

@@ -1,5 +1,6 @@
 #include "model_store/load_model.hpp"
 
+#include "model_store/changed_copy.hpp"
 #include "model_store/load_parts.hpp"
 #include "model_store/open_model.hpp"
 
@@ -7,33 +8,24 @@ namespace velm {
 
 namespace {
 
-void load_tables(LoadState& load, Model& model)
-{
-    load_run(load, model);
-    load_segments(load, model);
-    load_systems(load, model);
-    load_flows(load, model);
-    load_exchanges(load, model);
-    load_time_functions(load, model);
-    load_parameters(load, model);
-    load_constants(load, model);
-    if (load.options.on_progress) {
-        load.options.on_progress(load.rows);
-    }
-}
-
 Model load(const std::filesystem::path& file, const LoadOptions& options, bool keep)
 {
     ProblemList problems(options.most_problems);
     Model model;
     std::string table;
     try {
-        const Database database = open_model(file, problems);
+        Database database = open_model(file, problems);
         if (options.quick_check) {
             check_quickly(database, file, problems);
         }
+        if (!options.changes.text.empty()) {
+            database = changed_copy(database, options.changes, options.on_change);
+        }
         LoadState load{database, problems, options, table, keep};
         load_tables(load, model);
+        if (options.on_progress) {
+            options.on_progress(load.rows);
+        }
     } catch (const SqliteError& error) {
         problems.add(file_problem(file, error, table));
     }

@@ -6,7 +6,8 @@
 
 namespace velm {
 
-/// Everything that load_model() refuses but in the tables of numbered_rows.hpp, without keeping what is read.
+/// Everything that load_model() refuses but in the tables that have a row for each pair or segment, without keeping
+/// what is read.
 void check_model(const std::filesystem::path& database, const LoadOptions& options = {});
 
 } // namespace velm

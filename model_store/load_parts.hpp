@@ -9,18 +9,8 @@
 
 namespace velm {
 
-// The parts of a load in their order; each fills its piece of the model.
-
-void load_run(LoadState& load, Model& model);
-/// Also notes the segments' numbers, which the parts after it check against.
-void load_segments(LoadState& load, Model& model);
-/// The systems with their initial conditions, boundaries and loads.
-void load_systems(LoadState& load, Model& model);
-void load_flows(LoadState& load, Model& model);
-void load_exchanges(LoadState& load, Model& model);
-void load_time_functions(LoadState& load, Model& model);
-void load_parameters(LoadState& load, Model& model);
-void load_constants(LoadState& load, Model& model);
+/// Fills the model from all tables, in an order in which each comes after those that its rows refer to.
+void load_tables(LoadState& load, Model& model);
 
 /// What a time series table's row belongs to. Called on a series' first row, while the load is sound.
 using FindSeries = std::function<TimeSeries&(const TableReader& row)>;

@@ -2,6 +2,7 @@
 
 #include "model_store/model_store.hpp"
 #include "model_store/sqlite_database.hpp"
+#include "whole_file/whole_file.hpp"
 
 #include <filesystem>
 #include <functional>
@@ -16,28 +17,22 @@ enum class ForeignKeys { bound, free };
 void change_unshared(const std::filesystem::path& file, ForeignKeys keys,
                      const std::function<void(const Database&)>& change);
 
-/// A new database, written into a temporary file until it gets its name; without that, no file is left.
+/// A new database, which has no name until it is whole; without give_name(), no file is left.
 class NewFile {
 public:
-    /// Throws StoreError when `file` exists and is not to be replaced, or nothing can be written there.
-    NewFile(const std::filesystem::path& file, TemporaryFiles temporary_files);
-    ~NewFile();
-    NewFile(const NewFile&) = delete;
-    NewFile& operator=(const NewFile&) = delete;
-    NewFile(NewFile&&) = delete;
-    NewFile& operator=(NewFile&&) = delete;
+    /// Throws FileError as save_model() does.
+    NewFile(const std::filesystem::path& file, Standing standing);
 
-    /// The temporary file.
-    [[nodiscard]] const std::filesystem::path& unnamed() const { return unnamed_; }
+    /// What to open until it has its name.
+    [[nodiscard]] const std::filesystem::path& unnamed() const { return file_.content(); }
     /// Takes a step; failures of SQLite and of the system become a StoreError about the file to come.
     void write(const std::function<void()>& step) const;
-    /// Call when the file is whole and closed; once. Throws StoreError.
-    void give_name() const;
+    /// Call when the file is whole and closed; once. What kept it from being made is looked for once more, while
+    /// nobody else can use the database that is replaced. Throws FileError and StoreError.
+    void give_name();
 
 private:
-    std::filesystem::path file_;
-    TemporaryFiles temporary_files_;
-    std::filesystem::path unnamed_;
+    WholeFile file_;
 };
 
 } // namespace velm

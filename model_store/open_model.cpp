@@ -1,7 +1,7 @@
 #include "model_store/open_model.hpp"
 
-#include "model_store/latin1.hpp"
 #include "model_store/table_shape.hpp"
+#include "plain_text/plain_text.hpp"
 
 #include <algorithm>
 #include <array>
@@ -14,6 +14,13 @@ namespace {
 
 constexpr int longest_value = 1'000'000; ///< bytes; the longest text of a model has 512 characters
 constexpr int patience = 5'000;          ///< milliseconds to wait for a writer
+
+/// A log that SQLite would play back, whether or not it is of this database.
+std::filesystem::path log_beside(const std::filesystem::path& file)
+{
+    std::error_code error; // a file without a name has nothing beside it
+    return std::filesystem::canonical(file, error) += "-wal";
+}
 
 /// Reading a file in WAL mode leaves two files beside it, and fails where they cannot be made.
 bool is_in_wal_mode(const std::filesystem::path& file)
@@ -35,21 +42,12 @@ void refuse_unreadable(const std::filesystem::path& file, ProblemList& problems)
     } else if (is_in_wal_mode(file)) {
         problems.add(file_problem(file, "is in WAL mode, which cannot be read without writing beside the file",
                                   "close the programs that use it, then run PRAGMA journal_mode = DELETE in it"));
+    } else if (const std::filesystem::path log = log_beside(file); std::filesystem::exists(log, error)) {
+        problems.add(file_problem(
+            file, "has a log beside it, " + shown(log) + ", that is not its own, for it is not in WAL mode",
+            "move the log away if nobody needs it"));
     }
     problems.throw_if_any();
-}
-
-void distrust(const Database& database)
-{
-    sqlite3* connection = database.handle();
-    sqlite3_db_config(connection, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-    sqlite3_db_config(connection, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
-    sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
-    sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
-    sqlite3_limit(connection, SQLITE_LIMIT_LENGTH, longest_value);
-    sqlite3_limit(connection, SQLITE_LIMIT_ATTACHED, 0);
-    sqlite3_busy_timeout(connection, patience);
-    database.run("PRAGMA cell_size_check = ON; PRAGMA query_only = ON");
 }
 
 void check_identity(const Database& database, const std::filesystem::path& file, ProblemList& problems)
@@ -143,7 +141,7 @@ const char* remedy_for(int code)
 
 StoreProblem file_problem(const std::filesystem::path& file, std::string message, std::string remedy)
 {
-    return {"", "", "", file.string(), std::move(message), std::move(remedy)};
+    return {"", "", "", shown(file), std::move(message), std::move(remedy)};
 }
 
 StoreProblem file_problem(const std::filesystem::path& file, const SqliteError& error, const std::string& table)
@@ -153,16 +151,36 @@ StoreProblem file_problem(const std::filesystem::path& file, const SqliteError& 
     return problem;
 }
 
+bool has_table(const Database& database, const std::string& name)
+{
+    return database.integer(
+               ("SELECT count(*) FROM sqlite_schema WHERE name = '" + name + "' COLLATE NOCASE").c_str()) != 0;
+}
+
+void distrust(const Database& database)
+{
+    sqlite3* connection = database.handle();
+    sqlite3_db_config(connection, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(connection, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+    sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
+    sqlite3_limit(connection, SQLITE_LIMIT_LENGTH, longest_value);
+    sqlite3_limit(connection, SQLITE_LIMIT_ATTACHED, 0);
+    sqlite3_busy_timeout(connection, patience);
+    database.run("PRAGMA cell_size_check = ON");
+}
+
 Database open_model(const std::filesystem::path& file, ProblemList& problems)
 {
     refuse_unreadable(file, problems);
     Database database(file, SQLITE_OPEN_READONLY);
     distrust(database);
-    database.run("BEGIN");
+    database.run("PRAGMA query_only = ON; BEGIN");
     check_identity(database, file, problems);
     check_length(database, file, problems);
     for (const TableShape& table : model_tables()) {
-        if (check_kind(database, table.name, problems)) {
+        const bool may_be_missing = table.name == "segment_place" && !has_table(database, table.name);
+        if (!may_be_missing && check_kind(database, table.name, problems)) {
             check_columns(database, table, problems);
         }
     }

@@ -13,6 +13,12 @@ namespace velm {
 /// StoreError. Nothing is written beside the file.
 [[nodiscard]] Database open_model(const std::filesystem::path& file, ProblemList& problems);
 
+/// Whether there is a table, or anything else, of that name.
+[[nodiscard]] bool has_table(const Database& database, const std::string& name);
+
+/// Lets nothing that is stored in a database run, and bounds what a statement may take.
+void distrust(const Database& database);
+
 /// Lets SQLite verify the file's structure and constraints. Throws StoreError when it is damaged.
 void check_quickly(const Database& database, const std::filesystem::path& file, ProblemList& problems);
 

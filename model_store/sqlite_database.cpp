@@ -1,5 +1,7 @@
 #include "model_store/sqlite_database.hpp"
 
+#include "model_store/unnamed_database.hpp"
+
 namespace velm {
 
 namespace {
@@ -13,11 +15,24 @@ namespace {
 
 Database::Database(const std::filesystem::path& file, int flags)
 {
+#ifndef _WIN32
+    let_sqlite_open_unnamed_files();
+#endif
     // given a file's whole path, SQLite cannot take its name for a special one; it wants UTF-8 everywhere
     const std::u8string name = std::filesystem::absolute(file).u8string();
+    open(reinterpret_cast<const char*>(name.c_str()), flags);
+}
+
+Database::Database()
+{
+    open("", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    run("PRAGMA cache_size = -262144"); // KiB that stay in memory
+}
+
+void Database::open(const char* name, int flags)
+{
     sqlite3* connection = nullptr;
-    const int result =
-        sqlite3_open_v2(reinterpret_cast<const char*>(name.c_str()), &connection, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+    const int result = sqlite3_open_v2(name, &connection, flags | SQLITE_OPEN_NOMUTEX, nullptr);
     connection_.reset(connection);
     if (result != SQLITE_OK) {
         throw SqliteError(result, connection == nullptr ? sqlite3_errstr(result) : sqlite3_errmsg(connection));

@@ -23,6 +23,8 @@ class Database {
 public:
     /// `flags` are those of sqlite3_open_v2. No name is special: ":memory:" is a file's, too.
     Database(const std::filesystem::path& file, int flags);
+    /// An empty one of its own, in memory, or in a temporary file without a name as far as it is large.
+    Database();
 
     /// Runs statements that answer nothing.
     void run(const char* sql) const;
@@ -32,6 +34,8 @@ public:
     [[nodiscard]] sqlite3* handle() const { return connection_.get(); }
 
 private:
+    void open(const char* name, int flags);
+
     struct Close {
         void operator()(sqlite3* connection) const { sqlite3_close_v2(connection); }
     };

@@ -1,6 +1,7 @@
 #include "model_store/table_reader.hpp"
 
 #include "model_store/latin1.hpp"
+#include "plain_text/plain_text.hpp"
 
 #include <charconv>
 #include <cmath>
@@ -125,7 +126,7 @@ int TableReader::find(std::string_view column)
     return static_cast<int>(next_column_++ % columns);
 }
 
-std::optional<std::int32_t> TableReader::checked_integer(std::string_view column)
+std::optional<std::int32_t> TableReader::integer(std::string_view column)
 {
     const int index = find(column);
     if (sqlite3_column_type(statement_.handle(), index) != SQLITE_INTEGER) {
@@ -140,18 +141,24 @@ std::optional<std::int32_t> TableReader::checked_integer(std::string_view column
     return static_cast<std::int32_t>(value);
 }
 
-std::int32_t TableReader::integer(std::string_view column)
+void TableReader::read_value(const ColumnText& column, std::int32_t& value)
 {
-    return checked_integer(column).value_or(0);
+    const std::optional<std::int32_t> found = integer(column.name);
+    const bool must_be_segment =
+        column.rule == Rule::segment || (column.rule == Rule::segment_or_outside && found.value_or(0) != 0);
+    if (found && must_be_segment) {
+        check_segment(column.name, *found);
+    }
+    value = found.value_or(0);
 }
 
-bool TableReader::flag(std::string_view column)
+void TableReader::read_value(const ColumnText& column, bool& value)
 {
-    const std::int32_t value = integer(column);
-    if (value != 0 && value != 1) {
-        report(column, std::to_string(value), "is neither 0 nor 1", "store 1 for yes, 0 for no");
+    const std::optional<std::int32_t> found = integer(column.name);
+    if (found && *found != 0 && *found != 1) {
+        report(column.name, std::to_string(*found), "is neither 0 nor 1", "store 1 for yes, 0 for no");
     }
-    return value == 1;
+    value = found == 1;
 }
 
 float TableReader::real(std::string_view column)
@@ -183,49 +190,33 @@ float TableReader::single_precision(std::string_view column, int index)
     return 0;
 }
 
-std::string TableReader::text(std::string_view column, std::size_t longest)
+/// In ISO 8859-1.
+void TableReader::read_value(const ColumnText& text, std::string& value)
 {
+    const std::string_view column = text.name;
     const int index = find(column);
+    value.clear();
     if (sqlite3_column_type(statement_.handle(), index) != SQLITE_TEXT) {
         report(column, value_in_words(index), "is not a text", "store a text, '' for none");
-        return {};
+        return;
     }
     const std::string_view utf8 = statement_.text(index);
     Latin1Text latin1 = latin1_from_utf8(utf8);
     if (!latin1.valid_utf8) {
-        report(column, printable(utf8), "is not UTF-8", "store the text in UTF-8");
+        report(column, printable(utf8, longest_quote), "is not UTF-8", "store the text in UTF-8");
     } else if (!latin1.foreign_character.empty()) {
-        report(column, printable(utf8), "has the character " + latin1.foreign_character + ", which ISO 8859-1 lacks",
-               "replace the character");
+        report(column, printable(utf8, longest_quote),
+               "has the character " + latin1.foreign_character + ", which ISO 8859-1 lacks", "replace the character");
     } else if (utf8.find('\0') != std::string::npos) {
-        report(column, printable(utf8), "has a NUL character", "remove it");
+        report(column, printable(utf8, longest_quote), "has a NUL character", "remove it");
     } else if (utf8.find_first_of("\r\n") != std::string::npos) {
-        report(column, printable(utf8), "has a line break", "keep the text on one line");
-    } else if (latin1.text.size() > longest) {
-        report(column, printable(utf8), "has " + std::to_string(latin1.text.size()) + " characters",
-               "shorten it to at most " + std::to_string(longest));
+        report(column, printable(utf8, longest_quote), "has a line break", "keep the text on one line");
+    } else if (latin1.text.size() > text.length) {
+        report(column, printable(utf8, longest_quote), "has " + std::to_string(latin1.text.size()) + " characters",
+               "shorten it to at most " + std::to_string(text.length));
     } else {
-        return std::move(latin1.text);
+        value = std::move(latin1.text);
     }
-    return {};
-}
-
-std::int32_t TableReader::segment(std::string_view column)
-{
-    const std::optional<std::int32_t> segment = checked_integer(column);
-    if (segment) {
-        check_segment(column, *segment);
-    }
-    return segment.value_or(0);
-}
-
-std::int32_t TableReader::segment_or_outside(std::string_view column)
-{
-    const std::optional<std::int32_t> segment = checked_integer(column);
-    if (segment && *segment != 0) {
-        check_segment(column, *segment);
-    }
-    return segment.value_or(0);
 }
 
 void TableReader::check_segment(std::string_view column, std::int64_t segment)
@@ -259,7 +250,7 @@ std::string TableReader::value_in_words(int column) const
     case SQLITE_BLOB: return "BLOB of " + std::to_string(sqlite3_column_bytes(statement_.handle(), column)) + " bytes";
     case SQLITE_INTEGER: return std::to_string(sqlite3_column_int64(statement_.handle(), column));
     case SQLITE_FLOAT: return shortest(sqlite3_column_double(statement_.handle(), column));
-    default: return statement_.text(column).empty() ? "empty text" : printable(statement_.text(column));
+    default: return statement_.text(column).empty() ? "empty text" : printable(statement_.text(column), longest_quote);
     }
 }
 

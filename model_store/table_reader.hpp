@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/column.hpp"
 #include "model_store/problem_list.hpp"
 #include "model_store/sqlite_database.hpp"
 #include "model_store/table_shape.hpp"
@@ -70,15 +71,16 @@ public:
     /// The place in its vector of the parent named by the key column `level`. Needs a sound load.
     [[nodiscard]] std::size_t place(std::size_t level) const { return static_cast<std::size_t>(keys_.at(level) - 1); }
 
-    /// Columns are asked for by name; in the schema's order they are found without a search.
-    [[nodiscard]] std::int32_t integer(std::string_view column);
+    /// Reads all columns of a table into an item of it.
+    template <class Table, class Item>
+    void read(const Table& table, Item& item)
+    {
+        for (const auto& column : table.columns) {
+            with_value(column, item, [&](auto& value) { read_value(column, value); });
+        }
+    }
+    /// A column is found without a search when it is asked for in the schema's order.
     [[nodiscard]] float real(std::string_view column);
-    [[nodiscard]] bool flag(std::string_view column);
-    /// In ISO 8859-1, of at most `longest` characters.
-    [[nodiscard]] std::string text(std::string_view column, std::size_t longest);
-    /// The number of an existing segment.
-    [[nodiscard]] std::int32_t segment(std::string_view column);
-    [[nodiscard]] std::int32_t segment_or_outside(std::string_view column);
 
     /// Reports the current row.
     void report(std::string_view column, std::string value, std::string message, std::string remedy);
@@ -90,7 +92,11 @@ private:
     void check_parent();
     void check_number();
     [[nodiscard]] int find(std::string_view column);
-    [[nodiscard]] std::optional<std::int32_t> checked_integer(std::string_view column);
+    void read_value(const ColumnText& column, std::int32_t& value);
+    void read_value(const ColumnText& column, float& value) { value = real(column.name); }
+    void read_value(const ColumnText& column, bool& value);
+    void read_value(const ColumnText& column, std::string& value);
+    [[nodiscard]] std::optional<std::int32_t> integer(std::string_view column);
     void check_segment(std::string_view column, std::int64_t segment);
     [[nodiscard]] std::string value_in_words(int column) const;
     [[nodiscard]] float single_precision(std::string_view column, int index);

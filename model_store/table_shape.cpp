@@ -1,5 +1,6 @@
 #include "model_store/table_shape.hpp"
 
+#include "model/words.hpp"
 #include "model_store/model_store.hpp"
 
 #include <algorithm>
@@ -40,12 +41,6 @@ const Reference& reference()
     return result;
 }
 
-std::string in_words(std::string name)
-{
-    std::replace(name.begin(), name.end(), '_', ' ');
-    return name;
-}
-
 } // namespace
 
 std::string TableShape::column_list() const
@@ -57,12 +52,27 @@ std::string TableShape::column_list() const
     return list;
 }
 
+std::string TableShape::insertion(std::size_t rows) const
+{
+    std::string row = "(?";
+    for (std::size_t column = 1; column < columns.size(); ++column) {
+        row += ", ?";
+    }
+    row += ')';
+    // a refusal ends the transaction anyway: SQLite need not be able to take one statement back
+    std::string sql = "INSERT OR ROLLBACK INTO " + name + " (" + column_list() + ") VALUES " + row;
+    for (std::size_t others = 1; others < rows; ++others) {
+        sql += ", " + row;
+    }
+    return sql;
+}
+
 std::string TableShape::key_word(std::size_t key) const
 {
     if (columns[key] != "number") {
-        return in_words(columns[key]);
+        return name_in_words(columns[key]);
     }
-    return std::string_view(name).ends_with("_value") ? "pair" : in_words(name);
+    return std::string_view(name).ends_with("_value") ? "pair" : name_in_words(name);
 }
 
 const std::vector<TableShape>& model_tables()
@@ -84,6 +94,11 @@ SchemaIdentity identity_of(const Database& database)
 const SchemaIdentity& model_identity()
 {
     return reference().identity;
+}
+
+std::string store_versions()
+{
+    return std::string("SQLite ") + sqlite3_libversion() + ", model schema " + std::to_string(model_identity().version);
 }
 
 } // namespace velm

@@ -17,8 +17,10 @@ struct TableShape {
     std::vector<std::string> columns; ///< the key's first, in key order
     std::size_t keys = 0;             ///< how many columns make up the key
 
-    /// The columns with commas between them, for SELECT and INSERT.
+    /// The columns with commas between them.
     [[nodiscard]] std::string column_list() const;
+    /// A statement that inserts so many rows at once.
+    [[nodiscard]] std::string insertion(std::size_t rows) const;
     /// What a key column counts, in words: "flow field" for flow_field, "pair" for a time series' number.
     [[nodiscard]] std::string key_word(std::size_t key) const;
     /// A row by the first of its keys, given as numbers or in words: "system 3, boundary 2, pair 17".

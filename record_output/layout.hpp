@@ -32,11 +32,8 @@ enum class LayoutMistake : unsigned char {
     count_before_x_expected,
     count_of_zero,
     count_before_literal,
-    group_within_group,
     literal_without_end,
     number_too_large,
-    real_wider_than_20_columns,
-    more_decimals_than_columns,
     too_many_items,
 };
 
@@ -46,11 +43,10 @@ enum class LayoutMistake : unsigned char {
 ///     (I5,15x,'Number of Segments')
 ///
 /// is an integer of 5 columns, 15 blanks and a literal of 18 characters. Items: Iw, Fw.d and Aw, each with
-/// an optional repeat count (6I5); a group with a repeat count (16(F15.5)); nX; 'text'. Letters in either
-/// case; blanks outside literals mean nothing.
+/// an optional repeat count (6I5); groups with a repeat count (16(F15.5)), also within one another; nX; 'text'. Letters
+/// in either case; blanks outside literals mean nothing.
 struct Layout {
     static constexpr std::size_t most_items = 64;
-    static constexpr std::size_t widest_real = 20; ///< the digits of a wider one need more than 64 bits
 
     std::array<LayoutItem, most_items> items{};
     std::size_t item_count = 0;
@@ -83,7 +79,7 @@ public:
         if (!take('(')) {
             return fail(LayoutMistake::no_opening_parenthesis);
         }
-        read_list(false);
+        read_list();
         if (sound() && peek() != '\0') {
             return fail(LayoutMistake::text_after_closing_parenthesis);
         }
@@ -141,10 +137,10 @@ private:
     }
 
     /// Items up to and including the closing parenthesis.
-    constexpr void read_list(bool within_group)
+    constexpr void read_list()
     {
         do {
-            read_item(within_group);
+            read_item();
         } while (sound() && take(','));
         if (sound() && !take(')')) {
             fail(peek() == '\0' ? LayoutMistake::no_closing_parenthesis
@@ -152,7 +148,7 @@ private:
         }
     }
 
-    constexpr void read_item(bool within_group)
+    constexpr void read_item()
     {
         const bool counted = at_digit();
         const std::size_t count_offset = at_;
@@ -173,22 +169,18 @@ private:
             ++at_;
             append({ItemKind::blanks, 0, count, 0, count_offset});
         } else if (peek() == '(') {
-            read_group(count, within_group);
+            read_group(count);
         } else {
             read_descriptor(count);
         }
     }
 
-    constexpr void read_group(std::size_t count, bool within_group)
+    constexpr void read_group(std::size_t count)
     {
-        if (within_group) {
-            fail(LayoutMistake::group_within_group);
-            return;
-        }
         const std::size_t start = ++at_;
         for (std::size_t i = 0; i < count && sound(); ++i) {
             at_ = start;
-            read_list(true);
+            read_list();
         }
     }
 
@@ -231,16 +223,6 @@ private:
             return;
         }
         item.decimals = read_number();
-        if (!sound()) {
-            return;
-        }
-        if (item.width > Layout::widest_real) {
-            at_ = width_offset;
-            fail(LayoutMistake::real_wider_than_20_columns);
-        } else if (item.decimals >= item.width) {
-            at_ = width_offset;
-            fail(LayoutMistake::more_decimals_than_columns);
-        }
     }
 
     constexpr void read_literal()

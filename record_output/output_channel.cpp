@@ -16,29 +16,24 @@ OutputChannel::OutputChannel(OutputFile& file)
 
 OutputChannel::~OutputChannel()
 {
-    if (sound_) {
-        try {
-            hand_on();
-        } catch (const ExportFailure&) { // NOLINT(bugprone-empty-catch): the export has failed already
-        }
+    try {
+        hand_on();
+    } catch (const ExportFailure&) { // NOLINT(bugprone-empty-catch): the export has failed already
     }
 }
 
 void OutputChannel::hand_on()
 {
     const auto size = static_cast<std::size_t>(end_ - buffer_.get());
-    end_ = buffer_.get();
+    end_ = buffer_.get(); // first: what could not be written is not tried again
     if (size != 0) {
-        sound_ = false; // until the write has returned
         file_.write(buffer_.get(), size);
-        sound_ = true;
     }
 }
 
 void OutputChannel::close()
 {
     hand_on();
-    sound_ = false;
     file_.close();
 }
 

@@ -8,7 +8,8 @@
 namespace velm {
 
 /// The one open output file of an export: records are appended to a buffer, and the buffer to the file when it is
-/// full. Failures of the file are thrown as ExportFailure and end the channel.
+/// full and before the host hears of them. Failures of the file are thrown as ExportFailure, and what they concern is
+/// not tried again.
 class OutputChannel {
 public:
     static constexpr std::size_t buffer_size = std::size_t{256} * 1024;
@@ -19,8 +20,8 @@ public:
     OutputChannel& operator=(const OutputChannel&) = delete;
     OutputChannel(OutputChannel&&) = delete;
     OutputChannel& operator=(OutputChannel&&) = delete;
-    /// Hands on what was appended and is not yet in the file, if the channel is still sound: an export that
-    /// stops half-way leaves its records behind. Failures are ignored.
+    /// Hands on what was appended and is not yet in the file: an export that stops half-way leaves its records behind.
+    /// Failures are ignored.
     ~OutputChannel();
 
     /// Room for at least `size` characters (at most buffer_size) behind what was appended.
@@ -35,16 +36,16 @@ public:
     /// What lies between the last room and `end` is now part of the file.
     void append_up_to(char* end) { end_ = end; }
 
+    /// Writes what was appended so far to the file.
+    void hand_on();
+
     /// Hands on what is left and closes the file.
     void close();
 
 private:
-    void hand_on();
-
     OutputFile& file_;
     std::unique_ptr<char[]> buffer_;
     char* end_;
-    bool sound_ = true;
 };
 
 } // namespace velm

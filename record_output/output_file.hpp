@@ -24,7 +24,7 @@ private:
 };
 
 /// The file that an export writes: the seam to the file system. Bytes go to it in large blocks, from the first to
-/// the last. All three operations throw ExportFailure; after one has failed only the destructor follows.
+/// the last. All three operations throw ExportFailure; after one has failed only let_go follows.
 class OutputFile {
 public:
     OutputFile() = default;
@@ -32,7 +32,6 @@ public:
     OutputFile& operator=(const OutputFile&) = delete;
     OutputFile(OutputFile&&) = delete;
     OutputFile& operator=(OutputFile&&) = delete;
-    /// Lets go of the file if it is still open, whatever the system says to that.
     virtual ~OutputFile() = default;
 
     /// Creates the file, or empties an existing one. `path` is in the file system's own encoding.
@@ -41,6 +40,8 @@ public:
     virtual void write(const char* bytes, std::size_t size) = 0;
     /// Closes the file; it holds all that was written once this returns.
     virtual void close() = 0;
+    /// Closes the file if it is still open, whatever the system says to that; it can then be opened again.
+    virtual void let_go() noexcept {}
 };
 
 /// A file of the operating system. No signal that a failing write raises (a reader gone, a size limit) reaches the
@@ -52,11 +53,12 @@ public:
     SystemFile& operator=(const SystemFile&) = delete;
     SystemFile(SystemFile&&) = delete;
     SystemFile& operator=(SystemFile&&) = delete;
-    ~SystemFile() override;
+    ~SystemFile() override { SystemFile::let_go(); }
 
     void open(const char* path) override;
     void write(const char* bytes, std::size_t size) override;
     void close() override;
+    void let_go() noexcept override;
 
 private:
     static constexpr std::intptr_t none = -1;

@@ -62,11 +62,9 @@ void render_real_field_in_full(char* field, std::size_t width, std::size_t decim
     }
 }
 
-char* detail::render_rare_free_real(char* to, float value) noexcept
+char* detail::render_rare_free_magnitude(char* to, float value) noexcept
 {
     const std::uint32_t magnitude = std::bit_cast<std::uint32_t>(value) & single::magnitude_bits;
-    *to = '-';
-    to += shows_minus(value) ? 1 : 0;
     if (magnitude >= single::infinity) {
         return std::copy_n(magnitude == single::infinity ? "INF" : "NaN", 3, to);
     }

@@ -20,7 +20,7 @@ namespace velm {
 inline constexpr std::size_t free_real_room = 16;
 
 /// Renders `value` into a field of `width` columns with `decimals` digits after the point, writing exactly
-/// `width` characters (1 to 20, more than `decimals`). For every value, the rare ones included:
+/// `width` characters (1 or more). For every value, the rare ones included:
 /// - right-justified; one "0" before the point of a fraction, left out when just that column lacks;
 /// - "-" before the first digit, but not when all digits shown are 0;
 /// - INF, -INF, NaN right-justified;
@@ -42,6 +42,9 @@ constexpr bool shows_minus(float value) noexcept
 /// most free_real_room characters. Magnitudes from 0.1 up to 999,999 and zero have six significant
 /// digits and a point (0.500000, 86400.0, 999999.), others seven and an exponent (5.000000E-02).
 char* render_free_real(char* to, float value) noexcept;
+
+/// The same without the minus sign, in one character less.
+char* render_free_magnitude(char* to, float value) noexcept;
 
 namespace detail {
 
@@ -124,20 +127,19 @@ inline char* render_with_exponent(char* to, DecimalDigits decimal) noexcept
     return to + 12;
 }
 
-/// A value that render_free_real finds to be zero, subnormal, infinite or not a number.
-char* render_rare_free_real(char* to, float value) noexcept;
+/// A value that render_free_magnitude finds to be zero, subnormal, infinite or not a number.
+char* render_rare_free_magnitude(char* to, float value) noexcept;
 
 } // namespace detail
 
 template <std::size_t width, std::size_t decimals>
 inline void render_real_field(char* field, float value) noexcept
 {
-    static_assert(width > decimals && width <= 20);
-    constexpr std::size_t columns = width - decimals - 1;           // before the point
-    constexpr std::size_t whole = decimals <= 6 ? 8 - decimals : 0; // digits before it when eight are shown
-    if constexpr (decimals == 0 || decimals > 6 || columns < whole + 1) {
+    constexpr std::size_t whole = decimals <= 6 ? 8 - decimals : 0; // digits before the point when eight are shown
+    if constexpr (decimals == 0 || decimals > 6 || width < whole + 1 + 1 + decimals) {
         render_real_field_in_full(field, width, decimals, value); // no such field stands in a long record
     } else {
+        constexpr std::size_t columns = width - decimals - 1; // before the point
         // from here on more than eight digits would be shown (a power of ten that is a single without rounding), or
         // there is nothing behind the point
         constexpr float large = std::min(static_cast<float>(detail::power_of_ten(8 - decimals)), 0x1p23F);
@@ -178,15 +180,12 @@ inline void render_real_field(char* field, float value) noexcept
     }
 }
 
-inline char* render_free_real(char* to, float value) noexcept
+inline char* render_free_magnitude(char* to, float value) noexcept
 {
-    const auto bits = std::bit_cast<std::uint32_t>(value);
-    const std::uint32_t magnitude = bits & single::magnitude_bits;
+    const std::uint32_t magnitude = std::bit_cast<std::uint32_t>(value) & single::magnitude_bits;
     if (magnitude - single::leading_bit >= single::infinity - single::leading_bit) [[unlikely]] {
-        return detail::render_rare_free_real(to, value); // zero, subnormal, infinite, not a number
+        return detail::render_rare_free_magnitude(to, value); // zero, subnormal, infinite, not a number
     }
-    *to = '-';
-    to += bits >> 31;
 
     // Six significant digits decide the form. A value is written with a point when its exponent after rounding
     // to seven places is 0 to 6; that rounding can change the exponent only from -1 to 0, where seven places are
@@ -211,6 +210,12 @@ inline char* render_free_real(char* to, float value) noexcept
         return to + 7;
     }
     return detail::render_with_exponent(to, decimal);
+}
+
+inline char* render_free_real(char* to, float value) noexcept
+{
+    *to = '-';
+    return render_free_magnitude(to + (shows_minus(value) ? 1 : 0), value);
 }
 
 } // namespace velm

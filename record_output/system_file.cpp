@@ -6,16 +6,17 @@
 #include <ctime>
 #include <fcntl.h>
 #include <initializer_list>
+#include <pthread.h>
 #include <unistd.h>
 
 namespace velm {
 namespace {
 
 /// Keeps SIGPIPE and SIGXFSZ from the thread while it writes, and takes back one that a write has raised. A
-/// signal that was already pending stays so.
-class WriteSignalsHeldBack {
+/// signal that was already pending stays so. Nor is the thread cancelled in the meantime.
+class Undisturbed {
 public:
-    WriteSignalsHeldBack() noexcept
+    Undisturbed() noexcept
     {
         sigemptyset(&held_);
         sigaddset(&held_, SIGPIPE);
@@ -29,28 +30,31 @@ public:
             }
         }
         pthread_sigmask(SIG_BLOCK, &held_, &before_);
+        pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &cancel_state_before_);
     }
-    ~WriteSignalsHeldBack()
+    ~Undisturbed()
     {
         const timespec at_once{};
         while (sigtimedwait(&held_, nullptr, &at_once) > 0) {
         }
+        pthread_setcancelstate(cancel_state_before_, nullptr);
         pthread_sigmask(SIG_SETMASK, &before_, nullptr);
     }
-    WriteSignalsHeldBack(const WriteSignalsHeldBack&) = delete;
-    WriteSignalsHeldBack& operator=(const WriteSignalsHeldBack&) = delete;
-    WriteSignalsHeldBack(WriteSignalsHeldBack&&) = delete;
-    WriteSignalsHeldBack& operator=(WriteSignalsHeldBack&&) = delete;
+    Undisturbed(const Undisturbed&) = delete;
+    Undisturbed& operator=(const Undisturbed&) = delete;
+    Undisturbed(Undisturbed&&) = delete;
+    Undisturbed& operator=(Undisturbed&&) = delete;
 
 private:
     sigset_t held_{};
     sigset_t before_{};
+    int cancel_state_before_ = 0;
 };
 
 /// Returns 0 or the error number.
 int write_all(int descriptor, const char* bytes, std::size_t size) noexcept
 {
-    const WriteSignalsHeldBack held;
+    const Undisturbed undisturbed;
     while (size != 0) {
         const ssize_t written = ::write(descriptor, bytes, size);
         if (written > 0) {
@@ -79,10 +83,12 @@ int descriptor_of(std::intptr_t handle)
 
 } // namespace
 
-SystemFile::~SystemFile()
+void SystemFile::let_go() noexcept
 {
     if (handle_ != none) {
+        const Undisturbed undisturbed;
         ::close(descriptor_of(handle_));
+        handle_ = none;
     }
 }
 

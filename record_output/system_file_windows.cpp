@@ -57,10 +57,11 @@ DWORD write_all(HANDLE file, const char* bytes, std::size_t size) noexcept
 
 } // namespace
 
-SystemFile::~SystemFile()
+void SystemFile::let_go() noexcept
 {
     if (handle_ != none) {
         CloseHandle(handle_of(handle_));
+        handle_ = none;
     }
 }
 

@@ -117,8 +117,8 @@ char* render_free_value(char* to, Real value, bool& after_text)
 {
     after_text = false;
     to[0] = ' ';
-    to[1] = ' ';
-    return render_free_real(to + (shows_minus(value) ? 1 : 2), value);
+    to[1] = shows_minus(value) ? '-' : ' ';
+    return render_free_magnitude(to + 2, value);
 }
 
 template <class Value>

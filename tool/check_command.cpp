@@ -4,6 +4,7 @@
 #include "tool/commands.hpp"
 #include "tool/exported_model.hpp"
 #include "tool/file_kind.hpp"
+#include "tool/file_name.hpp"
 #include "tool/model_file.hpp"
 #include "tool/terminal.hpp"
 
@@ -19,16 +20,16 @@ namespace velm {
 namespace {
 
 struct CheckArguments {
-    std::vector<std::string> files;
+    std::vector<FileName> files;
     std::string fail_on = "error";
     std::size_t most = CheckOptions{}.most_of_a_kind;
-    std::string plug_in; ///< empty: the tool's own
+    FileName plug_in; ///< empty: the tool's own
     bool json = false;
     bool sarif = false;
     bool quiet = false;
 };
 
-FileFindings check_file(const std::string& file, const CheckArguments& arguments)
+FileFindings check_file(const FileName& file, const CheckArguments& arguments)
 {
     const CheckOptions options{arguments.most};
     if (kind_of_file(file) == FileKind::input_file) {
@@ -50,7 +51,7 @@ bool check_files(const CheckArguments& arguments, std::vector<FileFindings>& fin
         print_error(words);
         all_read = false;
     };
-    for (const std::string& file : arguments.files) {
+    for (const FileName& file : arguments.files) {
         try {
             findings.push_back(check_file(file, arguments));
         } catch (const StoreError& error) {

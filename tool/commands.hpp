@@ -3,6 +3,7 @@
 #include "tool/exit_code.hpp"
 
 #include <functional>
+#include <string>
 
 namespace CLI {
 class App;
@@ -29,5 +30,15 @@ Command new_command(CLI::App& tool);
 Command example_command(CLI::App& tool);
 Command schema_command(CLI::App& tool);
 Command info_command(CLI::App& tool);
+Command report_command(CLI::App& tool); ///< only with VELM_REPORT
+Command help_command(CLI::App& tool);
+Command docs_command(CLI::App& tool);
+Command describe_command(CLI::App& tool);
+
+/// The command of that name; null when there is none.
+[[nodiscard]] const CLI::App* find_command(const CLI::App& tool, const std::string& name);
+
+/// The refusal of a command that there is not, with the name that is nearest.
+[[nodiscard]] ToolError unknown_command(const CLI::App& tool, const std::string& name);
 
 } // namespace velm

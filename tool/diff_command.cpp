@@ -4,6 +4,7 @@
 #include "tool/commands.hpp"
 #include "tool/exported_model.hpp"
 #include "tool/file_kind.hpp"
+#include "tool/file_name.hpp"
 #include "tool/model_file.hpp"
 
 #include <CLI/CLI.hpp>
@@ -19,9 +20,9 @@ namespace velm {
 namespace {
 
 struct DiffArguments {
-    std::string old_file;
-    std::string new_file;
-    std::string plug_in; ///< empty: the tool's own
+    FileName old_file;
+    FileName new_file;
+    FileName plug_in; ///< empty: the tool's own
     double tolerance = 0;
     bool summary = false;
     bool all = false;
@@ -30,7 +31,7 @@ struct DiffArguments {
 
 /// A file that cannot be read to the last value is not compared: what it lacks would look like a difference, or like
 /// none.
-void refuse_problems(const InputFile& read, const std::string& name)
+void refuse_problems(const InputFile& read, const FileName& name)
 {
     std::uint64_t about_form = 0;
     for (std::size_t kind = 0; is_about_form(static_cast<ProblemKind>(kind)); ++kind) {
@@ -44,10 +45,10 @@ void refuse_problems(const InputFile& read, const std::string& name)
     throw ToolError(ExitCode::model_unreadable,
                     name +
                         " cannot be compared, for not all of its values can be read; velm check lists what is wrong" +
-                        (worst == read.problems.end() ? "" : ". First:\n  " + worst->text(name)));
+                        (worst == read.problems.end() ? "" : ". First:\n  " + worst->text(name.in_words())));
 }
 
-Model read_input(const std::filesystem::path& file, const std::string& name)
+Model read_input(const std::filesystem::path& file, const FileName& name)
 {
     try {
         InputFile read = read_input_file(file);
@@ -59,7 +60,7 @@ Model read_input(const std::filesystem::path& file, const std::string& name)
 }
 
 /// The model of a file. With `as_exported`, a database's values are those that its input file shows.
-Model read(const std::string& file, FileKind kind, bool as_exported, const DiffArguments& arguments)
+Model read(const FileName& file, FileKind kind, bool as_exported, const DiffArguments& arguments)
 {
     if (kind == FileKind::input_file) {
         return read_input(file, file);
@@ -92,7 +93,8 @@ ExitCode compare(const DiffArguments& arguments)
     const bool form_alone = found.empty() && arguments.tolerance == 0 && both_input_files &&
                             !have_the_same_bytes(arguments.old_file, arguments.new_file);
     if (arguments.json) {
-        std::cout << difference_json(found, arguments.old_file, arguments.new_file, form_alone, arguments.all);
+        std::cout << difference_json(found, arguments.old_file.text(), arguments.new_file.text(), form_alone,
+                                     arguments.all);
     } else if (form_alone) {
         std::cout << "the same model; the files differ in label text, line ends or fill alone\n";
     } else {

@@ -1,5 +1,6 @@
 #include "model_store/model_store.hpp"
 #include "tool/commands.hpp"
+#include "tool/file_name.hpp"
 #include "tool/model_file.hpp"
 
 #include <CLI/CLI.hpp>
@@ -10,7 +11,7 @@ extern const std::string_view example_statements; // examples/estuary.sql, carri
 
 Command example_command(CLI::App& tool)
 {
-    auto database = std::make_shared<std::string>();
+    auto database = std::make_shared<FileName>();
     CLI::App* const arguments = tool.add_subcommand("example", "Create the database of the bundled estuary model");
     arguments->add_option("MODEL", *database, "Database to create; an existing file is never touched")->required();
     arguments->footer("Example:\n"

@@ -1,15 +1,17 @@
 #include "headless_host/headless_host.hpp"
 #include "model_check/export_losses.hpp"
+#include "plain_text/plain_text.hpp"
 #include "session/session_recorder.hpp"
 #include "tool/commands.hpp"
 #include "tool/file_arguments.hpp"
+#include "tool/file_name.hpp"
 #include "tool/model_file.hpp"
 #include "tool/operating_system.hpp"
 #include "tool/panel_page.hpp"
 #include "tool/plug_in.hpp"
 #include "tool/plug_in_run.hpp"
-#include "tool/replaced_file.hpp"
 #include "tool/written_file.hpp"
+#include "whole_file/whole_file.hpp"
 
 #include <CLI/CLI.hpp>
 
@@ -26,11 +28,12 @@ namespace {
 namespace fs = std::filesystem;
 
 struct ExportArguments {
-    std::string model;
-    std::string output;
-    std::string panel;   ///< empty: not saved
-    std::string session; ///< empty: not recorded
-    std::string plug_in; ///< empty: the tool's own
+    FileName model;
+    FileName changes; ///< of SQL statements; empty: none
+    FileName output;
+    FileName panel;   ///< empty: not saved
+    FileName session; ///< empty: not recorded
+    FileName plug_in; ///< empty: the tool's own
     bool strict = false;
     bool quiet = false;
 };
@@ -39,28 +42,29 @@ void check(const ExportArguments& arguments)
 {
     refuse_stream(arguments.output, "OUTPUT",
                   "an export replaces its file only when it is whole, which a stream cannot; give a file name");
-    refuse_same_file(arguments.output, arguments.model, "OUTPUT and MODEL");
     if (!arguments.panel.empty()) {
         refuse_stream(arguments.panel, "The panel's file", "the page is saved in a file; give a file name");
-        refuse_same_file(arguments.panel, arguments.output, "The panel's file and OUTPUT");
-        refuse_same_file(arguments.panel, arguments.model, "The panel's file and MODEL");
     }
     if (!arguments.session.empty()) {
         refuse_stream(arguments.session, "SESSION", "a session is recorded in a file of its own; give a file name");
-        refuse_same_file(arguments.session, arguments.output, "SESSION and OUTPUT");
         refuse_existing_session(arguments.session);
     }
+    refuse_one_file({{"OUTPUT", arguments.output},
+                     {"MODEL", arguments.model},
+                     {"the file of --sql", arguments.changes},
+                     {"the panel's file", arguments.panel},
+                     {"SESSION", arguments.session}});
 }
 
 /// Saves the page; returns what kept it from that, empty when nothing.
-std::string save_panel(ReplacedFile& file, const HeadlessHost& host)
+std::string save_panel(WholeFile& file, const HeadlessHost& host)
 {
     try {
-        std::ofstream page(file.temporary(), std::ios::binary);
+        std::ofstream page(file.content(), std::ios::binary);
         page << panel_page(host.panel());
         page.close();
         if (!page) {
-            return "the panel cannot be written to " + file.temporary().string();
+            return "the panel cannot be written to " + shown(file.name());
         }
         file.put_in_place();
         return {};
@@ -69,7 +73,7 @@ std::string save_panel(ReplacedFile& file, const HeadlessHost& host)
     }
 }
 
-void print_summary(const std::string& output, const WrittenFile& written, double seconds)
+void print_summary(const FileName& output, const WrittenFile& written, double seconds)
 {
     std::cerr << "velm: " << output << ": " << written.sections << " sections, " << written.records << " records, "
               << written.bytes << " bytes in " << std::fixed << std::setprecision(2) << seconds << " seconds\n";
@@ -109,15 +113,15 @@ ExitCode export_model(const ExportArguments& arguments)
 {
     const auto start = std::chrono::steady_clock::now();
     check(arguments);
-    ReplacedFile output(arguments.output);
-    refuse_long_path(output.temporary().string());
-    std::optional<ReplacedFile> panel;
+    WholeFile output(arguments.output, Standing::replaced);
+    refuse_long_path(output.content().string());
+    std::optional<WholeFile> panel;
     if (!arguments.panel.empty()) {
-        panel.emplace(arguments.panel);
+        panel.emplace(arguments.panel, Standing::replaced);
     }
     const PlugIn plug_in(arguments.plug_in.empty() ? default_plug_in() : fs::path(arguments.plug_in));
-    const Model model = read_model_file(arguments.model, arguments.quiet);
-    HeadlessHost host(model, output.temporary().string());
+    const Model model = read_changed_model_file(arguments.model, arguments.changes, arguments.quiet);
+    HeadlessHost host(model, output.content().string());
 
     std::optional<SessionRecorder> recorder;
     if (!arguments.session.empty()) {
@@ -125,7 +129,7 @@ ExitCode export_model(const ExportArguments& arguments)
     }
 
     std::string failure = run_export(plug_in, model, host, arguments.quiet, recorder ? &*recorder : nullptr);
-    const WrittenFile written = read_written_file(output.temporary());
+    const WrittenFile written = read_written_file(output.content());
     if (failure.empty()) {
         failure = written.incompleteness();
     }
@@ -141,10 +145,9 @@ ExitCode export_model(const ExportArguments& arguments)
         throw ToolError(ExitCode::failed, "the export failed, " + arguments.output + " is as it was: " + failure);
     }
     const bool counts = arguments.strict || !arguments.quiet;
-    const std::uint64_t overflows =
-        counts ? count_overflows(model, output.temporary(), written.lines_with_asterisks) : 0;
+    const std::uint64_t overflows = counts ? count_overflows(model, output.content(), written.lines_with_asterisks) : 0;
     refuse_overflows(arguments, overflows);
-    const LossSample sample = arguments.quiet ? LossSample{} : sample_losses(model, output.temporary());
+    const LossSample sample = arguments.quiet ? LossSample{} : sample_losses(model, output.content());
     output.put_in_place();
     if (!arguments.quiet) {
         const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
@@ -162,9 +165,16 @@ Command export_command(CLI::App& tool)
     CLI::App* const arguments = tool.add_subcommand("export", "Write a model's input file through the export plug-in");
     arguments->add_option("MODEL", values->model, "Model database")->required();
     arguments->add_option("OUTPUT", values->output, "Input file to write; replaced only by a complete one")->required();
+    arguments
+        ->add_option(
+            "--sql", values->changes,
+            "Export a private copy of MODEL that is changed by the UPDATE, INSERT and DELETE statements in FILE")
+        ->type_name("FILE");
     arguments->add_option("--panel", values->panel, "Save the plug-in's messages as a web page, also after a failure")
         ->type_name("FILE");
-    arguments->add_option("--record", values->session, "Record what plug-in and host say to each other, in a new file")
+    arguments
+        ->add_option("--record", values->session,
+                     "Record what plug-in and host say to each other, in a new file; takes up to ten times as long")
         ->type_name("SESSION");
     arguments->add_option("--plugin", values->plug_in, "Run another build of the plug-in")->type_name("LIBRARY");
     arguments->add_flag("--strict", values->strict, "Refuse to replace OUTPUT when a value is too wide for its field");
@@ -172,6 +182,7 @@ Command export_command(CLI::App& tool)
     arguments->footer("Examples:\n"
                       "  velm export estuary.db estuary.inp\n"
                       "  velm export estuary.db estuary.inp --panel panel.html\n"
+                      "  velm export estuary.db run.inp --sql changes.sql\n"
                       "  velm export estuary.db estuary.inp --record estuary.jsonl\n"
                       "  velm export estuary.db estuary.inp --plugin build/release/libvelm_export.so --quiet\n\n"
                       "Whatever fails, an existing OUTPUT stays as it was.");

@@ -2,7 +2,6 @@
 
 #include "headless_host/headless_host.hpp"
 #include "tool/exit_code.hpp"
-#include "tool/operating_system.hpp"
 #include "tool/plug_in_run.hpp"
 #include "tool/written_file.hpp"
 
@@ -19,27 +18,15 @@ void write(const PlugIn& plug_in, const Model& model, const std::filesystem::pat
         failure = read_written_file(file).incompleteness();
     }
     if (!failure.empty()) {
-        throw ToolError(ExitCode::failed, "the model cannot be exported to a temporary file in " +
-                                              file.parent_path().string() + ": " + failure);
+        throw ToolError(ExitCode::failed, "the model cannot be exported to a temporary file: " + failure);
     }
 }
 
 } // namespace
 
 ExportedModel::ExportedModel(const PlugIn& plug_in, const Model& model, bool quiet)
-    : file_(create_temporary_file(std::filesystem::temp_directory_path() / "velm-", false))
 {
-    try {
-        write(plug_in, model, file_, quiet);
-    } catch (...) {
-        discard(file_);
-        throw;
-    }
-}
-
-ExportedModel::~ExportedModel()
-{
-    discard(file_);
+    write(plug_in, model, file_.content(), quiet);
 }
 
 } // namespace velm

@@ -1,37 +1,54 @@
 #include "tool/file_arguments.hpp"
 
-#include "tool/exit_code.hpp"
+#include "whole_file/place.hpp"
 
 #include <filesystem>
 #include <system_error>
 
 namespace velm {
 
-void refuse_same_file(const std::string& one, const std::string& other, const std::string& which)
+void refuse_one_file(std::initializer_list<NamedFile> files)
 {
-    namespace fs = std::filesystem;
-    std::error_code unresolved; // a path that leads nowhere is no other file; its use will say what is wrong
-    const fs::path resolved = fs::weakly_canonical(fs::absolute(one), unresolved);
-    if (!resolved.empty() && resolved == fs::weakly_canonical(fs::absolute(other), unresolved)) {
-        throw ToolError(ExitCode::usage, which + " are the same file, " + one + "; one would replace the other");
+    for (const auto* one = files.begin(); one != files.end(); ++one) {
+        for (const auto* other = files.begin(); other != one; ++other) {
+            if (!one->file.empty() && !other->file.empty() && lead_to_one_file(one->file, other->file)) {
+                throw ToolError(ExitCode::usage, std::string(other->argument) + " and " + std::string(one->argument) +
+                                                     " are the same file, " + other->file +
+                                                     "; one would replace the other");
+            }
+        }
     }
 }
 
-void refuse_long_path(const std::string& output)
+void refuse_unless_regular(const FileName& file, ExitCode code)
+{
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(file, error);
+    if (status.type() == std::filesystem::file_type::not_found) {
+        throw ToolError(code, file + " does not exist");
+    }
+    if (error) {
+        throw ToolError(code, file + " cannot be opened: " + error.message() + "; give another name");
+    }
+    if (!std::filesystem::is_regular_file(status)) {
+        throw ToolError(code, file + " is a folder, a device or a pipe; give a file, which can be read to its end "
+                                     "and more than once");
+    }
+}
+
+void refuse_long_path(const FileName& output)
 {
     constexpr std::size_t room = 512; // the plug-in's field
-    if (output.size() > room) {
-        throw ToolError(ExitCode::usage, "the path " + output + " takes " + std::to_string(output.size()) +
+    if (output.text().size() > room) {
+        throw ToolError(ExitCode::usage, "the path " + output + " takes " + std::to_string(output.text().size()) +
                                              " bytes, the plug-in has room for " + std::to_string(room) +
                                              "; run velm in OUTPUT's directory and give the file name alone");
     }
 }
 
-void refuse_existing_session(const std::string& session)
+void refuse_existing_session(const FileName& session)
 {
-    if (std::filesystem::exists(std::filesystem::symlink_status(session))) {
-        throw ToolError(ExitCode::usage, session + " exists and is left as it is; give a name that is not taken");
-    }
+    refuse_unless_free(session, real_place(session), Standing::refused);
 }
 
 } // namespace velm

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string>
+#include "tool/file_name.hpp"
 
 namespace velm {
 
@@ -8,6 +8,6 @@ enum class FileKind { input_file, database };
 
 /// What a file is, by its first bytes: what does not begin as SQLite's files do is taken for an input file. Throws
 /// ToolError: usage for what stands for a stream or for nothing, model_unreadable for what cannot be read.
-[[nodiscard]] FileKind kind_of_file(const std::string& file);
+[[nodiscard]] FileKind kind_of_file(const FileName& file);
 
 } // namespace velm

@@ -1,23 +1,23 @@
 #include "input_file/input_file.hpp"
+#include "model/words.hpp"
 #include "model_store/model_store.hpp"
 #include "tool/commands.hpp"
+#include "tool/file_arguments.hpp"
 #include "tool/file_kind.hpp"
+#include "tool/file_name.hpp"
 #include "tool/model_file.hpp"
 #include "tool/operating_system.hpp"
 #include "tool/progress_bar.hpp"
-#include "tool/replaced_file.hpp"
 #include "tool/terminal.hpp"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <filesystem>
 #include <iomanip>
 #include <iostream>
 #include <new>
-#include <optional>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -28,53 +28,42 @@ namespace {
 namespace fs = std::filesystem;
 
 struct ImportArguments {
-    std::string input;
-    std::string model;
+    FileName input;
+    FileName model;
     bool force = false;
     bool lenient = false;
     bool quiet = false;
 };
 
+Standing standing(const ImportArguments& arguments)
+{
+    return arguments.force ? Standing::replaced : Standing::refused;
+}
+
 void check(const ImportArguments& arguments)
 {
     refuse_stream(arguments.input, "FILE", "an input file is read from a file; give a file name");
     refuse_stream(arguments.model, "MODEL", "SQLite keeps a database in a file, not in a stream; give a file name");
-    if (fs::is_directory(arguments.input)) {
-        throw ToolError(ExitCode::model_unreadable, arguments.input + " is a folder; give an input file");
-    }
-    if (fs::is_regular_file(arguments.input) && kind_of_file(arguments.input) == FileKind::database) {
+    if (kind_of_file(arguments.input) == FileKind::database) {
         throw ToolError(ExitCode::model_unreadable, arguments.input + " is a database; give an input file");
     }
-    if (!fs::exists(fs::symlink_status(arguments.model))) {
-        return;
-    }
-    if (!arguments.force) {
-        throw ToolError(ExitCode::usage, arguments.model + " exists and is left as it is; give a name that is not "
-                                                           "taken, or replace it with --force");
-    }
-    std::error_code unresolved; // what leads nowhere is no other file; its use will say what is wrong
-    if (fs::equivalent(arguments.input, arguments.model, unresolved)) {
-        throw ToolError(ExitCode::usage, "FILE and MODEL are the same file, " + arguments.model);
-    }
-    for (const char* const journal : {"-wal", "-journal"}) { // SQLite would play it back into the new database
-        if (fs::exists(arguments.model + journal)) {
-            throw ToolError(ExitCode::usage, arguments.model + " is in use, for there is a file " + arguments.model +
-                                                 journal + "; close the program that uses it, or give another name");
-        }
+    refuse_one_file({{"FILE", arguments.input}, {"MODEL", arguments.model}});
+    try {
+        refuse_unless_free(arguments.model, real_place(arguments.model), standing(arguments));
+    } catch (const FileError& error) {
+        std::error_code unknown;
+        const bool may_be_forced = !arguments.force && fs::is_regular_file(arguments.model, unknown);
+        throw FileError(std::string(error.what()) + (may_be_forced ? ", or replace it with --force" : ""));
     }
 }
 
-InputFile read(const ImportArguments& arguments, std::optional<NewModel>& model)
+InputFile read(const ImportArguments& arguments)
 {
     std::error_code unknown; // then the bar shows no end
     const std::uintmax_t size = fs::file_size(arguments.input, unknown);
     ProgressBar bar("import", "bytes", unknown ? 0 : size, !arguments.quiet && has_capable_terminal());
     ReadOptions options;
     options.on_progress = [&](std::uint64_t bytes) { bar.show(bytes); };
-    if (model) {
-        options.on_series = [&](std::string_view table, const std::array<std::int32_t, 2>& key,
-                                const TimeSeries& series) { model->add_series(table, key, series); };
-    }
     try {
         return read_input_file(fs::path(arguments.input), options);
     } catch (const std::system_error& error) {
@@ -85,11 +74,11 @@ InputFile read(const ImportArguments& arguments, std::optional<NewModel>& model)
     }
 }
 
-std::string list_of_problems(const InputFile& file, const std::string& name)
+std::string list_of_problems(const InputFile& file, const FileName& name)
 {
     std::string lines;
     for (const InputProblem& problem : file.problems) {
-        lines += "\n  " + problem.text(name);
+        lines += "\n  " + problem.text(name.in_words());
     }
     const std::uint64_t others = file.problem_count - file.problems.size();
     return others == 0 ? lines : lines + "\n  and " + std::to_string(others) + " more";
@@ -117,52 +106,17 @@ void refuse_problems(const ImportArguments& arguments, const InputFile& file)
                                                     advice);
 }
 
-/// Leads to MODEL: to a name that is not taken, or with --force to the place of what stands there.
-TemporaryFiles temporary_files_for(const ImportArguments& arguments, std::optional<ReplacedFile>& replaced)
+void save(const ImportArguments& arguments, const InputFile& file)
 {
-    if (!arguments.force || !fs::exists(fs::symlink_status(arguments.model))) {
-        return watched_temporary_files();
-    }
-    replaced.emplace(arguments.model);
-    return {[&](const fs::path&) { return replaced->temporary(); }, [](const fs::path&) {},
-            [&](const fs::path&, const fs::path&) { replaced->put_in_place(); }};
-}
-
-std::vector<MissingValue> missing_values(const InputFile& file)
-{
-    std::vector<MissingValue> missing;
-    for (const Datum& gap : file.gaps) {
-        missing.push_back({gap.table, gap.column, gap.key});
-    }
-    return missing;
-}
-
-/// Series are written while others are read. Not so with --lenient: a database with gaps has other tables.
-InputFile read_and_save(const ImportArguments& arguments)
-{
-    std::optional<ReplacedFile> replaced;
+    ProgressBar bar("save", "rows", 0, !arguments.quiet && has_capable_terminal());
     try {
-        const TemporaryFiles temporary_files = temporary_files_for(arguments, replaced);
-        std::optional<NewModel> model;
-        if (!arguments.lenient) {
-            model.emplace(arguments.model, temporary_files);
-        }
-        InputFile file = read(arguments, model);
-        refuse_problems(arguments, file);
-        if (model) {
-            model->finish(file.model);
-        } else {
-            save_model(file.model, arguments.model, missing_values(file), temporary_files);
-        }
-        return file;
+        save_model(file.model, arguments.model,
+                   {.missing = file.gaps, .standing = standing(arguments), .on_progress = [&](std::uint64_t rows) {
+                        bar.show(rows);
+                    }});
     } catch (const StoreError& error) {
         throw ToolError(ExitCode::failed, problems_text(arguments.model + " cannot be written:", error));
     }
-}
-
-std::string counted(std::size_t count, const char* what)
-{
-    return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
 void print_summary(const ImportArguments& arguments, const InputFile& file, double seconds)
@@ -191,7 +145,9 @@ ExitCode import_file(const ImportArguments& arguments)
 {
     const auto start = std::chrono::steady_clock::now();
     check(arguments);
-    const InputFile file = read_and_save(arguments);
+    const InputFile file = read(arguments);
+    refuse_problems(arguments, file);
+    save(arguments, file);
     if (!arguments.quiet) {
         const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
         print_summary(arguments, file, seconds.count());

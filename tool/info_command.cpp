@@ -1,8 +1,6 @@
-#include "headless_host/headless_host.hpp"
 #include "tool/commands.hpp"
-#include "tool/file_forecast.hpp"
+#include "tool/file_name.hpp"
 #include "tool/model_file.hpp"
-#include "tool/model_text.hpp"
 
 #include <CLI/CLI.hpp>
 
@@ -77,9 +75,9 @@ void print_systems(const Model& model)
     line("systems") << model.systems.size() << '\n';
     for (std::size_t s = 0; s < model.systems.size(); ++s) {
         const System& system = model.systems[s];
-        std::cout << std::setw(5) << s + 1 << "  " << printable_text(system.name) << " (" << printable_text(system.tag)
-                  << "), boundaries: " << system.boundaries.items.size() << ", loads: " << system.loads.items.size()
-                  << '\n';
+        std::cout << std::setw(5) << s + 1 << "  " << printable_latin1(system.name) << " ("
+                  << printable_latin1(system.tag) << "), boundaries: " << system.boundaries.items.size()
+                  << ", loads: " << system.loads.items.size() << '\n';
     }
 }
 
@@ -156,7 +154,7 @@ void print_series(const Model& model)
     time_functions.print("time-function series");
 }
 
-ExitCode print_info(const std::string& database)
+ExitCode print_info(const FileName& database)
 {
     const Model model = read_model_file(database, false);
     line("model") << database << '\n';
@@ -169,9 +167,6 @@ ExitCode print_info(const std::string& database)
     print_instances("time functions", model.time_function_types);
     print_instances("parameters", model.parameter_types);
     print_instances("constants", model.constant_types);
-    const FileForecast file = forecast_file(model);
-    line("input file") << file.records << " records, " << file.bytes << " bytes\n";
-    line("export") << requests_of_an_export(model) << " requests\n";
     return ExitCode::done;
 }
 
@@ -179,13 +174,12 @@ ExitCode print_info(const std::string& database)
 
 Command info_command(CLI::App& tool)
 {
-    auto database = std::make_shared<std::string>();
-    CLI::App* const arguments = tool.add_subcommand("info", "Print what a model has and how large its file will be");
+    auto database = std::make_shared<FileName>();
+    CLI::App* const arguments = tool.add_subcommand("info", "Print what a model has");
     arguments->add_option("MODEL", *database, "Model database")->required();
     arguments->footer("Example:\n"
                       "  velm info estuary.db\n\n"
-                      "Times are those of the database, most often days from the start. The size of the\n"
-                      "input file is exact.");
+                      "Times are those of the database, most often days from the start.");
     return {arguments, [database] { return print_info(*database); }};
 }
 

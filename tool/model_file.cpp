@@ -3,16 +3,31 @@
 #include "tool/exit_code.hpp"
 #include "tool/operating_system.hpp"
 #include "tool/progress_bar.hpp"
-#include "tool/replaced_file.hpp"
 
 #include <filesystem>
+#include <fstream>
 #include <iostream>
+#include <iterator>
 #include <new>
 
 namespace velm {
 namespace {
 
 constexpr auto why_no_stream = "SQLite keeps a database in a file, not in a stream; give a file name";
+
+std::string text_of(const FileName& file)
+{
+    std::error_code missing;
+    std::ifstream stream;
+    if (!std::filesystem::is_directory(file.text(), missing)) {
+        stream.open(file.text(), std::ios::binary);
+    }
+    std::string text{std::istreambuf_iterator<char>(stream), {}};
+    if (!stream.is_open() || text.find('\0') != std::string::npos) {
+        throw ToolError(ExitCode::usage, file + " is no file of SQL statements that can be read; give a text file");
+    }
+    return text;
+}
 
 } // namespace
 
@@ -28,42 +43,48 @@ std::string problems_text(const std::string& heading, const StoreError& error)
     return error.more ? text + "\n  and more problems like these" : text;
 }
 
-void refuse_stream(const std::string& file, const std::string& argument, const std::string& reason)
+void refuse_stream(const FileName& file, const std::string& argument, const std::string& reason)
 {
     if (file.empty()) {
         throw ToolError(ExitCode::usage, argument + " is empty; give a file name");
     }
-    if (file == "-") {
+    if (file.text() == "-") {
         throw ToolError(ExitCode::usage, argument + " cannot be '-': " + reason);
     }
 }
 
-Model read_model_file(const std::string& database, bool quiet)
+Model read_model_file(const FileName& database, bool quiet)
+{
+    return read_changed_model_file(database, "", quiet);
+}
+
+Model read_changed_model_file(const FileName& database, const FileName& changes, bool quiet)
 {
     refuse_stream(database, "MODEL", why_no_stream);
     ProgressBar bar("load", "rows", 0, !quiet && has_capable_terminal());
     LoadOptions options;
     options.on_progress = [&](std::uint64_t rows) { bar.show(rows); };
+    if (!changes.empty()) {
+        options.changes = {text_of(changes), changes.in_words()};
+        options.on_change = [&](std::size_t line, std::int64_t rows) {
+            if (rows == 0 && !quiet) {
+                std::cerr << "velm: " << changes << ':' << line << ": the statement changes no row\n";
+            }
+        };
+    }
+    const std::string name = database.in_words() + (changes.empty() ? "" : " with the changes of " + changes);
     try {
         return load_model(database, options);
     } catch (const StoreError& error) {
-        throw ToolError(ExitCode::model_unreadable, problems_text(database + " cannot be read:", error));
+        throw ToolError(ExitCode::model_unreadable, problems_text(name + " cannot be read:", error));
     } catch (const std::bad_alloc&) {
         throw ToolError(ExitCode::model_unreadable, database + " cannot be read: it does not fit into memory");
     }
 }
 
-TemporaryFiles watched_temporary_files()
-{
-    return {create_temporary_file_beside, discard};
-}
-
-void create_model_file(const std::string& database, const std::function<void()>& create, const std::string& what)
+void create_model_file(const FileName& database, const std::function<void()>& create, const std::string& what)
 {
     refuse_stream(database, "MODEL", why_no_stream);
-    if (std::filesystem::exists(std::filesystem::symlink_status(database))) {
-        throw ToolError(ExitCode::usage, database + " exists and is left as it is; give a name that is not taken");
-    }
     try {
         create();
     } catch (const StoreError& error) {

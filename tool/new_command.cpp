@@ -1,5 +1,6 @@
 #include "model_store/model_store.hpp"
 #include "tool/commands.hpp"
+#include "tool/file_name.hpp"
 #include "tool/model_file.hpp"
 
 #include <CLI/CLI.hpp>
@@ -8,19 +9,21 @@ namespace velm {
 
 Command new_command(CLI::App& tool)
 {
-    auto database = std::make_shared<std::string>();
+    auto database = std::make_shared<FileName>();
     CLI::App* const arguments = tool.add_subcommand("new", "Create an empty model database");
     arguments->add_option("MODEL", *database, "Database to create; an existing file is never touched")->required();
     arguments->footer("Example:\n"
                       "  velm new river.db\n"
                       "  sqlite3 river.db \"UPDATE model SET julian_end_time = 365\"\n\n"
                       "The model table has its one row, with default values; all other tables are empty.");
-    return {arguments, [database] {
-                create_model_file(
-                    *database, [&] { save_model(Model{}, *database); },
-                    "an empty model, to be filled with any SQLite tool");
-                return ExitCode::done;
-            }};
+    return {
+        arguments, [database] {
+            create_model_file(
+                *database,
+                [&] { create_database(std::string(model_schema()) + "INSERT INTO model DEFAULT VALUES;", *database); },
+                "an empty model, to be filled with any SQLite tool");
+            return ExitCode::done;
+        }};
 }
 
 } // namespace velm

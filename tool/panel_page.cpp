@@ -1,5 +1,7 @@
 #include "tool/panel_page.hpp"
 
+#include "plain_text/plain_text.hpp"
+
 #include <algorithm>
 #include <initializer_list>
 
@@ -15,27 +17,6 @@ void remove_all(std::string& text, std::string_view mark)
     }
 }
 
-/// Names of files and branches come in the system's encoding, which may be UTF-8 or one byte a character.
-bool is_utf8(std::string_view text)
-{
-    std::size_t following = 0;
-    for (const char character : text) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (following > 0) {
-            if ((byte & 0xC0U) != 0x80U) {
-                return false;
-            }
-            --following;
-        } else if (byte >= 0x80U) {
-            if (byte < 0xC2U || byte > 0xF4U) {
-                return false;
-            }
-            following = byte >= 0xF0U ? 3 : byte >= 0xE0U ? 2 : 1;
-        }
-    }
-    return following == 0;
-}
-
 } // namespace
 
 std::string panel_page(std::string_view panel)
@@ -46,9 +27,12 @@ std::string panel_page(std::string_view panel)
         remove_all(table, mark);
     }
     std::string page = "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"";
+    // names of files and branches come in the system's encoding, which may be UTF-8 or one byte a character
     page += is_utf8(panel) ? "utf-8" : "iso-8859-1";
-    page += "\">\n<title>VELM export</title>\n"
-            "<style>body { font-family: sans-serif; } table { margin: 1em auto; }</style>\n</head>\n<body>\n";
+    page +=
+        "\">\n<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src 'unsafe-inline'; "
+        "base-uri 'none'; form-action 'none'\">\n<title>VELM export</title>\n"
+        "<style>body { font-family: sans-serif; } table { margin: 1em auto; }</style>\n</head>\n<body>\n";
     page += table + "\n<ul>\n";
     page += panel.substr(items_begin);
     page += "\n</ul>\n</body>\n</html>\n";

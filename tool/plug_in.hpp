@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tool/exit_code.hpp"
+
 #include <filesystem>
 
 namespace velm {
@@ -10,8 +12,12 @@ public:
     /// Throws ToolError when there is no such file or it has no procedure importexport.
     explicit PlugIn(const std::filesystem::path& library);
 
-    /// Runs one export. Whatever the plug-in throws comes through.
-    void run_export() const { importexport(); }
+    /// Runs one export. Whatever the plug-in throws comes through. One that ends the process, or its thread, ends it
+    /// with ExitCode::failed and words that say so.
+    void run_export() const;
+
+    /// Ends the process from within an export, without these words.
+    [[noreturn]] static void end_process(ExitCode code);
 
 private:
     void (*importexport)();

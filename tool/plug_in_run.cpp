@@ -1,5 +1,6 @@
 #include "tool/plug_in_run.hpp"
 
+#include "plain_text/plain_text.hpp"
 #include "tool/operating_system.hpp"
 #include "tool/panel_page.hpp"
 #include "tool/progress_bar.hpp"
@@ -32,12 +33,42 @@ public:
     AttachedHost& operator=(AttachedHost&&) = delete;
 };
 
+/// What the host will have served at the end, but for a few values of each item: near enough for a bar.
+std::uint64_t values_to_serve(const Model& model)
+{
+    constexpr std::uint64_t of_a_segment = 20;
+    const std::uint64_t initial_conditions = 2 * model.systems.size();
+    std::uint64_t values = model.segments.size() * (of_a_segment + initial_conditions);
+    const auto add_series = [&](const auto& items) {
+        for (const auto& item : items) {
+            values += item.series.times.size();
+        }
+    };
+    for (const FlowField& field : model.flow_fields) {
+        add_series(field.functions);
+    }
+    for (const ExchangeField& field : model.exchange_fields) {
+        add_series(field.functions);
+    }
+    for (const System& system : model.systems) {
+        add_series(system.boundaries.items);
+        add_series(system.loads.items);
+    }
+    for (const auto& type : model.time_function_types) {
+        add_series(type.instances);
+    }
+    for (const auto& type : model.parameter_types) {
+        values += model.segments.size() * 2 * type.instances.size(); // whether one is used, and its value there
+    }
+    return values;
+}
+
 /// Runs the plug-in; returns what it threw in words, empty when it returned.
 std::string run_plug_in(const PlugIn& plug_in, const Model& model, HeadlessHost& host, bool quiet,
                         SessionRecorder* recorder)
 {
-    ProgressBar bar("export", "requests", requests_of_an_export(model), !quiet && has_capable_terminal());
-    host.on_progress = [&](std::uint64_t requests) { bar.show(requests); };
+    ProgressBar bar("export", "values", values_to_serve(model), !quiet && has_capable_terminal());
+    host.on_progress = [&](std::uint64_t values) { bar.show(values); };
     RecordedHost recorded{host, recorder};
     const auto attached = recorder == nullptr ? AttachedHost(&HeadlessHost::answer, &host)
                                               : AttachedHost(&RecordedHost::answer, &recorded);
@@ -45,7 +76,7 @@ std::string run_plug_in(const PlugIn& plug_in, const Model& model, HeadlessHost&
         plug_in.run_export();
         return {};
     } catch (const std::exception& error) {
-        return std::string("the plug-in threw ") + error.what();
+        return std::string("the plug-in threw ") + printable(error.what());
     } catch (...) {
         return "the plug-in threw something that has no name";
     }
@@ -63,7 +94,7 @@ std::string failure_seen_by(const HeadlessHost& host)
     }
     if (!host.export_completed()) {
         const std::string last = last_panel_message(host.panel());
-        return "the plug-in did not announce completion" + (last.empty() ? "" : "; it said last: " + last);
+        return "the plug-in did not announce completion" + (last.empty() ? "" : "; it said last: " + printable(last));
     }
     return {};
 }

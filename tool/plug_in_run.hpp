@@ -9,7 +9,7 @@
 
 namespace velm {
 
-/// Lets the plug-in export `model`, which `host` serves, with the requests counted on a terminal unless `quiet`.
+/// Lets the plug-in export `model`, which `host` serves, with progress shown on a terminal unless `quiet`.
 /// With a `recorder` every exchange is written down. Returns why the export is not to be trusted; empty when host and
 /// plug-in agree that it is complete.
 [[nodiscard]] std::string run_export(const PlugIn& plug_in, const Model& model, HeadlessHost& host, bool quiet,

@@ -1,9 +1,10 @@
+#include "headless_host/headless_host.hpp"
 #include "headless_host/request.hpp"
 #include "session/host_library.hpp"
-#include "session/request_words.hpp"
 #include "session/session_recorder.hpp"
 #include "tool/commands.hpp"
 #include "tool/file_arguments.hpp"
+#include "tool/file_name.hpp"
 #include "tool/model_file.hpp"
 #include "tool/plug_in.hpp"
 
@@ -17,9 +18,9 @@ namespace velm {
 namespace {
 
 struct RecordArguments {
-    std::string host;
-    std::string session;
-    std::string plug_in; ///< empty: the tool's own
+    FileName host;
+    FileName session;
+    FileName plug_in; ///< empty: the tool's own
     bool quiet = false;
 };
 
@@ -62,12 +63,12 @@ private:
     bool is_this_tool_ = false;
 };
 
-HostLibrary load_host(const std::string& file)
+HostLibrary load_host(const FileName& file)
 {
     try {
         return load_host_library(file);
     } catch (const std::runtime_error& error) {
-        throw ToolError(ExitCode::usage, file + " cannot be used as host library: " + error.what());
+        throw ToolError(ExitCode::usage, file + " cannot be used as host library: " + printable(error.what()));
     }
 }
 
@@ -84,7 +85,7 @@ ExitCode record_host(const RecordArguments& arguments)
     velm_host_attach(nullptr, nullptr);
     recorder.close();
     if (!recorder.failure().empty()) {
-        throw ToolError(ExitCode::failed, "recording stopped: " + recorder.failure());
+        throw ToolError(ExitCode::failed, "recording stopped: " + printable(recorder.failure()));
     }
     if (recorded.is_this_tool()) {
         throw ToolError(ExitCode::failed,

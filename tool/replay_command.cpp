@@ -2,17 +2,17 @@
 #include "session/session_reader.hpp"
 #include "tool/commands.hpp"
 #include "tool/file_arguments.hpp"
+#include "tool/file_name.hpp"
 #include "tool/model_file.hpp"
 #include "tool/operating_system.hpp"
 #include "tool/plug_in.hpp"
 #include "tool/progress_bar.hpp"
-#include "tool/replaced_file.hpp"
 #include "tool/terminal.hpp"
 #include "tool/written_file.hpp"
+#include "whole_file/whole_file.hpp"
 
 #include <CLI/CLI.hpp>
 
-#include <cstdlib>
 #include <iostream>
 #include <optional>
 #include <stdexcept>
@@ -21,9 +21,9 @@ namespace velm {
 namespace {
 
 struct ReplayArguments {
-    std::string session;
-    std::string output;
-    std::string plug_in; ///< empty: the tool's own
+    FileName session;
+    FileName output;
+    FileName plug_in; ///< empty: the tool's own
     std::uint64_t export_number = 1;
     bool quiet = false;
 };
@@ -58,7 +58,7 @@ void run_plug_in(const PlugIn& plug_in, Replay& replay, const ReplayArguments& a
     replay.on_stop = [&] {
         bar.reset();
         print_error(reason_in_words(replay, arguments));
-        std::exit(static_cast<int>(exit_code(replay))); // NOLINT(concurrency-mt-unsafe): a replay has one thread
+        PlugIn::end_process(exit_code(replay));
     };
     velm_host_attach(&Replay::answer, &replay);
     plug_in.run_export();
@@ -71,20 +71,21 @@ ExitCode replay_session(const ReplayArguments& arguments)
     refuse_stream(arguments.session, "SESSION", "it is read more than once; give a file name");
     refuse_stream(arguments.output, "OUTPUT",
                   "a replay replaces its file only when it is whole, which a stream cannot; give a file name");
-    refuse_same_file(arguments.output, arguments.session, "OUTPUT and SESSION");
+    refuse_unless_regular(arguments.session, ExitCode::usage);
+    refuse_one_file({{"OUTPUT", arguments.output}, {"SESSION", arguments.session}});
     std::optional<SessionReader> session;
     try {
         session.emplace(arguments.session);
     } catch (const std::exception& error) {
         throw ToolError(ExitCode::usage, error.what());
     }
-    ReplacedFile output(arguments.output);
-    refuse_long_path(output.temporary().string());
+    WholeFile output(arguments.output, Standing::replaced);
+    refuse_long_path(output.content().string());
     const PlugIn plug_in(arguments.plug_in.empty() ? default_plug_in() : std::filesystem::path(arguments.plug_in));
-    Replay replay = start_of_export(*session, arguments, output.temporary().string());
+    Replay replay = start_of_export(*session, arguments, output.content().string());
     run_plug_in(plug_in, replay, arguments);
 
-    const WrittenFile written = read_written_file(output.temporary());
+    const WrittenFile written = read_written_file(output.content());
     const std::string failure = replay.export_completed()
                                     ? written.incompleteness()
                                     : std::string("the plug-in did not announce completion, neither then nor now");

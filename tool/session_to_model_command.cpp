@@ -1,8 +1,10 @@
 #include "session/model_of_session.hpp"
-#include "session/session_error.hpp"
+#include "session/session_reader.hpp"
 
 #include "model_store/model_store.hpp"
 #include "tool/commands.hpp"
+#include "tool/file_arguments.hpp"
+#include "tool/file_name.hpp"
 #include "tool/model_file.hpp"
 
 #include <CLI/CLI.hpp>
@@ -13,8 +15,8 @@ namespace velm {
 namespace {
 
 struct SessionToModelArguments {
-    std::string session;
-    std::string model;
+    FileName session;
+    FileName model;
     std::uint64_t export_number = 1;
 };
 
@@ -51,9 +53,8 @@ Command session_to_model_command(CLI::App& tool)
                       "ask for is not in a session: unused constants, parameters and time functions have no values.");
     return {arguments, [values] {
                 refuse_stream(values->session, "SESSION", "it is read more than once; give a file name");
-                const auto create = [&] {
-                    save_model(read_model(*values), values->model, {}, watched_temporary_files());
-                };
+                refuse_unless_regular(values->session, ExitCode::usage);
+                const auto create = [&] { save_model(read_model(*values), values->model); };
                 create_model_file(values->model, create, "the model of " + values->session);
                 return ExitCode::done;
             }};

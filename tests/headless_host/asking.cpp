@@ -1,6 +1,6 @@
 #include "tests/headless_host/asking.hpp"
 
-#include "host_link/host_exchange.h"
+#include "host_link/call_form.hpp"
 #include "host_link/host_keys.hpp"
 
 #include <gtest/gtest.h>
@@ -87,15 +87,15 @@ void call(const std::string& key_with_nul, const std::vector<void*>& v, const st
     const char* const key = bytes.data();
     const auto length = static_cast<std::int32_t>(bytes.size());
     switch (10 * v.size() + t.size()) {
-    case 10: return host_exchange_1(key, v[0], length);
-    case 11: return host_exchange_1(key, v[0], length, t[0]);
-    case 20: return host_exchange_2(key, v[0], v[1], length);
-    case 21: return host_exchange_2(key, v[0], v[1], length, t[0]);
-    case 30: return host_exchange_3(key, v[0], v[1], v[2], length);
-    case 31: return host_exchange_3(key, v[0], v[1], v[2], length, t[0]);
-    case 32: return host_exchange_3(key, v[0], v[1], v[2], length, t[0], t[1]);
-    case 40: return host_exchange_4(key, v[0], v[1], v[2], v[3], length);
-    case 50: return host_exchange_5(key, v[0], v[1], v[2], v[3], v[4], length);
+    case 10: return call_form<1>(key, v[0], length);
+    case 11: return call_form<1>(key, v[0], length, t[0]);
+    case 20: return call_form<2>(key, v[0], v[1], length);
+    case 21: return call_form<2>(key, v[0], v[1], length, t[0]);
+    case 30: return call_form<3>(key, v[0], v[1], v[2], length);
+    case 31: return call_form<3>(key, v[0], v[1], v[2], length, t[0]);
+    case 32: return call_form<3>(key, v[0], v[1], v[2], length, t[0], t[1]);
+    case 40: return call_form<4>(key, v[0], v[1], v[2], v[3], length);
+    case 50: return call_form<5>(key, v[0], v[1], v[2], v[3], v[4], length);
     default: FAIL() << "no key has " << v.size() << " values with " << t.size() << " texts";
     }
 }

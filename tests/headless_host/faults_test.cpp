@@ -39,7 +39,9 @@ TEST(Faults, IndicesThatTheModelDoesNotHave)
         {"GNINQ", {2}, "GNINQ(flow field 2): the model has 1 flow field"},
         {"GNOQS", {1, 3}, "GNOQS(flow field 1, flow function 3): the flow field has 2 flow functions"},
         {"GJQ", {1, 1, 3}, "GJQ(flow field 1, flow function 1, flow path 3): the flow function has 2 flow paths"},
-        {"GNOQFUNC", {1, 1, 5}, "GNOQFUNC(flow field 1, flow function 1, time pair 5): the series has 4 time pairs"},
+        {"GNOQFUNC",
+         {1, 1, 5},
+         "GNOQFUNC(flow field 1, flow function 1, time pair 5): the flow function has 4 time pairs"},
         {"GNTEX", {2}, "GNTEX(exchange field 2): the model has 1 exchange field"},
         {"GNORS", {1, 2}, "GNORS(exchange field 1, exchange function 2): the exchange field has 1 exchange function"},
         {"GXAREA",
@@ -49,13 +51,11 @@ TEST(Faults, IndicesThatTheModelDoesNotHave)
         {"GALLLOADFUNC", {2, 1}, "GALLLOADFUNC(system 2, load 1): the system has no loads"},
         {"GTFISC", {5}, "GTFISC(type 5): the model has 4 types"},
         {"GNUMTIMEFUNC", {3}, "GNUMTIMEFUNC(ISC number 3): the model has no type of that ISC number"},
-        {"GTFISUSED", {70, 2}, "GTFISUSED(ISC number 70, time function 2): the type has no instances"},
-        {"GNBRKTF", {70, 1}, "GNBRKTF(ISC number 70, time function 1): the type has no instances"},
+        {"GTFISUSED", {70, 2}, "GTFISUSED(ISC number 70, time function 2): the type has no time functions"},
+        {"GNBRKTF", {70, 1}, "GNBRKTF(ISC number 70, time function 1): the type has no time functions"},
         {"GCONSTPARAM", {1, 2, 2}, "GCONSTPARAM(segment 1, ISC number 2, instance 2): the type has 1 instance"},
-        {"GCONSTPARAM",
-         {4, 2, 1},
-         "GCONSTPARAM(segment 4, ISC number 2, instance 1): the parameter has values for 3 segments"},
-        {"GFDISS", {2, 1}, "GFDISS(system 2, segment 1): the system has initial conditions for no segments"},
+        {"GCONSTPARAM", {4, 2, 1}, "GCONSTPARAM(segment 4, ISC number 2, instance 1): the model has 3 segments"},
+        {"GFDISS", {2, 1}, "GFDISS(system 2, segment 1): the system has values for no segments"},
     };
     for (const auto& row : rows) {
         const AttachedHost attached(model);
@@ -117,7 +117,7 @@ TEST(Faults, DataThatDoNotFitThePlugInsFields)
               (Faults{"GSEGNAME(segment 1): the model's segment name has 41 characters, the field 40",
                       "GALLBOUNDFUNC(system 1, boundary 1): the series has 100001 time pairs, the plug-in's tables "
                       "hold 100000",
-                      "GNOQFUNC(flow field 1, flow function 2, time pair 2): the series has values for 1 time pair"}));
+                      "GNOQFUNC(flow field 1, flow function 2, time pair 2): the flow function has 1 time pair"}));
 }
 
 TEST(Faults, AreCountedBeyondTheHundredThatAreKept)

@@ -1,6 +1,7 @@
 #include "headless_host/headless_host.hpp"
 
 #include "tests/headless_host/asking.hpp"
+#include "tests/support/river.hpp"
 
 #include <gtest/gtest.h>
 
@@ -51,7 +52,7 @@ TEST(HeadlessHost, KeepsTheLastProgressAndReportsItsOwn)
     const Model model;
     HeadlessHost host(model, "a");
     std::vector<std::uint64_t> reported;
-    host.on_progress = [&](std::uint64_t requests) { reported.push_back(requests); };
+    host.on_progress = [&](std::uint64_t values) { reported.push_back(values); };
     velm_host_attach(&HeadlessHost::answer, &host);
     EXPECT_EQ(host.progress(), -1);
     std::int32_t percent = 40;
@@ -65,6 +66,19 @@ TEST(HeadlessHost, KeepsTheLastProgressAndReportsItsOwn)
     EXPECT_EQ(reported, (std::vector<std::uint64_t>{65'536, 131'072}));
     EXPECT_EQ(host.requests(), 131'072U);
     EXPECT_EQ(host.fault_count(), 1U);
+}
+
+TEST(HeadlessHost, CountsThePairsOfASeriesThatIsServedWhole)
+{
+    Model model = river();
+    model.systems[0].loads.items = {{1, {std::vector<float>(70'000), std::vector<float>(70'000)}}};
+    HeadlessHost host(model, "a");
+    std::vector<std::uint64_t> reported;
+    host.on_progress = [&](std::uint64_t values) { reported.push_back(values); };
+    velm_host_attach(&HeadlessHost::answer, &host);
+    EXPECT_EQ(ask("GNBWK", {1, 1}), "70000");
+    EXPECT_EQ(ask("GNBWK", {1, 1}), "70000");
+    EXPECT_EQ(reported, (std::vector<std::uint64_t>{70'001, 140'002}));
 }
 
 TEST(HeadlessHost, RefusesFileNamesThatCannotTravel)

@@ -1,6 +1,6 @@
 #include "headless_host/prevelmwdll.h"
 
-#include "host_link/host_exchange.h"
+#include "host_link/call_form.hpp"
 #include "host_link/host_keys.hpp"
 #include "tests/headless_host/asking.hpp"
 #include "tests/support/guarded_page.hpp"
@@ -50,12 +50,12 @@ TEST(HostLibrary, ReadsNoByteBeyondAKeyAndTakesNoneForAnother)
         char* const at_the_end = end - key.size();
         std::ranges::copy(key, at_the_end);
         std::int32_t value = 0;
-        host_exchange_1(at_the_end, &value, static_cast<std::int32_t>(key.size()));
+        call_form<1>(at_the_end, &value, static_cast<std::int32_t>(key.size()));
         EXPECT_EQ(recorder.requests.back().key_position, velm_unknown_key) << key;
         EXPECT_EQ(recorder.requests.back().text_lengths[0], 0) << key;
     }
     for (const std::int32_t length : {-1, -2147483647 - 1}) {
-        host_exchange_1(end, nullptr, length);
+        call_form<1>(end, static_cast<void*>(nullptr), length);
         EXPECT_EQ(recorder.requests.back().key_position, velm_unknown_key);
     }
 }
@@ -64,7 +64,7 @@ TEST(HostLibrary, ReadsNoTextLengthsForAnotherCallForm)
 {
     Recorder recorder;
     std::int32_t value = 0;
-    host_exchange_2("GSYSNAME", &value, &value, 9, 30, 5);
+    call_form<2>("GSYSNAME", &value, &value, 9, 30, 5);
     EXPECT_EQ(host_keys[recorder.requests[0].key_position].name, "GSYSNAME");
     EXPECT_EQ(recorder.requests[0].call_form, 2);
     EXPECT_EQ(recorder.requests[0].text_lengths[0], 0);
@@ -75,10 +75,10 @@ TEST(HostLibrary, LeavesARequestUnansweredWhenNobodyAnswersIt)
 {
     std::int32_t value = 12;
     velm_host_attach(nullptr, nullptr);
-    host_exchange_1("GNUMSEG", &value, 8);
+    call_form<1>("GNUMSEG", &value, 8);
     EXPECT_EQ(value, 12);
     velm_host_attach([](void*, const velm_host_request*) { throw std::runtime_error("lost"); }, nullptr);
-    EXPECT_NO_THROW(host_exchange_1("GNUMSEG", &value, 8));
+    EXPECT_NO_THROW(call_form<1>("GNUMSEG", &value, 8));
     EXPECT_EQ(value, 12);
     velm_host_attach(nullptr, nullptr);
 }

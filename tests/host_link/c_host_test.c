@@ -1,7 +1,9 @@
-/* c_host_test HOST_LIBRARY PLUG_IN OUTPUT: exports through the two libraries, as a host written in C does. */
+/* c_host_test HOST_LIBRARY PLUG_IN OUTPUT: exports through the two libraries, as a host written in C does; at last as
+ * one that leaves exports by longjmp, and one that asks for an export within an export. */
 #include "headless_host/prevelmwdll.h"
 #include "host_link/host_exchange.h"
 
+#include <setjmp.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -9,6 +11,10 @@
 static const char* output;
 static int requests;
 static int completed;
+static int refused;
+static void (*export_model)(void);
+static enum { goes_on, leaves, asks_again } habit;
+static jmp_buf outside;
 
 static void fail(const char* what)
 {
@@ -36,12 +42,18 @@ static void answer(void* context, const struct velm_host_request* request)
         memcpy(request->values[0], output, strlen(output));
     } else if (strcmp(key, "GNUMSEG") == 0) {
         *(int32_t*)request->values[0] = 12;
+    } else if (strcmp(key, "GBEDOPT") == 0 && habit == leaves) {
+        longjmp(outside, 1);
+    } else if (strcmp(key, "GBEDOPT") == 0 && habit == asks_again) {
+        habit = goes_on;
+        export_model();
     } else if (strcmp(key, "GIQOPT") == 0) { /* the value's place first, then the segment */
         *(int32_t*)request->values[0] = 100 + *(int32_t*)request->values[1];
     } else if (strcmp(key, "GVOLUME") == 0) { /* and the other way round, as everywhere else */
         *(float*)request->values[1] = (float)*(int32_t*)request->values[0] / 8;
     } else if (strcmp(key, "PINFOHTML") == 0) {
         completed = strcmp(request->values[0], "File Export is Complete</span></li>") == 0;
+        refused += strstr(request->values[0], "another export is under way") != NULL;
         expect(request->text_lengths[0] > (int32_t)strlen(request->values[0]), "a fragment without its NUL");
     }
 }
@@ -86,11 +98,37 @@ static void* symbol(void* library, const char* name)
 }
 #endif
 
+/* Exports from so far down the stack. */
+static void export_from(int depth)
+{
+    volatile char room[2000];
+    room[0] = (char)depth;
+    if (depth == 0) {
+        export_model();
+    } else {
+        export_from(depth - 1);
+    }
+    expect(room[0] == (char)depth, "the stack came back changed");
+}
+
+static void leave_and_export(int depth_left, int depth)
+{
+    habit = leaves;
+    completed = 0;
+    if (setjmp(outside) == 0) {
+        export_from(depth_left);
+        fail("the export was not left");
+    }
+    habit = goes_on;
+    export_from(depth);
+    expect(completed, "an export is possible after one that was left");
+    expect(!refused, "an export that was left is over");
+}
+
 int main(int argument_count, char** arguments)
 {
     void (*attach)(velm_host_answer, void*);
-    void (*exchange)(const char*, void*, ...);
-    void (*export_model)(void);
+    void (*exchange)(const char*, void*, int32_t);
     void (*empty_module)(void);
     int32_t segments = 0;
     char line[600];
@@ -123,8 +161,17 @@ int main(int argument_count, char** arguments)
     }
     fclose(file);
     expect(geometry_rows == 12, "twelve rows of segment geometry");
+
+    leave_and_export(5, 0);
+    leave_and_export(0, 0);
+    leave_and_export(0, 5);
+    habit = asks_again;
+    export_from(0);
+    expect(refused == 1 && completed, "an export within another is refused, and the other goes on");
+
     attach(NULL, NULL);
     exchange("GNUMSEG", &segments, (int32_t)8);
     expect(segments == 12, "a request that nobody answers");
-    return 0;
+    fflush(NULL);
+    _Exit(0); /* what was left lost its storage; a sanitizer need not say so */
 }

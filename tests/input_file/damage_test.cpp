@@ -21,7 +21,7 @@ std::uint64_t count_of(const InputFile& file, std::initializer_list<ProblemKind>
 Model with_overflows(const InputFile& file)
 {
     Model model = file.model;
-    for (const Datum& gap : file.gaps) {
+    for (const Address& gap : file.gaps) {
         const DatumValue value = value_of(model, gap);
         if (value.real != nullptr) {
             const_cast<float&>(*value.real) = 1e30F; // NOLINT(cppcoreguidelines-pro-type-const-cast): our model

@@ -32,7 +32,7 @@ class ImportTest(ToolCase):
         self.assertEqual((code, err), (2, "velm: model.db exists and is left as it is; give a name that is not taken, or "
                                           "replace it with --force\n"))
         code, _, err = self.velm("import", "a.inp", "a.inp", "--force")
-        self.assertEqual((code, err), (2, "velm: FILE and MODEL are the same file, a.inp\n"))
+        self.assertEqual((code, err), (2, "velm: FILE and MODEL are the same file, a.inp; one would replace the other\n"))
         self.write("model.db-journal", "hot")
         code, _, err = self.velm("import", "a.inp", "model.db", "--force")
         self.assertEqual(code, 2)
@@ -52,7 +52,7 @@ class ImportTest(ToolCase):
         self.assertEqual(self.velm("import", "nowhere.inp", "new.db")[0], 3)
         self.assertEqual(self.velm("import", "model.db", "new.db"),
                          (3, "", "velm: model.db is a database; give an input file\n"))
-        self.assertEqual(self.velm("import", ".", "new.db"), (3, "", "velm: . is a folder; give an input file\n"))
+        self.assertEqual(self.velm("import", ".", "new.db"), (3, "", "velm: . is a folder, a device or a pipe; give a file, which can be read to its end and more than once\n"))
         self.assertEqual(self.files(), ["cut.inp", "model.db", "sound.inp"])
 
     def test_asterisks_become_null_only_with_lenient_and_keep_the_model_from_an_export(self):

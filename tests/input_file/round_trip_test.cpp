@@ -1,7 +1,5 @@
 #include "tests/input_file/exported.hpp"
 
-#include "tests/support/river.hpp"
-
 #include <gtest/gtest.h>
 
 namespace velm {
@@ -20,17 +18,6 @@ TEST(ExportAfterImport, gives_the_bytes_of_random_files_back)
         ASSERT_EQ(exported(file.model), bytes);
         ASSERT_TRUE(read_text(exported(file.model)).model == file.model);
     }
-}
-
-TEST(Export, has_the_requests_that_are_foreseen_for_items_that_no_file_shows)
-{
-    Model model = river();
-    model.time_function_types.push_back({60, {}});
-    model.parameter_types.push_back({60, {}});
-    model.parameter_types[0].instances.emplace_back();
-    model.constant_types.push_back({60, {}});
-    model.constant_types[0].instances.emplace_back();
-    EXPECT_EQ(exported(model), exported(read_text(exported(model)).model));
 }
 
 TEST(ExportAfterImport, gives_the_bytes_of_the_golden_files_back)

@@ -136,7 +136,7 @@ TEST(Places, are_found_for_data_of_every_kind)
 {
     const std::filesystem::path file = std::filesystem::path(VELM_GOLDEN_FILES) / "everything.inp";
     const struct {
-        Datum datum;
+        Address address;
         Place place;
     } cases[] = {
         {{"model", "skip_time_2", {1}}, {4, 21}},
@@ -152,9 +152,9 @@ TEST(Places, are_found_for_data_of_every_kind)
         {{"initial_condition", "dissolved_fraction", {3, 2}}, {204, 20}},
         {{"segment", "slope", {4}}, {0, 0}},
     };
-    std::vector<Datum> data;
+    std::vector<Address> data;
     for (const auto& row : cases) {
-        data.push_back(row.datum);
+        data.push_back(row.address);
     }
     const std::vector<Place> places = places_of(file, data);
     for (std::size_t i = 0; i < places.size(); ++i) {

@@ -5,6 +5,7 @@
 #include "model_store/table_shape.hpp"
 #include "tests/input_file/exported.hpp"
 
+#include <algorithm>
 #include <charconv>
 #include <set>
 
@@ -45,12 +46,27 @@ TEST(DatumValue, IsWhatTheFieldShows)
     std::set<std::string_view> tables;
     ReadOptions options;
     options.on_field = [&](const FieldText& field) {
-        const DatumValue value = value_of(model, field.datum);
-        EXPECT_EQ(as_read(value), as_shown(field, value)) << field.datum.table << ' ' << field_in_words(field.datum);
-        tables.insert(field.datum.table);
+        const DatumValue value = value_of(model, field.address);
+        EXPECT_EQ(as_read(value), as_shown(field, value))
+            << field.address.table << ' ' << field_in_words(field.address);
+        tables.insert(field.address.table);
     };
     (void)read_text(bytes, options);
-    EXPECT_EQ(tables.size(), model_tables().size()) << "a table whose values no file shows, or that nobody looked at";
+    EXPECT_EQ(tables.size() + 1, model_tables().size()) // no file shows segment_place
+        << "a table whose values no file shows, or that nobody looked at";
+}
+
+TEST(Address, NamesEachNumberOfAKey)
+{
+    for (const TableShape& table : model_tables()) {
+        const auto words = words_of_key(table.name);
+        const auto known = words.end() - std::count(words.begin(), words.end(), "");
+        EXPECT_EQ(static_cast<std::size_t>(known - words.begin()), table.name == "model" ? 0 : table.keys)
+            << table.name;
+    }
+    EXPECT_EQ(in_words({"boundary_value", "value", {2, 1, 40}}), "system 2, boundary 1, pair 40, column value");
+    EXPECT_EQ(in_words({"initial_condition", "", {2}}), "system 2");
+    EXPECT_EQ(in_words({"model", "print_interval", {1}}), "column print_interval");
 }
 
 TEST(DatumValue, IsNoneWhereTheModelHasNone)

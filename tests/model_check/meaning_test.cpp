@@ -17,8 +17,8 @@ struct Case {
 std::string findings_of(const Model& model)
 {
     std::string lines;
-    check_meaning(model, [&](FindingKind kind, const Datum& datum, const std::string& message) {
-        lines += std::string(rule_of(kind).code) + ' ' + std::string(datum.table) + ", " + field_in_words(datum) +
+    check_meaning(model, [&](FindingKind kind, const Address& address, const std::string& message) {
+        lines += std::string(rule_of(kind).code) + ' ' + std::string(address.table) + ", " + field_in_words(address) +
                  ": " + message + '\n';
     });
     return lines;

@@ -197,9 +197,9 @@ TEST(ModelDiff, Json)
 }
 
 /// Changes the value; false where there is none.
-bool change(Model& model, const Datum& datum)
+bool change(Model& model, const Address& address)
 {
-    const DatumValue value = value_of(model, datum);
+    const DatumValue value = value_of(model, address);
     if (value.integer != nullptr) {
         ++const_cast<std::int32_t&>(*value.integer); // NOLINT(cppcoreguidelines-pro-type-const-cast): the model is ours
     } else if (value.real != nullptr) {
@@ -218,15 +218,15 @@ TEST(ModelDiff, SeesAChangeOfAnyValueAndPutsItIntoItsSection)
     ReadOptions options;
     options.on_field = [&](const FieldText& field) {
         Model other = model;
-        if (!change(other, field.datum)) {
+        if (!change(other, field.address)) {
             return;
         }
         ++changed;
         const std::vector<Difference> found = differences(model, other);
-        ASSERT_FALSE(found.empty()) << field.datum.table << ' ' << field.datum.column;
-        EXPECT_EQ(found.front().section, field.section) << field.datum.table << ' ' << field.datum.column;
-        EXPECT_EQ(section_of(field.datum.table, field.datum.column), field.section)
-            << field.datum.table << ' ' << field.datum.column;
+        ASSERT_FALSE(found.empty()) << field.address.table << ' ' << field.address.column;
+        EXPECT_EQ(found.front().section, field.section) << field.address.table << ' ' << field.address.column;
+        EXPECT_EQ(section_of(field.address.table, field.address.column), field.section)
+            << field.address.table << ' ' << field.address.column;
     };
     (void)read_text(bytes, options);
     EXPECT_GT(changed, 100U);

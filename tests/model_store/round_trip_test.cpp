@@ -15,6 +15,7 @@ TEST_F(RoundTrip, gives_back_every_field)
 TEST_F(RoundTrip, is_tried_with_something_in_every_column)
 {
     const auto database = good_database();
+    spoil(database, "INSERT INTO segment_place VALUES (2, 350000.25, -5600000.125)");
     for (const std::string& table : query(database, "SELECT name FROM sqlite_schema WHERE type = 'table'")) {
         for (const std::string& column : query(database, "SELECT name FROM pragma_table_info('" + table + "')")) {
             const std::string special = "SELECT count(*) FROM " + table + " WHERE " + column + " NOT IN (0, '')";
@@ -59,6 +60,22 @@ TEST_F(RoundTrip, fills_what_is_left_out_with_the_models_own_defaults)
     expected.flow_fields.resize(1);
     expected.constant_types = {{5, {{true, "", 6}}}};
     EXPECT_TRUE(load_model(file("model.db")) == expected);
+}
+
+TEST_F(RoundTrip, takes_the_places_of_segments_from_files_that_have_them)
+{
+    const auto database = good_database();
+    EXPECT_TRUE(load_segment_places(database).empty());
+    spoil(database, "INSERT INTO segment_place VALUES (3, 1, 2), (2, 350000.25, -5600000.125)");
+    EXPECT_EQ(load_segment_places(database), (std::vector<SegmentPlace>{{2, 350000.25, -5600000.125}, {3, 1, 2}}));
+    spoil(database, "INSERT INTO segment_place VALUES (4, 9e999, 0)");
+    EXPECT_EQ(error_of([&] { (void)load_segment_places(database); }),
+              "table segment_place, segment 4, column segment: '4' is not a segment of the model; remove the row\n"
+              "table segment_place, segment 4, column x: 'Inf' is not a finite number; store one, or remove the row");
+    EXPECT_TRUE(load_model(database) == full_model());
+    spoil(database, "DROP TABLE segment_place");
+    EXPECT_TRUE(load_segment_places(database).empty());
+    EXPECT_TRUE(load_model(database) == full_model());
 }
 
 TEST_F(RoundTrip, knows_rows_by_their_numbers_and_not_by_their_order)

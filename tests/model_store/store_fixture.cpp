@@ -124,7 +124,7 @@ std::string error_of(const std::function<void()>& action)
 {
     try {
         action();
-    } catch (const StoreError& error) {
+    } catch (const std::runtime_error& error) {
         return error.what();
     }
     return "no error";

@@ -32,13 +32,11 @@ const MistakeCase mistakes[] = {
     {"(X)", LayoutMistake::count_before_x_expected, 1},
     {"(I5, 0I5)", LayoutMistake::count_of_zero, 5},
     {"(2'abc')", LayoutMistake::count_before_literal, 2},
-    {"(2(2(I5)))", LayoutMistake::group_within_group, 4},
     {"(I5,'abc)", LayoutMistake::literal_without_end, 4},
     {"('it''s)", LayoutMistake::literal_without_end, 1},
     {"(A99999)", LayoutMistake::number_too_large, 6},
-    {"(F21.2)", LayoutMistake::real_wider_than_20_columns, 2},
-    {"(F5.5)", LayoutMistake::more_decimals_than_columns, 2},
     {"(65I1)", LayoutMistake::too_many_items, 5},
+    {"(9(9999(2X)))", LayoutMistake::too_many_items, 10},
 };
 
 TEST(Layout, tells_the_first_mistake_and_its_offset)
@@ -64,6 +62,8 @@ const SoundCase sound_layouts[] = {
     {"('ISC #: ',I5,' Instance: ',I3,' Scale: ',F10.4,' Description:',A40 )", 97, 4},
     {"(A512)", 512, 1},
     {"('a' ,   'b', '(2X,''c'')')", 10, 0},
+    {"(2(I2,2(I3,'x'),1X))", 22, 6},
+    {"(F1.1,F21.4,F2.9)", 24, 3},
     {" ( 2 i 5 , 1 0 x ) ", 20, 2},
 };
 

@@ -1,111 +1,135 @@
+#include "record_output/field_rendering.hpp"
+#include "tests/support/exact_decimal.hpp"
 #include "tests/support/real_fields.hpp"
 
+#include <bit>
 #include <gtest/gtest.h>
 #include <limits>
+#include <vector>
 
 namespace velm {
 namespace {
 
-constexpr float infinite = std::numeric_limits<float>::infinity();
-constexpr float not_a_number = std::numeric_limits<float>::quiet_NaN();
-constexpr float greatest = std::numeric_limits<float>::max();
-constexpr float least = std::numeric_limits<float>::denorm_min();
-
-struct FieldCase {
-    RealField field;
-    float value;
-    std::string_view expected;
-};
-
-const FieldCase field_cases[] = {
-    // plain values and exact halves, which go up
-    {real_field<14, 6>("F14.6"), 0.0283168F, "      0.028317"},
-    {real_field<6, 3>("F6.3"), 0.0625F, " 0.063"},
-    {real_field<15, 2>("F15.2"), -0.375F, "          -0.38"},
-    {real_field<5, 0>("F5.0"), 2.5F, "   3."},
-    // eight digits are known; beyond them the eighth is dropped when it is 5 to 9 and kept when it is 0 to 4
-    {real_field<10, 4>("F10.4"), 12345.678F, "12345.6800"},                   // 12345677|734375
-    {real_field<20, 4>("F20.4"), 12345674.0F, "       12345674.0000"},        //
-    {real_field<20, 4>("F20.4"), 12345675.0F, "       12345680.0000"},        //
-    {real_field<10, 2>("F10.2"), 12345674.0F, "**********"},                  //
-    {real_field<20, 4>("F20.4"), 123456789012345.0F, "123456800000000.0000"}, // 12345678|8103168
-    {real_field<20, 4>("F20.4"), -123456789012345.0F, "********************"},
-    {real_field<15, 12>("F15.12"), 0.01F, " 0.010000000000"}, // 0.0099999997|76: the eighth carries through
-    // a carry that makes the number one digit longer
-    {real_field<10, 4>("F10.4"), 9.99996F, "   10.0000"},
-    {real_field<6, 3>("F6.3"), 99.9996F, "******"},
-    {real_field<8, 6>("F8.6"), 0.9999999F, "1.000000"},
-    {real_field<3, 2>("F3.2"), 0.996F, "***"},
-    {real_field<5, 0>("F5.0"), 0.5F, "   1."},
-    // the zero before the point goes when just its column lacks
-    {real_field<8, 6>("F8.6"), -0.0001F, "-.000100"},
-    {real_field<3, 2>("F3.2"), 0.25F, ".25"},
-    {real_field<3, 2>("F3.2"), -0.25F, "***"},
-    {real_field<3, 2>("F3.2"), 0.0F, ".00"},
-    // too wide
-    {real_field<8, 6>("F8.6"), 10.0F, "********"},
-    {real_field<15, 5>("F15.5"), -12345678.0F, "-12345680.00000"},
-    {real_field<15, 5>("F15.5"), -100000000.0F, "***************"},
-    {real_field<10, 3>("F10.3"), 999999.9F, "999999.900"}, // stored as 999999.875: the eighth is 7
-    {real_field<20, 4>("F20.4"), greatest, "********************"},
-    // digits shown that are all 0 have no sign; what is too small to reach them is not rounded
-    {real_field<10, 4>("F10.4"), -0.0F, "    0.0000"},
-    {real_field<10, 4>("F10.4"), -0.00001F, "    0.0000"},
-    {real_field<10, 4>("F10.4"), 0.00005F, "    0.0000"}, // stored as 0.0000499999987
-    {real_field<10, 4>("F10.4"), -0.00006F, "   -0.0001"},
-    {real_field<10, 4>("F10.4"), -least, "    0.0000"},
-    {real_field<3, 2>("F3.2"), -0.001F, ".00"},
-    {real_field<5, 0>("F5.0"), -0.4F, "   0."},
-    // what is no finite number
-    {real_field<6, 3>("F6.3"), -infinite, "  -INF"},
-    {real_field<10, 4>("F10.4"), -not_a_number, "       NaN"},
-    {real_field<3, 2>("F3.2"), infinite, "INF"},
-    {real_field<3, 2>("F3.2"), -infinite, "***"},
-    {real_field<2, 1>("F2.1"), -not_a_number, "**"},
-};
-
-TEST(RealField, shows_eight_digits_rounded_by_the_first_that_is_not_shown)
+/// Significands of one exponent: the ends, runs of ones and single bits, then many without a pattern.
+std::uint32_t fraction_number(std::uint32_t i)
 {
-    for (const FieldCase& c : field_cases) {
-        EXPECT_EQ(c.field.fast(c.value), c.expected) << c.field.name << " of " << c.value << ", compiled";
-        EXPECT_EQ(c.field.in_full(c.value), c.expected) << c.field.name << " of " << c.value << ", in full";
+    if (i < 24) {
+        return (1U << i) - 1;
+    }
+    if (i < 48) {
+        return 0x800000U - (1U << (i - 24));
+    }
+    const std::uint64_t mixed = (i * 0x9E37'79B9'7F4A'7C15U) ^ (i * 0xBF58'476D'1CE4'E5B9U >> 29);
+    return static_cast<std::uint32_t>(mixed >> 37) & 0x7fffffU;
+}
+
+/// Compiled for shapes that no record has: without decimals, with more of them than columns, of more than 20 columns.
+constexpr RealField other_fields[] = {real_field<1, 1>("F1.1"),     real_field<3, 2>("F3.2"),
+                                      real_field<5, 0>("F5.0"),     real_field<10, 2>("F10.2"),
+                                      real_field<15, 12>("F15.12"), real_field<21, 4>("F21.4")};
+
+void compare(std::uint32_t bits)
+{
+    const auto value = std::bit_cast<float>(bits);
+    const exact::Digits digits =
+        exact::not_finite(bits).empty() ? exact::digits_of(bits & 0x7fffffffU) : exact::Digits{};
+    for (const RealField& field : real_fields_in_use) {
+        const exact::Text expected = exact::real_field(field.width, field.decimals, bits, digits);
+        ASSERT_EQ(field.fast(value), expected.view()) << field.name << ", pattern " << std::hex << bits;
+        ASSERT_EQ(field.in_full(value), expected.view()) << field.name << " in full, pattern " << std::hex << bits;
+    }
+    const exact::Text expected = exact::free_real(bits, digits);
+    ASSERT_EQ(free_real(value), expected.view()) << "pattern " << std::hex << bits;
+    ASSERT_EQ(shows_minus(value), expected.view()[0] == '-') << "pattern " << std::hex << bits;
+}
+
+TEST(RealOracle, agrees_for_every_exponent_and_sign_and_many_significands)
+{
+    for (std::uint32_t exponent = 0; exponent <= 255; ++exponent) {
+        for (std::uint32_t i = 0; i < 2048; ++i) {
+            const std::uint32_t magnitude = (exponent << 23) | fraction_number(i);
+            ASSERT_NO_FATAL_FAILURE(compare(magnitude));
+            ASSERT_NO_FATAL_FAILURE(compare(magnitude | 0x80000000U));
+        }
     }
 }
 
-struct FreeCase {
-    float value;
-    std::string_view expected;
-};
-
-const FreeCase free_cases[] = {
-    {0.0F, "0.000000"},
-    {-0.0F, "0.000000"},
-    {-0.5F, "-0.500000"},
-    {12.5F, "12.5000"},
-    {86400.0F, "86400.0"},
-    {999999.4375F, "999999."},
-    // the form is chosen after rounding to seven places, the places shown after rounding to six digits
-    {0.09999996F, "0.100000"},
-    {0.09999995F, "9.999995E-02"}, // stored as 0.09999994|93
-    {9.999997F, "10.0000"},
-    {99999.95F, "100000."},
-    {999999.5F, "9.999995E+05"},
-    {999999.9375F, "9.999999E+05"},
-    // the exponent form, its own carry included
-    {0.01F, "1.000000E-02"}, // stored as 0.0099999997|76
-    {-3.0E12F, "-3.000000E+12"},
-    {greatest, "3.402823E+38"},
-    {1.17549435e-38F, "1.175494E-38"},
-    {-least, "-1.401298E-45"},
-    {-infinite, "-INF"},
-    {-not_a_number, "NaN"},
-};
-
-TEST(FreeReal, has_six_digits_and_a_point_or_seven_and_an_exponent)
+/// Where rounding, carries and the choice of form change: the singles around decimal numbers.
+TEST(RealOracle, agrees_around_powers_of_ten_and_halves_of_the_places_shown)
 {
-    for (const FreeCase& c : free_cases) {
-        EXPECT_EQ(free_real(c.value), c.expected) << c.value;
-        EXPECT_EQ(shows_minus(c.value), c.expected[0] == '-') << c.value;
+    for (int power = -12; power <= 16; ++power) {
+        for (const char* digits : {"1", "5", "9.5", "9.9995", "9.99995", "9.999995", "9.9999995"}) {
+            const std::string middle = std::string(digits) + 'e' + std::to_string(power);
+            const auto bits = std::bit_cast<std::uint32_t>(std::strtof(middle.c_str(), nullptr));
+            for (std::uint32_t at = bits - 200; at <= bits + 200; ++at) {
+                ASSERT_NO_FATAL_FAILURE(compare(at));
+                ASSERT_NO_FATAL_FAILURE(compare(at | 0x80000000U));
+            }
+        }
+    }
+}
+
+TEST(RealOracle, agrees_for_fields_of_any_width_and_decimals)
+{
+    for (std::uint32_t bits = 0; bits < 0xff80'0000U; bits += 0x0009'7531U) {
+        const auto value = std::bit_cast<float>(bits);
+        const bool finite = exact::not_finite(bits).empty();
+        const exact::Digits digits = finite ? exact::digits_of(bits & 0x7fffffffU) : exact::Digits{};
+        for (const RealField& field : other_fields) {
+            ASSERT_EQ(field.fast(value), exact::real_field(field.width, field.decimals, bits, digits).view())
+                << field.name << ", pattern " << std::hex << bits;
+        }
+        for (std::size_t width = 1; width <= 25; ++width) {
+            for (std::size_t decimals = 0; decimals <= 12; ++decimals) {
+                const RealField field{"", width, decimals, nullptr};
+                ASSERT_EQ(field.in_full(value), exact::real_field(width, decimals, bits, digits).view())
+                    << width << '.' << decimals << ", pattern " << std::hex << bits;
+            }
+        }
+    }
+}
+
+TEST(RealOracle, agrees_with_examples_worked_by_hand)
+{
+    const struct {
+        RealField field;
+        float value;
+        std::string_view expected;
+    } examples[] = {
+        {real_field<6, 3>("F6.3"), 0.0625F, " 0.063"},                     // an exact half goes up
+        {real_field<10, 4>("F10.4"), 12345.678F, "12345.6800"},            // 12345677|734375: the eighth is the last
+        {real_field<20, 4>("F20.4"), 12345674.0F, "       12345674.0000"}, // kept when it is 0 to 4
+        {real_field<10, 4>("F10.4"), 9.99996F, "   10.0000"},              // a carry makes the number longer
+        {real_field<8, 6>("F8.6"), -0.0001F, "-.000100"},                  // no room for the zero
+        {real_field<10, 4>("F10.4"), -0.00001F, "    0.0000"},             // digits that are all 0 have no sign
+        {real_field<6, 3>("F6.3"), -std::numeric_limits<float>::infinity(), "  -INF"},
+        {real_field<8, 6>("F8.6"), 10.0F, "********"},
+    };
+    for (const auto& row : examples) {
+        EXPECT_EQ(row.field.fast(row.value), row.expected) << row.field.name;
+        EXPECT_NO_FATAL_FAILURE(compare(std::bit_cast<std::uint32_t>(row.value)));
+    }
+    EXPECT_EQ(free_real(86400.0F), "86400.0");
+    EXPECT_EQ(free_real(0.09999996F), "0.100000"); // the form is chosen after rounding to seven places
+    EXPECT_EQ(free_real(0.01F), "1.000000E-02");   // stored as 0.0099999997|76
+    EXPECT_EQ(free_real(999999.9375F), "9.999999E+05");
+}
+
+TEST(Integer, is_as_the_standard_library_shows_it_or_asterisks)
+{
+    std::vector<std::int32_t> numbers = {0, 1, -1, 2'147'483'647, -2'147'483'647 - 1};
+    for (std::int32_t power = 10; power <= 1'000'000'000 && power > 0; power = power < 1'000'000'000 ? power * 10 : 0) {
+        numbers.insert(numbers.end(), {power - 1, power, 1 - power, -power});
+    }
+    for (const std::int32_t number : numbers) {
+        const std::string shown = std::to_string(number);
+        char text[integer_room];
+        EXPECT_EQ(std::string(text, render_integer(text, number)), shown);
+        char field[13] = {};
+        render_integer_field<5>(field, number);
+        EXPECT_EQ(std::string(field, 5), shown.size() > 5 ? "*****" : std::string(5 - shown.size(), ' ') + shown);
+        render_integer_field<11>(field, number);
+        EXPECT_EQ(std::string(field, 11), std::string(11 - shown.size(), ' ') + shown);
     }
 }
 

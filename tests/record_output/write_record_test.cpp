@@ -28,6 +28,11 @@ const RecordCase records[] = {
     {"reals next to one another",
      [](OutputChannel& out) { write_record<"(F8.6,1x,F6.3,2f14.6)">(out, 0.1F, 1.5F, -1.0F, 1e7F); },
      "0.100000  1.500     -1.000000**************"},
+    {"groups within groups", [](OutputChannel& out) { write_record<"(2(I2,2(I3)))">(out, 1, 2, 3, 4, 5, 6); },
+     " 1  2  3 4  5  6"},
+    {"reals of one column, of more than twenty, and with more decimals than columns",
+     [](OutputChannel& out) { write_record<"(F1.1,F1.0,F21.4,F2.9)">(out, 0.0F, 0.0F, -123456.79F, 0.5F); },
+     "*.         -123456.8000**"},
     {"a text as long as its columns, trailing blanks and NUL included",
      [](OutputChannel& out) { write_record<"(A5,5X,A3)">(out, literal<"ab\0  ">, literal<"xyz">); },
      "ab\0       xyz"sv},
@@ -68,6 +73,19 @@ TEST(Record, is_written_byte_for_byte)
         out.close();
         EXPECT_EQ(file.content, std::string(c.line) + "\r\n") << c.special;
     }
+}
+
+TEST(OutputChannel, takes_a_record_that_fills_its_buffer_to_the_last_byte)
+{
+    ScriptedFile file;
+    OutputChannel out(file);
+    for (const std::size_t size : {OutputChannel::buffer_size, std::size_t{1}, OutputChannel::buffer_size}) {
+        char* room = out.room_for(size);
+        std::memset(room, 'a', size);
+        out.append_up_to(room + size);
+    }
+    out.close();
+    EXPECT_EQ(file.content, std::string(2 * OutputChannel::buffer_size + 1, 'a'));
 }
 
 } // namespace

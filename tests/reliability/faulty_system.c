@@ -1,10 +1,11 @@
 /*
  * Stands before the system's own calls (LD_PRELOAD) and lets one kind of them fail:
  *
- *   FAULT_CALL    open, write, fsync, chmod, rename or close
+ *   FAULT_CALL    open, write, fsync, fchmod, fsetxattr, linkat, renameat, mkdirat or close; an openat is an open
  *   FAULT_NUMBER  which of the process's calls of this kind, from 1; standard streams do not count
  *   FAULT_ERROR   the error number
  *   FAULT_AGAIN   set: all later ones fail too
+ *   NO_UNNAMED    set: there are no files without a name
  *   SHORT_WRITES  set: every second write is interrupted, the others take a thousand bytes at most
  *
  * A fault that has come is told on standard error: [fault].
@@ -19,6 +20,7 @@
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/types.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #pragma GCC diagnostic ignored "-Wpedantic" /* the address of a procedure, as an object's */
@@ -46,29 +48,36 @@ static void* real(const char* call)
     return dlsym(RTLD_NEXT, call);
 }
 
-static int open_with(const char* call, const char* path, int flags, mode_t mode)
+static int open_with(const char* call, int folder, const char* path, int flags, mode_t mode)
 {
-    int (*real_open)(const char*, int, ...) = real(call);
-    return fails("open") ? -1 : real_open(path, flags, mode);
+    int (*real_openat)(int, const char*, int, ...) = real(call);
+    if ((flags & O_TMPFILE) == O_TMPFILE && getenv("NO_UNNAMED") != NULL) {
+        errno = EOPNOTSUPP;
+        return -1;
+    }
+    return fails("open") ? -1 : real_openat(folder, path, flags, mode);
 }
 
-int open(const char* path, int flags, ...)
+static mode_t mode_of(int flags, va_list arguments)
 {
-    va_list mode;
-    va_start(mode, flags);
-    const int result = open_with("open", path, flags, (flags & O_CREAT) != 0 ? va_arg(mode, mode_t) : 0);
-    va_end(mode);
-    return result;
+    return (flags & (O_CREAT | __O_TMPFILE)) != 0 ? va_arg(arguments, mode_t) : 0;
 }
 
-int open64(const char* path, int flags, ...)
-{
-    va_list mode;
-    va_start(mode, flags);
-    const int result = open_with("open64", path, flags, (flags & O_CREAT) != 0 ? va_arg(mode, mode_t) : 0);
-    va_end(mode);
-    return result;
-}
+#define OPENS(name, before, folder, real_name)                                                                         \
+    int name(before const char* path, int flags, ...)                                                                  \
+    {                                                                                                                  \
+        va_list arguments;                                                                                             \
+        va_start(arguments, flags);                                                                                    \
+        const int result = open_with(real_name, folder, path, flags, mode_of(flags, arguments));                       \
+        va_end(arguments);                                                                                             \
+        return result;                                                                                                 \
+    }
+#define NOTHING
+#define FOLDER int folder,
+OPENS(open, NOTHING, AT_FDCWD, "openat")
+OPENS(open64, NOTHING, AT_FDCWD, "openat64")
+OPENS(openat, FOLDER, folder, "openat")
+OPENS(openat64, FOLDER, folder, "openat64")
 
 ssize_t write(int file, const void* bytes, size_t size)
 {
@@ -97,14 +106,32 @@ int fsync(int file)
     return fails("fsync") ? -1 : real_fsync(file);
 }
 
-int chmod(const char* path, mode_t mode)
+int fchmod(int file, mode_t mode)
 {
-    int (*real_chmod)(const char*, mode_t) = real("chmod");
-    return fails("chmod") ? -1 : real_chmod(path, mode);
+    int (*real_fchmod)(int, mode_t) = real("fchmod");
+    return fails("fchmod") ? -1 : real_fchmod(file, mode);
 }
 
-int rename(const char* from, const char* to)
+int fsetxattr(int file, const char* name, const void* value, size_t size, int flags)
 {
-    int (*real_rename)(const char*, const char*) = real("rename");
-    return fails("rename") ? -1 : real_rename(from, to);
+    int (*real_fsetxattr)(int, const char*, const void*, size_t, int) = real("fsetxattr");
+    return fails("fsetxattr") ? -1 : real_fsetxattr(file, name, value, size, flags);
+}
+
+int linkat(int from_folder, const char* from, int to_folder, const char* to, int flags)
+{
+    int (*real_linkat)(int, const char*, int, const char*, int) = real("linkat");
+    return fails("linkat") ? -1 : real_linkat(from_folder, from, to_folder, to, flags);
+}
+
+int renameat(int from_folder, const char* from, int to_folder, const char* to)
+{
+    int (*real_renameat)(int, const char*, int, const char*) = real("renameat");
+    return fails("renameat") ? -1 : real_renameat(from_folder, from, to_folder, to);
+}
+
+int mkdirat(int folder, const char* path, mode_t mode)
+{
+    int (*real_mkdirat)(int, const char*, mode_t) = real("mkdirat");
+    return fails("mkdirat") ? -1 : real_mkdirat(folder, path, mode);
 }

@@ -22,6 +22,9 @@ class PageOfNames(ToolCase):
         self.assertEqual(self.velm("export", "model.db", "out.inp", "--panel", page)[0], 0)
         self.assertIn(MARK.encode(), (self.directory / "out.inp").read_bytes())
         self.assertNotIn(b"<script", page.read_bytes())
+        # and were it otherwise, as a foreign plug-in may have it, no script would run
+        head = page.read_bytes().partition(b"</head>")[0]
+        self.assertIn(b"""<meta http-equiv="Content-Security-Policy" content="default-src 'none'; style-src""", head)
         # nor when an export fails and the page says why
         self.assertNotEqual(self.velm("export", "missing" + MARK.replace("/", ""), "out.inp", "--panel", page)[0], 0)
         self.assertNotIn(b"<script", page.read_bytes())

@@ -14,7 +14,7 @@ namespace {
 const std::string blanks_35(35, ' ');
 
 /// Two exports: the first up to a series, the second nothing but a question.
-const std::string session_text = R"({"velm_session":1}
+const std::string session_text = R"({"velm_session":2}
 {"exchange":1,"key":"GFILENAME","form":1,"lengths":[10,512],"in":[],"out":[{"text":")" +
                                  std::string(512, 'f') + R"(","unchanged":[]}]}
 {"exchange":2,"key":"PINFOHTML","form":1,"lengths":[10,9],"in":["<center>\u0000"],"out":[]}
@@ -23,8 +23,8 @@ const std::string session_text = R"({"velm_session":1}
 {"exchange":5,"key":"GSEGNAME","form":2,"lengths":[9,40],"in":[1],"out":[{"text":"Bay\u0000é)" +
                                  blanks_35 + R"(","unchanged":[[6,40]]}]}
 {"exchange":6,"key":"GIQOPT","form":2,"lengths":[7],"in":[2],"out":[3]}
-{"exchange":7,"key":"GNOQFUNC","form":5,"lengths":[9],"in":[1,2,3],"out":["0.5 3f000000","-2 c0000000"]}
-{"exchange":8,"key":"GALLBOUNDFUNC","form":4,"lengths":[14],"in":[1,1],"out":[["1 3f800000","2 40000000"],["3 40400000"]]}
+{"exchange":7,"key":"GNOQFUNC","form":5,"lengths":[9],"in":[1,2,3],"out":["0.5","-2"]}
+{"exchange":8,"key":"GALLBOUNDFUNC","form":4,"lengths":[14],"in":[1,1],"out":[["1","2"],["3"]]}
 {"exchange":9,"key":"GFILENAME","form":1,"lengths":[10,512],"in":[],"out":[{"text":")" +
                                  std::string(512, ' ') + R"(","unchanged":[]}]}
 {"exchange":10,"key":"GNUMSEG","form":1,"lengths":[8],"in":[],"out":[7]}
@@ -229,7 +229,7 @@ TEST(Replay, ReadsADamagedSessionUpToTheDamage)
     Replayed replayed(spoiled);
     replayed.ask_beginning();
     EXPECT_EQ(ask("GSEGNAME", {1}), std::string("'Bay\0\xE9'", 7)); // the last sound answer
-    EXPECT_EQ(replayed.reason(), "river.jsonl, line 7, column 13: the number of this exchange is 6");
+    EXPECT_EQ(replayed.reason(), "river.jsonl, line 7, column 2: \"exchange\": expected 6, found 8");
     EXPECT_EQ(replayed.replay().outcome(), Replay::Outcome::damage);
 }
 

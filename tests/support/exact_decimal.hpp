@@ -97,7 +97,7 @@ public:
     [[nodiscard]] std::string_view view() const { return {characters_.data(), size_}; }
 
 private:
-    std::array<char, 24> characters_{};
+    std::array<char, 64> characters_{};
     std::size_t size_ = 0;
 };
 

@@ -1,6 +1,6 @@
 // A plug-in that fails in the way that the environment variable FAILURE names.
 
-#include "host_link/host_exchange.h"
+#include "host_link/call_form.hpp"
 
 #include <cstdint>
 #include <cstdio>
@@ -10,7 +10,10 @@
 #include <string>
 #include <string_view>
 
+#include <pthread.h>
 #include <unistd.h>
+
+using velm::call_form;
 
 namespace {
 
@@ -18,13 +21,13 @@ void post(const char* fragment)
 {
     char key[] = "PINFOHTML";
     std::string text(fragment);
-    host_exchange_1(key, text.data(), std::int32_t{10}, static_cast<std::int32_t>(text.size() + 1));
+    call_form<1>(key, text.data(), std::int32_t{10}, static_cast<std::int32_t>(text.size() + 1));
 }
 
 std::string output_file_name()
 {
     char name[512];
-    host_exchange_1("GFILENAME", name, std::int32_t{10}, std::int32_t{512});
+    call_form<1>("GFILENAME", name, std::int32_t{10}, std::int32_t{512});
     const std::string_view field(name, sizeof name);
     return std::string(field.substr(0, field.find_last_not_of(' ') + 1));
 }
@@ -57,11 +60,11 @@ void ask_wrongly(std::string_view failure)
     float real = 0;
     char text[40];
     if (failure == "unknown key") {
-        host_exchange_1("GNOSUCH", &number, std::int32_t{8});
+        call_form<1>("GNOSUCH", &number, std::int32_t{8});
     } else if (failure == "wrong length") {
-        host_exchange_2("GSEGNAME", &number, text, std::int32_t{9}, std::int32_t{39});
+        call_form<2>("GSEGNAME", &number, text, std::int32_t{9}, std::int32_t{39});
     } else if (failure == "missing index") {
-        host_exchange_2("GVOLUME", &number, &real, std::int32_t{8});
+        call_form<2>("GVOLUME", &number, &real, std::int32_t{8});
     }
 }
 
@@ -81,7 +84,12 @@ extern "C" __attribute__((visibility("default"))) void importexport()
         post("<li><b>The disk is full</b></li>");
         return;
     }
+    if (failure == "steers the terminal") {
+        post("<li>\x1b[2J\nvelm: done \u202Eenod</li>");
+        return;
+    }
     if (failure == "waits") {
+        std::fputs("waiting", stderr);
         pause();
     }
     if (failure == "throws") {
@@ -91,10 +99,13 @@ extern "C" __attribute__((visibility("default"))) void importexport()
         std::abort();
     }
     if (failure == "ends the process") {
-        std::exit(255);
+        std::exit(0);
     }
-    if (failure == "removes its file") {
-        std::remove(name.c_str());
+    if (failure == "ends it quickly") {
+        std::quick_exit(0);
+    }
+    if (failure == "ends its thread") {
+        pthread_exit(nullptr);
     }
     complete();
 }

@@ -43,7 +43,7 @@ class Terminal(ToolCase):
             with self.subTest(what):
                 text = self.on_terminal("export", "model.db", "out.inp", *arguments, **environment)
                 self.assertNotIn("\x1b", text)
-                pattern = r"\rexport \[#+\.+\]  \d\d %  \d+\.\d [kM] requests/s  \d:\d\d left *\r +\r"
+                pattern = r"\rexport \[#+\.+\]  \d\d %  \d+\.\d [kM] values/s  \d:\d\d left *\r +\r"
                 (self.assertRegex if drawn else self.assertNotRegex)(text, pattern)
                 if not drawn:
                     self.assertNotIn("\r", text.replace("\r\n", "\n"))
@@ -56,6 +56,8 @@ class Terminal(ToolCase):
         ]:
             with self.subTest(environment):
                 self.assertTrue(self.on_terminal("sing", **environment).startswith(expected))
+        self.assertNotIn("\x1b", self.on_terminal("info", "none", "--color", "never"))
+        self.assertIn("\x1b[1;31mvelm:", self.velm("info", "none", "--color", "always")[2])
 
     def test_no_terminal(self):
         self.make_model(sql=MANY_REQUESTS)

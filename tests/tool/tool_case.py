@@ -5,7 +5,6 @@ import pathlib
 import sqlite3
 import subprocess
 import tempfile
-import time
 import unittest
 
 VELM = os.environ["VELM"]
@@ -61,15 +60,15 @@ class ToolCase(unittest.TestCase):
                               env=self.environment(**environment), timeout=120, preexec_fn=preexec_fn)
         return done.returncode, (done.stdout or b"").decode(), done.stderr.decode()
 
-    def start_waiting_export(self, *arguments):
-        """An export of model.db to out.inp that has written to a temporary file and waits; ended with the test."""
+    def start_waiting_export(self, *arguments, **environment):
+        """An export of model.db to out.inp that has written what it is to write and waits; ended with the test."""
         process = subprocess.Popen([VELM, "export", "model.db", "out.inp", *arguments, "--plugin", FAILING_PLUG_IN],
-                                   cwd=self.directory, env=self.environment(FAILURE="waits"))
+                                   cwd=self.directory, env=self.environment(FAILURE="waits", **environment),
+                                   stderr=subprocess.PIPE)
+        self.addCleanup(process.stderr.close)
         self.addCleanup(process.wait)
         self.addCleanup(process.kill)
-        while not any(path.stat().st_size > 0 for path in self.directory.glob(".out.inp.velm-*")):
-            self.assertIsNone(process.poll())
-            time.sleep(0.01)
+        self.assertEqual(process.stderr.read(7), b"waiting")
         return process
 
     def write(self, name, text):

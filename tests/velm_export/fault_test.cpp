@@ -9,17 +9,24 @@
 #include "tests/support/scripted_host.hpp"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
+#include <cstring>
 #include <gtest/gtest.h>
 #include <new>
+#include <pthread.h>
 #include <stdexcept>
+#include <thread>
 #include <utility>
 
 namespace {
 
 velm::ScriptedHost* host = nullptr;
 int requests_until_the_host_throws = 0; ///< 0: it does not
+bool throws_no_exception = false;       ///< but a number
+bool listens = true;                    ///< to what an export says of its failure; else it throws there too
 int allocations_until_failure = 0;      ///< 0: storage does not fail
+std::atomic<std::size_t> allocated = 0; ///< bytes, whether released or not
 
 /// Storage that others than the plug-in ask for does not count.
 class Uncounted {
@@ -48,7 +55,13 @@ void answer(const velm::OwnRequest& own)
         --request.text_lengths[0]; // fragments are compared without their NUL
     }
     host->serve(request);
+    if (!listens && !host->fragments.empty() && host->fragments.back().find("color: red") != std::string::npos) {
+        throw std::runtime_error("nobody listens");
+    }
     if (requests_until_the_host_throws != 0 && --requests_until_the_host_throws == 0) {
+        if (throws_no_exception) {
+            throw 7; // NOLINT(hicpp-exception-baseclass): hosts throw what they like
+        }
         throw std::runtime_error("<river.db> & its lock");
     }
 }
@@ -61,6 +74,7 @@ void answer(const velm::OwnRequest& own)
     if (allocations_until_failure != 0 && --allocations_until_failure == 0) {
         throw std::bad_alloc();
     }
+    allocated += size;
     if (void* storage = std::malloc(size == 0 ? 1 : size)) {
         return storage;
     }
@@ -80,8 +94,9 @@ namespace {
 
 const char* const completion = "File Export is Complete</span></li>";
 
-const std::string small_model = "GNUMSYS() = 2; GNUMSEG() = 3; GNFIELD() = 2; GNOWK = 1; GNUMTFTYPE() = 1001; "
-                                "GNUMCONST() = 1002; ";
+const std::string small_model =
+    "GNUMSYS() = 2; GSYSNAME = \"x\" \"y\"; GNUMSEG() = 3; GNFIELD() = 3; GNINQ = 1; GNOWK = 1; "
+    "GNUMTFTYPE() = 1002; GTFISC = 1; GNUMTIMEFUNC = -1; GNUMCONST() = 1002; ";
 
 /// What one export comes to.
 struct Outcome {
@@ -184,6 +199,98 @@ TEST(HostThatThrows, ends_the_export_wherever_it_throws)
     }
 }
 
+TEST(HostThatThrows, need_throw_no_exception_nor_listen)
+{
+    const Outcome sound = outcome(small_model);
+    throws_no_exception = true;
+    check_failure(outcome(small_model, 0, 0, 100), sound, "the host has thrown an exception", "EXPORT");
+    listens = false;
+    const Outcome unheard = outcome(small_model, 0, 0, 100);
+    listens = true;
+    throws_no_exception = false;
+    EXPECT_EQ(unheard.fragments.back(), "<li><span style=\"font-weight: bold; color: red;\">");
+    EXPECT_EQ(outcome(small_model).content, sound.content);
+}
+
+/// As a host does that ends its thread: the forced unwinding goes through the plug-in.
+TEST(HostThatEndsItsThread, ends_the_export_with_it_and_keeps_the_records)
+{
+    const std::string script = "GNUMSYS() = 2; GNUMSEG() = 3; GNOBC = 1; GNBFP = 2";
+    const Outcome sound = outcome(script);
+    const auto asked = static_cast<int>(sound.requests.size() + sound.fragments.size());
+    for (int n = 1; n <= asked; ++n) {
+        SCOPED_TRACE("request " + std::to_string(n));
+        ScriptedHost scripted(script, "model.inp");
+        ScriptedFile file;
+        int left = n;
+        own_host = [&](const OwnRequest& own) {
+            if (--left == 0) {
+                pthread_exit(nullptr);
+            }
+            answer(own);
+        };
+        host = &scripted;
+        std::thread([&] { export_and_report(file); }).join();
+        EXPECT_TRUE(sound.content.starts_with(file.content));
+        EXPECT_TRUE(file.content.empty() ? scripted.requests.size() < 2 : file.content.ends_with("\r\n"));
+        EXPECT_TRUE(std::equal(scripted.fragments.begin(), scripted.fragments.end(), sound.fragments.begin()));
+        EXPECT_EQ(outcome(script).content, sound.content);
+    }
+}
+
+TEST(HostThatKeepsAddresses, changes_no_bound_that_has_been_taken)
+{
+    const std::string script = "GNUMSEG() = 3; GNUMSYS() = 1; GNOBC = 1; GNBFP = 1";
+    ScriptedHost scripted(script, "model.inp");
+    ScriptedFile file;
+    std::int32_t* segments = nullptr;
+    std::int32_t* pairs = nullptr;
+    own_host = [&](const OwnRequest& own) {
+        answer(own);
+        if (own.key.name == "GNUMSEG") {
+            segments = &own.value<std::int32_t>(0);
+        } else if (own.key.name == "GBEDOPT") {
+            *segments = 1;
+        } else if (own.key.name == "GNBFP") {
+            pairs = &own.value<std::int32_t>(2);
+        } else if (own.key.name == "GALLBOUNDFUNC") {
+            *pairs = 2'000'000;
+        }
+    };
+    host = &scripted;
+    export_and_report(file);
+    EXPECT_EQ(std::ranges::count_if(scripted.requests, [](auto& asked) { return asked.starts_with("GSEGNAME"); }), 3);
+    EXPECT_EQ(std::ranges::count_if(scripted.requests, [](auto& asked) { return asked.starts_with("GWEIRTYPE"); }), 3);
+    EXPECT_EQ(std::ranges::count_if(scripted.requests, [](auto& asked) { return asked.starts_with("GINITC"); }), 1);
+    EXPECT_TRUE(scripted.fragments.back() == completion && file.content.size() < 10'000) << file.content.size();
+}
+
+TEST(HostThatAnnouncesMoreThanItDelivers, costs_no_storage)
+{
+    for (const std::string_view count : {"GNUMSYS", "GNUMSEG", "GNFIELD", "GNUMTFTYPE", "GNUMPARAMTYPE", "GNUMCONST"}) {
+        SCOPED_TRACE(count);
+        ScriptedFile file;
+        file.content.reserve(50'000'000);
+        int asked = 0;
+        own_host = [&](const OwnRequest& own) {
+            if (own.key.name == "GFILENAME") {
+                std::strcpy(&own.value<char>(0), "model.inp");
+            } else if (own.key.name == count) {
+                own.value<std::int32_t>(0) = 2'147'483'647;
+            } else if (own.key.name != "PINFOHTML" && ++asked == 300'000) {
+                throw std::runtime_error("enough");
+            }
+        };
+        model = {};
+        const std::size_t before = allocated;
+        testing::internal::CaptureStderr();
+        export_and_report(file);
+        testing::internal::GetCapturedStderr();
+        EXPECT_EQ(asked, 300'000);
+        EXPECT_LT(allocated - before, 1'200'000U) << "buffer and series tables, and little else";
+    }
+}
+
 TEST(HostThatExportsWhileItIsAsked, is_refused_and_the_first_export_goes_on)
 {
     const Outcome sound = outcome(small_model);
@@ -195,14 +302,16 @@ TEST(HostThatExportsWhileItIsAsked, is_refused_and_the_first_export_goes_on)
     scripted.on_request = [&](const std::string& request) {
         if (request.starts_with("GNUMSEG") && !std::exchange(nested, true)) {
             importexport();
+            std::thread(importexport).join();
         }
     };
     testing::internal::CaptureStderr();
     export_and_report(file);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "? another export is under way\n? EXPORT error on channel 5\n");
+    const std::string refusal = "? another export is under way\n? EXPORT error on channel 5\n";
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), refusal + refusal);
     EXPECT_EQ(scripted.requests, sound.requests);
     EXPECT_EQ(file.content, sound.content);
-    EXPECT_EQ(scripted.fragments.size(), sound.fragments.size() + 2);
+    EXPECT_EQ(scripted.fragments.size(), sound.fragments.size() + 4);
     EXPECT_EQ(scripted.fragments.back(), completion);
 }
 

@@ -90,8 +90,8 @@ class Sessions(WineCase):
         self.assertEqual(self.velm("example", "model.db")[0], 0)
         self.run_there("export", "--quiet", "model.db", "out.inp", "--record", "whole.jsonl")
         whole = self.read("whole.jsonl")
-        departing = whole.replace(b'"key":"GVOLUME","in":[2]',
-                                  b'"key":"GVOLUME","in":[1]')
+        departing = whole.replace(b'"key":"GVOLUME","form":2,"lengths":[8],"in":[2]',
+                                  b'"key":"GVOLUME","form":2,"lengths":[8],"in":[1]')
         for content, code, said in ((departing, 1, ": expected GVOLUME(segment 1), the plug-in asked GVOLUME(segment 2)"),
                                     (whole[:200_000], 2, ": the recording breaks off; the plug-in asked ")):
             (self.directory / "spoiled.jsonl").write_bytes(content)
@@ -103,7 +103,7 @@ class Sessions(WineCase):
         self.assertEqual(self.velm("new", "model.db")[0], 0)
         process = self.start("export", "model.db", "out.inp", "--plugin", str(BUILD / "waiting_plug_in.dll"),
                              "--record", "killed.jsonl")
-        while not any(path.stat().st_size > 0 for path in self.directory.glob(".out.inp.velm-*")):
+        while not any(path.stat().st_size > 0 for path in self.directory.glob(".velm-*")):
             self.assertIsNone(process.poll())
             time.sleep(0.01)
         process.kill()

@@ -13,7 +13,7 @@ PROCEDURES = """IMPORT_EXPORT boundaries constants dispexch flowpath flows impor
     parameters segment sys_info time_functions""".split()
 CALL_FORMS = [3, 4, 5, 6, 7]
 ATTACH = 100
-SYSTEM_LIBRARIES = {"advapi32.dll", "kernel32.dll", "msvcrt.dll"}
+SYSTEM_LIBRARIES = {"advapi32.dll", "kernel32.dll", "msvcrt.dll", "shell32.dll"}
 
 
 def imports_of(binary):

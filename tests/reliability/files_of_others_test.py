@@ -1,0 +1,274 @@
+"""Files that velm did not make, or that somebody else uses, are never removed, given away, read by mistake or played
+back into a new database."""
+
+import contextlib
+import os
+import pathlib
+import shutil
+import socket
+import sqlite3
+import subprocess
+import unittest
+
+from tool_case import FAILING_PLUG_IN, ToolCase, VELM
+
+NOBODY = 65534
+is_root = os.geteuid() == 0
+UNNAMED = [{}] + ([{"LD_PRELOAD": os.environ["FAULTY_SYSTEM"], "NO_UNNAMED": "1"}] if "FAULTY_SYSTEM" in os.environ else [])
+
+
+def access_list(*entries):
+    """An access list as the system keeps it; an entry is (kind, permissions, number)."""
+    return b"\2\0\0\0" + b"".join(kind.to_bytes(2, "little") + bits.to_bytes(2, "little") + number.to_bytes(4, "little")
+                                  for kind, bits, number in entries)
+
+
+NO_NUMBER = 0xFFFFFFFF
+# the owner reads and writes, another user too, the group nothing; the mask makes the mode 0660
+WIDE_MASK = access_list((1, 6, NO_NUMBER), (2, 6, 1), (4, 0, NO_NUMBER), (16, 6, NO_NUMBER), (32, 0, NO_NUMBER))
+
+
+class FilesOfOthers(ToolCase):
+    def setUp(self):
+        super().setUp()
+        self.make_model()
+        self.assertEqual(self.velm("export", "model.db", "model.inp")[0], 0)
+        self.inp = (self.directory / "model.inp").read_bytes()
+
+    def in_folder(self):
+        return {path.name: path.read_bytes() for path in self.directory.iterdir() if path.is_file()}
+
+    def test_a_file_is_no_rubbish_whatever_its_name(self):
+        for name in ["velm-abcdef", "velm-123456", ".out.inp.velm-abcdef", ".new.db.velm-abcdef", ".velm-0123456789ABCDEF"]:
+            self.write(name, "mine")
+        shutil.copy(self.directory / "model.db", self.directory / "velm-my.db")
+        shutil.copy(self.directory / "model.inp", self.directory / "velm-m.inp")
+        here = {"TMPDIR": str(self.directory)}
+        before = self.in_folder()
+        for way in UNNAMED:
+            for arguments in [["diff", "velm-my.db", "velm-m.inp"], ["check", "velm-my.db"], ["export", "model.db", "out.inp"],
+                              ["import", "model.inp", "new.db"], ["new", "empty.db"]]:
+                with self.subTest(arguments, **way):
+                    self.assertEqual(self.velm(*arguments, **here, **way)[0], 0)
+                    for name in ["out.inp", "new.db", "empty.db"]:
+                        (self.directory / name).unlink(missing_ok=True)
+                    self.assertEqual(self.in_folder(), before)
+                    self.assertEqual([path for path in self.directory.iterdir() if path.is_dir()], [])
+
+    CREATING = [["new"], ["example"], ["import", "model.inp"], ["import", "model.inp", "--force"],
+                ["session-to-model", "session.jsonl"]]
+
+    def test_no_journal_is_played_into_a_new_database(self):
+        self.assertEqual(self.velm("export", "model.db", "other.inp", "--record", "session.jsonl")[0], 0)
+        (self.directory / "folder").mkdir()
+        for arguments in self.CREATING:
+            for ending in ["-journal", "-wal"]:
+                for name, place in [("fresh.db", "fresh.db"), ("link.db", "folder/place.db")]:
+                    if name == "link.db" and "--force" not in arguments:
+                        continue # a link takes the name
+                    with self.subTest(arguments, ending=ending, name=name), contextlib.ExitStack() as removed:
+                        if name == "link.db":
+                            os.symlink(place, self.directory / name)
+                            removed.callback(os.unlink, self.directory / name)
+                        self.write(place + ending, "somebody else's")
+                        removed.callback(os.unlink, self.directory / (place + ending))
+                        code, _, message = self.velm(*arguments, name)
+                        self.assertEqual(code, 2, message)
+                        self.assertIn(f"there is a file {self.directory.resolve() / place}{ending} ", message)
+                        self.assertFalse((self.directory / place).exists())
+
+    def test_a_journal_that_comes_while_an_import_runs(self):
+        with contextlib.closing(sqlite3.connect(self.directory / "model.db")) as database, database:
+            database.executemany("INSERT INTO flow_value VALUES (1, 2, ?, ?, 1)", ((pair, pair) for pair in range(1, 200_000)))
+        self.assertEqual(self.velm("export", "model.db", "long.inp")[0], 0)
+        before = (self.directory / "model.db").read_bytes()
+        process = subprocess.Popen([VELM, "import", "long.inp", "model.db", "--force"], cwd=self.directory,
+                                   stderr=subprocess.PIPE, text=True)
+
+        def writes(): # into a file without a name
+            for file in pathlib.Path(f"/proc/{process.pid}/fd").iterdir():
+                with contextlib.suppress(FileNotFoundError): # closed meanwhile
+                    if "deleted" in os.readlink(file):
+                        return True
+            return False
+
+        while not writes():
+            self.assertIsNone(process.poll())
+        self.write("model.db-journal", "of a writer that was killed")
+        message = process.communicate(timeout=120)[1]
+        self.assertEqual(process.returncode, 2, message)
+        self.assertIn("model.db-journal that would be played back", message)
+        self.assertEqual((self.directory / "model.db").read_bytes(), before)
+
+    def test_a_database_in_use_is_not_replaced(self):
+        for begin in ["BEGIN EXCLUSIVE", "BEGIN; SELECT * FROM model"]:
+            with self.subTest(begin), contextlib.closing(sqlite3.connect(self.directory / "model.db")) as database:
+                before = os.stat(self.directory / "model.db").st_ino
+                for statement in begin.split(";"):
+                    database.execute(statement).fetchone()
+                code, _, message = self.velm("import", "model.inp", "model.db", "--force")
+                self.assertEqual((code, os.stat(self.directory / "model.db").st_ino), (2, before), message)
+                self.assertIn("velm: model.db is in use: database is locked; close the program", message)
+
+    def test_a_log_that_is_not_the_databases_own(self):
+        shutil.copy(self.directory / "model.db", self.directory / "logged.db")
+        with contextlib.closing(sqlite3.connect(self.directory / "logged.db")) as database:
+            database.execute("PRAGMA journal_mode = WAL")
+            database.execute("UPDATE system SET name = 'from the log'")
+            database.commit()
+            shutil.copy(self.directory / "logged.db-wal", self.directory / "model.db-wal")
+        os.symlink("model.db", self.directory / "link.db")
+        before = self.files()
+        for name in ["model.db", "link.db"]:
+            code, _, message = self.velm("export", name, "out.inp")
+            self.assertEqual((code, self.files()), (3, before), message)
+            self.assertIn(f"{self.directory.resolve()}/model.db-wal, that is not its own", message)
+
+    # access list and attributes; the mode that the new file has when they cannot be kept
+    def test_a_replaced_file_keeps_its_access(self):
+        out = self.directory / "out.inp"
+        for fault in [{}, {"LD_PRELOAD": os.environ.get("FAULTY_SYSTEM", ""), "FAULT_CALL": "fsetxattr",
+                           "FAULT_NUMBER": "1", "FAULT_ERROR": "95", "FAULT_AGAIN": "1"}]:
+            if fault.get("LD_PRELOAD") == "":
+                continue
+            self.write("out.inp", "old")
+            out.chmod(0o604)
+            try:
+                os.setxattr(out, "user.note", b"mine")
+                os.setxattr(out, "system.posix_acl_access", WIDE_MASK)
+            except OSError as error:
+                self.skipTest(f"no access lists here: {error}")
+            self.assertEqual(self.velm("export", "model.db", "out.inp", **fault)[0], 0)
+            self.assertEqual(out.read_bytes(), self.inp)
+            if fault:
+                self.assertEqual(out.stat().st_mode & 0o7777, 0o600)
+            else:
+                self.assertEqual(os.getxattr(out, "user.note"), b"mine")
+                self.assertEqual(os.getxattr(out, "system.posix_acl_access"), WIDE_MASK)
+            out.unlink()
+
+    def test_what_is_no_file_is_refused_at_once(self):
+        os.mkfifo(self.directory / "pipe")
+        with socket.socket(socket.AF_UNIX) as listener:
+            listener.bind(str(self.directory / "socket"))
+        for name in ["pipe", "socket", "/dev/zero", ".", "n" * 300, "missing/file"]:
+            for arguments in [["import", name, "new.db"], ["replay", name, "out.inp"], ["session-to-model", name, "new.db"],
+                              ["info", name], ["export", name, "out.inp"], ["check", name], ["diff", name, "model.db"],
+                              ["diff", "model.inp", name]]:
+                with self.subTest(arguments):
+                    before = self.files()
+                    code, _, message = self.velm(*arguments)
+                    self.assertIn(code, (2, 3), message)
+                    self.assertIn(name, message)
+                    self.assertNotIn("filesystem error", message)
+                    self.assertEqual(self.files(), before)
+
+    def test_places_where_no_file_can_be_made(self):
+        for name, reason in [("n" * 300, "n cannot be made: File name too long; give another name"),
+                             ("missing/name", "the folder missing does not exist; make it, or name another"),
+                             ("model.inp/name", "the folder model.inp does not exist; make it, or name another")]:
+            for arguments in [["export", "model.db", name], ["export", "model.db", "out.inp", "--panel", name],
+                              ["export", "model.db", "out.inp", "--record", name], ["import", "model.inp", name],
+                              ["new", name], ["example", name]]:
+                with self.subTest(arguments):
+                    before = self.files()
+                    code, _, message = self.velm(*arguments)
+                    self.assertEqual((code, self.files()), (2, before), message)
+                    self.assertTrue(message.startswith("velm: ") and message.endswith(reason + "\n"), message)
+        for name in ["out.inp", "model.inp"]:
+            code, _, message = self.velm("export", "model.db", name, preexec_fn=lambda: os.umask(0o777))
+            self.assertEqual(code, 2)
+            self.assertIn(f"velm: {name} cannot be made: the umask takes from you", message)
+        self.assertEqual((self.directory / "model.inp").read_bytes(), self.inp)
+
+    def test_two_names_that_will_be_one_file(self):
+        (self.directory / "folder").mkdir()
+        os.symlink("folder", self.directory / "same")
+        os.symlink("folder/out.inp", self.directory / "link")
+        os.symlink("link", self.directory / "chain")
+        before = self.files()
+        for one, other in [("folder/out.inp", "same/out.inp"), ("folder/out.inp", "link"), ("chain", "same/../same/out.inp")]:
+            for arguments in [[one, "--panel", other], [one, "--record", other], ["out.inp", "--panel", one, "--record", other]]:
+                with self.subTest(arguments):
+                    code, _, message = self.velm("export", "model.db", *arguments)
+                    self.assertEqual((code, self.files(), os.listdir(self.directory / "folder")), (2, before, []), message)
+
+
+@unittest.skipUnless(is_root, "takes the superuser, who exports where another user may write")
+class TwoUsers(ToolCase):
+    """Root exports into a folder of nobody's, who meanwhile puts links in the place of whatever velm makes there."""
+
+    ATTACK = """
+import os, sys
+os.setgroups([]); os.setgid({user}); os.setuid({user})
+os.chdir(sys.argv[1])
+print('ready', flush=True)
+while os.getppid() == {parent}:
+    for name in os.listdir('.'):
+        if name not in ('out.inp', 'new.db') and not name.startswith('away'):
+            try:
+                os.rename(name, 'away%d' % os.getpid())
+            except OSError:
+                pass
+            for target, link in (('../victim', name), ('../folder', name)):
+                try:
+                    os.symlink(target, link)
+                    break
+                except OSError:
+                    pass
+            try:
+                os.unlink('away%d' % os.getpid())
+            except OSError:
+                pass
+"""
+
+    def test_nothing_of_roots_is_overwritten_or_given_away(self):
+        self.make_model()
+        self.assertEqual(self.velm("export", "model.db", "model.inp")[0], 0)
+        self.directory.chmod(0o755)
+        theirs = self.directory / "theirs"
+        theirs.mkdir()
+        os.chown(theirs, NOBODY, NOBODY)
+        self.write("victim", "root's own")
+        (self.directory / "victim").chmod(0o600)
+        (self.directory / "folder").mkdir(0o700)
+        self.write("folder/content", "root's own")
+        attack = subprocess.Popen(["python3", "-c", self.ATTACK.format(user=NOBODY, parent=os.getpid()), str(theirs)],
+                                  stdout=subprocess.PIPE)
+        self.addCleanup(attack.wait)
+        self.addCleanup(attack.kill)
+        self.addCleanup(attack.stdout.close)
+        self.assertEqual(attack.stdout.readline(), b"ready\n")
+        for way in UNNAMED:
+            for attempt in range(15):
+                (theirs / "out.inp").write_text("nobody's")
+                os.chown(theirs / "out.inp", NOBODY, NOBODY)
+                (theirs / "out.inp").chmod(0o666)
+                self.velm("export", "model.db", "theirs/out.inp", "--quiet", **way)
+                self.velm("import", "model.inp", "theirs/new.db", "--force", "--quiet", **way)
+                for name in ["victim", "folder/content"]:
+                    status = (self.directory / name).stat()
+                    self.assertEqual((status.st_uid, (self.directory / name).read_text()), (0, "root's own"), attempt)
+                self.assertEqual((self.directory / "victim").stat().st_mode & 0o7777, 0o600)
+
+    def test_rights_never_pass_to_another_owner(self):
+        self.make_model()
+        self.directory.chmod(0o777)
+        for part in [VELM, VELM.replace("/velm", "/libvelm_export.so"), os.environ["HOST_LIBRARY"]]:
+            shutil.copy(part, self.directory) # nobody may not see where this was built
+        for owner, group, mode, kept in [(0, 0, 0o6777, 0o777), (0, 0, 0o4672, 0o622), (NOBODY, NOBODY, 0o6750, 0o6750),
+                                         (NOBODY, 0, 0o2754, 0o744)]:
+            with self.subTest(mode=oct(mode), owner=owner):
+                out = self.directory / "out.inp"
+                self.write("out.inp", "old")
+                os.chown(out, owner, group)
+                out.chmod(mode)
+                done = subprocess.run([self.directory / "velm", "export", "model.db", "out.inp"], cwd=self.directory,
+                                      user=NOBODY, group=NOBODY, extra_groups=[], capture_output=True, text=True, timeout=120)
+                self.assertEqual(done.returncode, 0, done.stderr)
+                self.assertEqual((out.stat().st_uid, oct(out.stat().st_mode & 0o7777)), (NOBODY, oct(kept)))
+                out.unlink()
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,53 @@
+# cmake -DUTILITIES=<the plug-in's folder> -DWORK=<build folder> -P build_time.cmake: in a project of two sources, the
+# version panel's time is that of the build that found something changed.
+file(REMOVE_RECURSE ${WORK})
+file(COPY ${UTILITIES}/BuildInformation.cmake ${UTILITIES}/StampVersion.cmake DESTINATION ${WORK}/Utilities)
+file(COPY ${UTILITIES}/Export/Version.in DESTINATION ${WORK}/Utilities/Export)
+file(WRITE ${WORK}/CMakeLists.txt [[
+cmake_minimum_required(VERSION 3.25)
+project(two_sources VERSION 1.2.3 LANGUAGES NONE)
+set(CMAKE_SIZEOF_VOID_P 8)
+add_subdirectory(Utilities)
+]])
+file(WRITE ${WORK}/Utilities/CMakeLists.txt [[
+add_library(velm_export_objects INTERFACE one.cpp)
+include(BuildInformation.cmake)
+]])
+file(WRITE ${WORK}/Utilities/one.cpp "")
+file(WRITE ${WORK}/Utilities/two.hpp "")
+set(failures 0)
+
+# build(WHAT SECONDS_NOW EXPECTED_TIME [configure]): SECONDS_NOW is SOURCE_DATE_EPOCH, or - for none
+function(build what now expected)
+    set(environment --unset=SOURCE_DATE_EPOCH)
+    if(NOT now STREQUAL "-")
+        set(environment SOURCE_DATE_EPOCH=${now})
+    endif()
+    if(ARGN)
+        execute_process(COMMAND ${CMAKE_COMMAND} -E env ${environment} ${CMAKE_COMMAND} -G Ninja -S ${WORK} -B ${WORK}/build
+                        COMMAND_ERROR_IS_FATAL ANY OUTPUT_QUIET)
+    endif()
+    execute_process(COMMAND ${CMAKE_COMMAND} -E env ${environment} ${CMAKE_COMMAND} --build ${WORK}/build
+                    COMMAND_ERROR_IS_FATAL ANY OUTPUT_QUIET)
+    file(STRINGS ${WORK}/build/generated/Utilities/Export/Version line REGEX "build_time")
+    if(NOT line MATCHES "Built on: (.*)\"" OR NOT CMAKE_MATCH_1 MATCHES "^${expected}$")
+        message("${what}: '${line}', expected '${expected}'")
+        math(EXPR failures "${failures} + 1")
+        set(failures ${failures} PARENT_SCOPE)
+    endif()
+endfunction()
+
+build("a first build" 100000 "Fri, 2 Jan 1970 03:46:40 [+]0000" configure)
+build("nothing changed" 1000000000 "Fri, 2 Jan 1970 03:46:40 [+]0000")
+file(TOUCH ${WORK}/Utilities/one.cpp)
+build("a source changed" 1000000000 "Sun, 9 Sep 2001 01:46:40 [+]0000")
+file(TOUCH ${WORK}/Utilities/two.hpp)
+build("a header changed" 1700000000 "Tue, 14 Nov 2023 22:13:20 [+]0000")
+build("the time to take changed, and CMake was told" 1 "Thu, 1 Jan 1970 00:00:01 [+]0000" configure)
+file(TOUCH ${WORK}/Utilities/one.cpp)
+build("only CMake was told" - "Thu, 1 Jan 1970 00:00:01 [+]0000")
+string(TIMESTAMP year "%Y" UTC)
+build("no time to take" - "[A-Z][a-z][a-z], [1-9][0-9]? [A-Z][a-z][a-z] ${year} [0-9:]+ [+]0000" configure)
+if(failures)
+    message(FATAL_ERROR "${failures} failures")
+endif()

@@ -1,0 +1,163 @@
+#include "input_file/input_file.hpp"
+#include "model_check/check_file.hpp"
+#include "plain_text/plain_text.hpp"
+#include "report/report.hpp"
+#include "tool/commands.hpp"
+#include "tool/exported_model.hpp"
+#include "tool/file_arguments.hpp"
+#include "tool/file_kind.hpp"
+#include "tool/model_file.hpp"
+#include "tool/operating_system.hpp"
+#include "whole_file/whole_file.hpp"
+
+#include <CLI/CLI.hpp>
+
+#include <array>
+#include <charconv>
+#include <chrono>
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <optional>
+
+namespace velm {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct ReportArguments {
+    std::string model;
+    std::string output;  ///< empty: the model's name with .html
+    std::string against; ///< empty: nothing
+    std::string title;   ///< empty: the model's name
+    bool open = false;
+    bool quiet = false;
+};
+
+/// A page of another origin is not replaced unless it was named.
+void refuse_other_page(const fs::path& page)
+{
+    std::ifstream file(page, std::ios::binary);
+    std::string beginning(400, '\0');
+    file.read(beginning.data(), static_cast<std::streamsize>(beginning.size()));
+    if (fs::exists(page) && beginning.find("content=\"velm report\"") == std::string::npos) {
+        throw ToolError(ExitCode::usage, shown(page) + " exists and is no report of velm; name the page to write");
+    }
+}
+
+std::string output_of(const ReportArguments& arguments)
+{
+    if (!arguments.output.empty()) {
+        refuse_stream(arguments.output, "OUT", "the page is replaced only when it is whole; give a file name");
+        return arguments.output;
+    }
+    const fs::path output = fs::path(arguments.model).replace_extension(".html");
+    refuse_other_page(output);
+    return output.string();
+}
+
+/// Now, or what SOURCE_DATE_EPOCH says, so that two reports of one file are the same.
+std::string made_at()
+{
+    std::time_t moment = std::time(nullptr);
+    if (const char* const fixed = std::getenv("SOURCE_DATE_EPOCH")) {
+        std::int64_t seconds = 0;
+        const std::string_view text = fixed;
+        if (std::from_chars(text.data(), text.data() + text.size(), seconds).ec == std::errc{}) {
+            moment = static_cast<std::time_t>(seconds);
+        }
+    }
+    std::array<char, 32> text{};
+    const std::size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M UTC", std::gmtime(&moment));
+    return {text.data(), length};
+}
+
+struct ReadModel {
+    Model model;
+    FileKind kind{};
+};
+
+ReadModel read(const std::string& file, bool quiet)
+{
+    const FileKind kind = kind_of_file(file);
+    if (kind == FileKind::database) {
+        return {read_model_file(file, quiet), kind};
+    }
+    return {read_input_file(file).model, kind};
+}
+
+FileFindings findings_of(const std::string& file, FileKind kind, bool quiet)
+{
+    if (kind == FileKind::input_file) {
+        return check_input_file(file);
+    }
+    std::optional<ExportedModel> exported;
+    return check_database(
+        file, [&](const Model& model) { return exported.emplace(PlugIn(default_plug_in()), model, quiet).file(); });
+}
+
+ExitCode write(const ReportArguments& arguments)
+{
+    const std::string output = output_of(arguments);
+    refuse_one_file({{"OUT", output}, {"MODEL", arguments.model}, {"OTHER", arguments.against}});
+    WholeFile file(output, Standing::replaced);
+    const ReadModel read_model = read(arguments.model, arguments.quiet);
+    Report report;
+    report.model = &read_model.model;
+    report.database = read_model.kind == FileKind::database;
+    report.file = shown(fs::path(arguments.model).filename());
+    report.title = arguments.title.empty()    ? shown(fs::path(arguments.model).stem())
+                   : is_utf8(arguments.title) ? arguments.title
+                                              : printable(arguments.title);
+    report.bytes = fs::file_size(arguments.model);
+    report.made = made_at();
+    report.program = "velm " VELM_VERSION;
+    report.findings = findings_of(arguments.model, read_model.kind, arguments.quiet);
+    std::optional<ReadModel> other;
+    if (!arguments.against.empty()) {
+        other = read(arguments.against, arguments.quiet);
+        report.old_model = &other->model;
+        report.old_file = shown(fs::path(arguments.against).filename());
+    }
+    std::ofstream page(file.content(), std::ios::binary);
+    write_report(page, report);
+    page.close();
+    if (!page) {
+        throw ToolError(ExitCode::failed, shown(output) + " cannot be written; is the disk full?");
+    }
+    file.put_in_place();
+    if (!arguments.quiet) {
+        std::cerr << "velm: " << shown(output) << ": " << fs::file_size(output) << " bytes; open it with a browser\n";
+    }
+    if (arguments.open) {
+        open_in_browser(output);
+    }
+    return ExitCode::done;
+}
+
+} // namespace
+
+Command report_command(CLI::App& tool)
+{
+    auto values = std::make_shared<ReportArguments>();
+    CLI::App* const arguments = tool.add_subcommand("report", "Write a web page that shows a model");
+    arguments->add_option("MODEL", values->model, "Model database or input file")->required();
+    arguments->add_option("OUT", values->output, "Page to write; MODEL's name with .html when not given");
+    arguments->add_option("--against", values->against, "Also show in what MODEL differs from another")
+        ->type_name("OTHER");
+    arguments->add_option("--title", values->title, "Heading of the page; MODEL's name when not given")
+        ->type_name("TEXT");
+    arguments->add_flag("--open", values->open, "Open the page in the browser");
+    arguments->add_flag("--quiet", values->quiet, "Print nothing but errors");
+    arguments->footer("Examples:\n"
+                      "  velm report estuary.db\n"
+                      "  velm report estuary.inp page.html --title \"Alder estuary, 2023\"\n"
+                      "  velm report after.db --against before.db --open\n\n"
+                      "The page is one file that needs nothing else: a map of the network, all time series, the\n"
+                      "water's balance, tables and findings. It asks nothing of any network.");
+    return {arguments, [values] { return write(*values); }};
+}
+
+} // namespace velm
