@@ -142,15 +142,15 @@ class Database:
     # SQLite's refusal of a row, with the column that it is about.
     def _explained(self, table: str, row: Mapping[str, Any], error: Exception) -> ModelError:
         message = str(error)
-        named = re.findall(r"\w+", re.split("failed:| column ", message)[-1])
-        column = next((name for name in reversed(named) if name in row), None)
+        named = re.findall(rf"\b{table}\.(\w+)", message)  # by a CHECK's name, too
+        column = named[-1] if named else None
         if isinstance(error, (OverflowError, sqlite3.InterfaceError)):  # of a value that SQLite does not have
             column = next((name for name in row if not isinstance(row[name], (float, str)) and
                            not (isinstance(row[name], int) and -2**63 <= row[name] < 2**63)), None)
         if "FOREIGN" in message:
             column = self._pointing_nowhere(table, row)
             message = "names no row that is there"
-        value: Any = row[column] if column else None
+        value: Any = row.get(column) if column else None
         if isinstance(value, float) and numpy.isnan(value):
             message = "is no number; missing values are never stored"
         return ModelError(f"is refused: {message}", table=table, row=self._row(table, row), column=column, value=value)
