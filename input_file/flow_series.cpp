@@ -9,7 +9,7 @@
 namespace velm {
 namespace {
 
-constexpr std::array<std::string_view, 6> names{
+constexpr std::array<std::string_view, 6> field_names{
     "Surface Water Flow Field", "Porewater Flow Field", "Solids - 1", "Solids - 2", "Solids - 3",
     "Evap/Precip Flow Field"};
 
@@ -52,7 +52,7 @@ void read_flow_series(RecordReader& in, Model& model)
             model.flow_fields.emplace_back();
         }
         FlowField& field = model.flow_fields[static_cast<std::size_t>(number) - 1];
-        in.known_record("name of the flow field", field_name_line(names, "Flow Field", number));
+        in.known_record("name of the flow field", field_name_line(field_names, "Flow Field", number));
         const auto known = static_cast<std::int32_t>(field.functions.size());
         const Count functions =
             in.repeated_count(records::number_of_inflows, in.flow_fields ? std::optional(known) : std::nullopt);

@@ -19,7 +19,7 @@ constexpr std::array readers{
     &read_boundaries,         &read_loads,    &read_time_functions, &read_parameters,  &read_constants,
     &read_initial_conditions};
 
-constexpr std::array<std::string_view, readers.size()> names{
+constexpr std::array<std::string_view, readers.size()> section_names{
     "system information", "segments", "flow paths",     "flow time series",   "dispersive exchanges",
     "boundaries",         "loads",    "time functions", "segment parameters", "constants",
     "initial conditions"};
@@ -75,7 +75,7 @@ void read_sections(RecordReader& in, Model& model)
 
 std::string_view name_of(Section section)
 {
-    return names.at(static_cast<std::size_t>(section));
+    return section_names.at(static_cast<std::size_t>(section));
 }
 
 std::string InputProblem::text(std::string_view file) const

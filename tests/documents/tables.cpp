@@ -210,7 +210,8 @@ int main(int argc, char** argv)
     const std::string tables =
         velm::with_end(velm::content_of(database_document), "\n### model\n", velm::tables_in_words(schema));
     const std::string keys = velm::with_end(velm::content_of(protocol_document), "| Key |", velm::keys_in_words());
-    const bool all = velm::update(schema_file, schema, write) & velm::update(database_document, tables, write) &
-                     velm::update(protocol_document, keys, write);
-    return all ? 0 : 1;
+    const bool first = velm::update(schema_file, schema, write);
+    const bool second = velm::update(database_document, tables, write);
+    const bool third = velm::update(protocol_document, keys, write);
+    return first && second && third ? 0 : 1;
 }

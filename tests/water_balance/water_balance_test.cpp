@@ -68,7 +68,7 @@ struct SmallSteps {
     {
         double in = 0;
         double out = 0;
-        for (const std::size_t field : {0, 1, 5}) {
+        for (const std::size_t field : {0U, 1U, 5U}) {
             for (const FlowFunction& function : model.flow_fields[field].functions) {
                 for (const FlowPath& path : function.paths) {
                     const double flow = value_at(function.series, moment) * double{path.fraction} *
