@@ -11,18 +11,18 @@ extern const std::string_view example_statements; // examples/estuary.sql, carri
 
 Command example_command(CLI::App& tool)
 {
-    auto database = std::make_shared<FileName>();
+    auto model = std::make_shared<NewModelFile>();
     CLI::App* const arguments = tool.add_subcommand("example", "Create the database of the bundled estuary model");
-    arguments->add_option("MODEL", *database, "Database to create; an existing file is never touched")->required();
+    model->add_to(*arguments);
     arguments->footer("Example:\n"
                       "  velm example estuary.db\n"
                       "  velm info estuary.db\n"
                       "  velm export estuary.db estuary.inp");
-    return {arguments, [database] {
+    return {arguments, [model] {
                 const auto create = [&] {
-                    create_database(std::string(model_schema()) + '\n' + std::string(example_statements), *database);
+                    create_database(std::string(model_schema()) + '\n' + std::string(example_statements), model->name);
                 };
-                create_model_file(*database, create, "the estuary model");
+                model->create(create, "the estuary model");
                 return ExitCode::done;
             }};
 }

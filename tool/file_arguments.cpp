@@ -20,12 +20,29 @@ void refuse_one_file(std::initializer_list<NamedFile> files)
     }
 }
 
+namespace {
+
+/// The first of the folders of `file` that does not exist, in words; `file` where all of them do.
+std::string missing_part_of(const FileName& file)
+{
+    std::filesystem::path folder;
+    for (const std::filesystem::path& part : std::filesystem::path(file).parent_path()) {
+        folder /= part;
+        if (std::error_code error; !std::filesystem::exists(folder, error)) {
+            return "the folder " + shown(folder) + " of " + file;
+        }
+    }
+    return file.in_words();
+}
+
+} // namespace
+
 void refuse_unless_regular(const FileName& file, ExitCode code)
 {
     std::error_code error;
     const std::filesystem::file_status status = std::filesystem::status(file, error);
     if (status.type() == std::filesystem::file_type::not_found) {
-        throw ToolError(code, file + " does not exist");
+        throw ToolError(code, missing_part_of(file) + " does not exist; give another name");
     }
     if (error) {
         throw ToolError(code, file + " cannot be opened: " + error.message() + "; give another name");

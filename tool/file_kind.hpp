@@ -6,8 +6,8 @@ namespace velm {
 
 enum class FileKind { input_file, database };
 
-/// What a file is, by its first bytes: what does not begin as SQLite's files do is taken for an input file. Throws
-/// ToolError: usage for what stands for a stream or for nothing, model_unreadable for what cannot be read.
+/// What a file is, by its first bytes. Throws ToolError: usage for what stands for a stream or for nothing,
+/// model_unreadable for what cannot be read or is neither.
 [[nodiscard]] FileKind kind_of_file(const FileName& file);
 
 } // namespace velm

@@ -45,7 +45,7 @@ void check(const ImportArguments& arguments)
     refuse_stream(arguments.input, "FILE", "an input file is read from a file; give a file name");
     refuse_stream(arguments.model, "MODEL", "SQLite keeps a database in a file, not in a stream; give a file name");
     if (kind_of_file(arguments.input) == FileKind::database) {
-        throw ToolError(ExitCode::model_unreadable, arguments.input + " is a database; give an input file");
+        throw ToolError(ExitCode::model_unreadable, arguments.input + " is a database already; give an input file");
     }
     refuse_one_file({{"FILE", arguments.input}, {"MODEL", arguments.model}});
     try {

@@ -1,6 +1,7 @@
 #include "tool/model_file.hpp"
 
 #include "tool/exit_code.hpp"
+#include "tool/file_kind.hpp"
 #include "tool/operating_system.hpp"
 #include "tool/progress_bar.hpp"
 
@@ -61,6 +62,10 @@ Model read_model_file(const FileName& database, bool quiet)
 Model read_changed_model_file(const FileName& database, const FileName& changes, bool quiet)
 {
     refuse_stream(database, "MODEL", why_no_stream);
+    if (kind_of_file(database) == FileKind::input_file) {
+        const std::string why = " is an input file; velm import makes a database of it, which is wanted here";
+        throw ToolError(ExitCode::model_unreadable, database + why);
+    }
     ProgressBar bar("load", "rows", 0, !quiet && has_capable_terminal());
     LoadOptions options;
     options.on_progress = [&](std::uint64_t rows) { bar.show(rows); };
@@ -82,15 +87,23 @@ Model read_changed_model_file(const FileName& database, const FileName& changes,
     }
 }
 
-void create_model_file(const FileName& database, const std::function<void()>& create, const std::string& what)
+void NewModelFile::add_to(CLI::App& arguments)
 {
-    refuse_stream(database, "MODEL", why_no_stream);
+    arguments.add_option("MODEL", name, "Database to create; an existing file is never touched")->required();
+    arguments.add_flag("--quiet", quiet, "Print nothing but errors");
+}
+
+void NewModelFile::create(const std::function<void()>& create, const std::string& what) const
+{
+    refuse_stream(name, "MODEL", why_no_stream);
     try {
         create();
     } catch (const StoreError& error) {
-        throw ToolError(ExitCode::failed, problems_text(database + " cannot be created:", error));
+        throw ToolError(ExitCode::failed, problems_text(name + " cannot be created:", error));
     }
-    std::cerr << "velm: " << database << ": " << what << '\n';
+    if (!quiet) {
+        std::cerr << "velm: " << name << ": " << what << '\n';
+    }
 }
 
 } // namespace velm

@@ -4,6 +4,8 @@
 #include "model_store/model_store.hpp"
 #include "tool/file_name.hpp"
 
+#include <CLI/CLI.hpp>
+
 #include <functional>
 #include <string>
 
@@ -24,8 +26,16 @@ void refuse_stream(const FileName& file, const std::string& argument, const std:
 /// The store's words: below a line that names the file, or alone when they are about the file as a whole.
 [[nodiscard]] std::string problems_text(const std::string& heading, const StoreError& error);
 
-/// Has `create` make a new model database and says so. Throws FileError when `database` exists already,
-/// ToolError (failed) when it cannot be made.
-void create_model_file(const FileName& database, const std::function<void()>& create, const std::string& what);
+/// The database that a command creates.
+struct NewModelFile {
+    FileName name;
+    bool quiet = false;
+
+    /// Adds the arguments that fill these members.
+    void add_to(CLI::App& arguments);
+    /// Has `create` make the file and, unless `quiet`, says what it is. Throws FileError when the file exists already,
+    /// ToolError (failed) when it cannot be made.
+    void create(const std::function<void()>& create, const std::string& what) const;
+};
 
 } // namespace velm

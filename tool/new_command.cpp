@@ -9,21 +9,21 @@ namespace velm {
 
 Command new_command(CLI::App& tool)
 {
-    auto database = std::make_shared<FileName>();
+    auto model = std::make_shared<NewModelFile>();
     CLI::App* const arguments = tool.add_subcommand("new", "Create an empty model database");
-    arguments->add_option("MODEL", *database, "Database to create; an existing file is never touched")->required();
+    model->add_to(*arguments);
     arguments->footer("Example:\n"
                       "  velm new river.db\n"
                       "  sqlite3 river.db \"UPDATE model SET julian_end_time = 365\"\n\n"
                       "The model table has its one row, with default values; all other tables are empty.");
-    return {
-        arguments, [database] {
-            create_model_file(
-                *database,
-                [&] { create_database(std::string(model_schema()) + "INSERT INTO model DEFAULT VALUES;", *database); },
-                "an empty model, to be filled with any SQLite tool");
-            return ExitCode::done;
-        }};
+    return {arguments, [model] {
+                model->create(
+                    [&] {
+                        create_database(std::string(model_schema()) + "INSERT INTO model DEFAULT VALUES;", model->name);
+                    },
+                    "an empty model, to be filled with any SQLite tool");
+                return ExitCode::done;
+            }};
 }
 
 } // namespace velm

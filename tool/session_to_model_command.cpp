@@ -16,7 +16,7 @@ namespace {
 
 struct SessionToModelArguments {
     FileName session;
-    FileName model;
+    NewModelFile model;
     std::uint64_t export_number = 1;
 };
 
@@ -42,7 +42,7 @@ Command session_to_model_command(CLI::App& tool)
         tool.add_subcommand("session-to-model", "Make a model database from a recorded session");
     arguments->add_option("SESSION", values->session, "Session file of a recorder or of velm export --record")
         ->required();
-    arguments->add_option("MODEL", values->model, "Database to create; an existing file is never touched")->required();
+    values->model.add_to(*arguments);
     arguments->add_option("--export", values->export_number, "Which export of the session, counted from 1")
         ->type_name("NUMBER")
         ->check(CLI::PositiveNumber);
@@ -54,8 +54,8 @@ Command session_to_model_command(CLI::App& tool)
     return {arguments, [values] {
                 refuse_stream(values->session, "SESSION", "it is read more than once; give a file name");
                 refuse_unless_regular(values->session, ExitCode::usage);
-                const auto create = [&] { save_model(read_model(*values), values->model); };
-                create_model_file(values->model, create, "the model of " + values->session);
+                const auto create = [&] { save_model(read_model(*values), values->model.name); };
+                values->model.create(create, "the model of " + values->session);
                 return ExitCode::done;
             }};
 }

@@ -89,7 +89,10 @@ void refuse_unless_free(const fs::path& name, const fs::path& place, Standing st
 {
     std::error_code error;
     // a link that leads nowhere takes a name too
-    const fs::file_status status = fs::symlink_status(standing == Standing::refused ? name : place, error);
+    fs::file_status status = fs::symlink_status(standing == Standing::refused ? name : place, error);
+    if (status.type() == fs::file_type::not_found && standing == Standing::replaced) {
+        status = fs::status(name, error); // /dev/stdout leads to a pipe, which has no place
+    }
     if (status.type() == fs::file_type::not_found) {
         return;
     }

@@ -21,6 +21,7 @@ REFUSED = [  # what the file holds, and the message
     ("UPDATE segment SET breadth = 1", "line 1: 'UPDATE segment SET breadth = 1' no such column: breadth"),
     ("DELETE FROM segment", "line 1: 'DELETE FROM segment' FOREIGN KEY constraint failed"),
     ("UPDATE segment SET width = 1e39;", "table segment, segment 1, column width: '1e+39' is too large"),
+    ("UPDATE segment SET name = 'x' || hex(zeroblob(20))", "CHECK constraint failed: segment.name has at most 40 characters"),
     ("UPDATE segment SET width = 'ft'", "line 1: 'UPDATE segment SET width = 'ft'' cannot store TEXT value in REAL"),
 ]
 

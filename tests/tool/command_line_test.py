@@ -34,6 +34,7 @@ class Usage(ToolCase):
         (["export", "m.db", "fifo"], "velm: fifo is a device, a pipe or a socket, which cannot be replaced by a complete file; name a regular file\n"),
         (["export", "m.db", "/dev/null"], "velm: /dev/null is a device, a pipe or a socket, which cannot be replaced by a complete file; name a regular file\n"),
         (["export", "m.db", "circle"], "velm: circle is a symbolic link that leads in a circle; name another file\n"),
+        (["export", "m.db", "/dev/stdout"], "velm: /dev/stdout is a device, a pipe or a socket, which cannot be replaced by a complete file; name a regular file\n"),
         (["new", "-"], "velm: MODEL cannot be '-': SQLite keeps a database in a file, not in a stream; give a file name\n"),
         (["new", "m.db"], "velm: m.db exists and is left as it is; give a name that is not taken\n"),
         (["example", "m.db"], "velm: m.db exists and is left as it is; give a name that is not taken\n"),
@@ -157,8 +158,8 @@ class Exported(ToolCase):
                 self.assertRegex(messages, rf"^velm: out.inp: 11 sections, {size} in \d+\.\d\d seconds\nvelm: out.inp: no field overflows, .+\n$")
 
     def test_quiet(self):
-        self.make_model()
-        self.assertEqual(self.export("model.db", "out.inp", "--quiet"), "")
+        for command in (["new", "model.db"], ["example", "estuary.db"], ["export", "model.db", "out.inp"]):
+            self.assertEqual(self.velm(*command, "--quiet"), (0, "", ""))
 
     def test_existing_file_is_replaced_and_keeps_its_permissions(self):
         self.make_model()
@@ -191,6 +192,57 @@ class Exported(ToolCase):
         (self.directory / folder).mkdir(parents=True)
         self.export("model.db", f"{folder}/o")
         self.assertEqual(os.listdir(self.directory / folder), ["o"])
+
+
+class Given(ToolCase):
+    """A file that is not what its command wants."""
+    NEITHER = "is neither a model database nor an input file, it begins with '{}'; velm docs model-database says how values of a table get into a database"
+    # name, content or SQL that makes it of a model, what is said of it with exit code 3; nothing: it is read
+    FILES = [
+        ("sheet.xlsx", b"PK\3\4sheet", NEITHER.format(r"PK\x03\x04sheet")),
+        ("flow.csv", b"date,flow\n1,2\n3,4\n", NEITHER.format(r"date,flow\x0A1,2...")),
+        ("empty.inp", b"", "is empty; give a model database, such as velm new makes, or an input file"),
+        ("nowhere/m.db", None, "the folder nowhere of nowhere/m.db does not exist; give another name"),
+        ("folder/no/m.db", None, "the folder folder/no of folder/no/m.db does not exist; give another name"),
+        ("folder", None, "is a folder, a device or a pipe; give a file, which can be read to its end and more than once"),
+        ("other.db", "PRAGMA application_id = 0", "is not a model database: its application_id is 0, not 1447382093; create one with the schema that this program prints"),
+        ("newer.db", "PRAGMA user_version = 2", "has tables of version 2, this program knows version 1; use a newer version of this program"),
+        ("older.db", "DROP TABLE segment_place", ""),
+    ]
+
+    def test_files(self):
+        self.make_model()
+        (self.directory / "folder").mkdir()
+        for name, made, said in self.FILES:
+            if isinstance(made, bytes):
+                (self.directory / name).write_bytes(made)
+            elif made:
+                self.make_model(name, made)
+            before = self.files()
+            for command in (["export", name, "out"], ["info", name], ["check", name], ["diff", name, "model.db"],
+                            ["report", name, "out"]):
+                with self.subTest(command):
+                    code, _, message = self.velm(*command)
+                    self.assertIn(said, message)
+                    self.assertTrue(code == 3 and name in message if said else code < 2, message)
+                    self.assertEqual(before if said else self.files(), self.files())
+
+    def test_the_other_kind(self):
+        self.make_model()
+        self.assertEqual(self.velm("export", "model.db", "model.inp", "--quiet"), (0, "", ""))
+        for command, said in [
+            (["import", "model.db", "new.db"], "model.db is a database already; give an input file"),
+            (["info", "model.inp"], "model.inp is an input file; velm import makes a database of it, which is wanted here"),
+        ]:
+            self.assertEqual(self.velm(*command), (3, "", f"velm: {said}\n"))
+
+    def test_without_the_right_to_read(self):
+        self.make_model()
+        self.directory.chmod(0o755)
+        (self.directory / "model.db").chmod(0)
+        be_nobody = (lambda: os.setuid(65534)) if os.geteuid() == 0 else None
+        self.assertEqual(self.velm("info", "model.db", preexec_fn=be_nobody),
+                         (3, "", "velm: model.db cannot be opened: Permission denied; ask its owner, or give another file\n"))
 
 
 class PanelPage(html.parser.HTMLParser):

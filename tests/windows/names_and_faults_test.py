@@ -52,7 +52,7 @@ class Faults(WineCase):
         shutil.copy(BUILD / "prevelmwdll.dll", self.directory / "other.dll")
         self.before = self.files()
         for arguments, code, message in [
-            (["missing.db", "out.inp"], 3, "velm: 'missing.db' does not exist; "),
+            (["missing.db", "out.inp"], 3, "velm: missing.db does not exist; "),
             (["model.db", "missing/out.inp"], 2, r"velm: the folder missing does not exist; \w+"),
             (["model.db", "out.inp", "--plugin", "text.dll"], 4, "velm: text.dll cannot be used as export plug-in: (?!Unknown)"),
             (["model.db", "out.inp", "--plugin", "other.dll"], 4, "velm: other.dll cannot be used as export plug-in: (?!Unknown)"),
