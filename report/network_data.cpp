@@ -128,6 +128,20 @@ void put_pairs(PageData& data, const std::vector<ExchangePair>& pairs)
     data.end_object();
 }
 
+void put_places(PageData& data, const std::vector<SegmentPlace>& places)
+{
+    if (places.empty()) {
+        return;
+    }
+    data.begin_object("places");
+    data.put_count("count", places.size());
+    data.put_numbers("segments", places.size(), [&](auto i) { return places[i].segment; });
+    // from the first, whose coordinates may be as large as those of a survey
+    data.put_numbers("x", places.size(), [&](auto i) { return places[i].x - places.front().x; });
+    data.put_numbers("y", places.size(), [&](auto i) { return places[i].y - places.front().y; });
+    data.end_object();
+}
+
 /// Where boundaries or loads stand, by system.
 void put_contacts(PageData& data, std::string_view member, const Model& model, SegmentSeriesSet System::*set)
 {
@@ -163,8 +177,9 @@ std::string exchange_field_name(std::size_t number)
     return number == 1 ? "surface water" : number == 2 ? "pore water" : "exchange field " + std::to_string(number);
 }
 
-void put_segments(PageData& data, const Model& model, const WaterBalance* balance)
+void put_segments(PageData& data, const Report& report, const WaterBalance* balance)
 {
+    const Model& model = *report.model;
     const std::vector<Segment>& segments = model.segments;
     data.begin_object("segments");
     data.put_count("count", segments.size());
@@ -175,6 +190,7 @@ void put_segments(PageData& data, const Model& model, const WaterBalance* balanc
     data.end_array();
     data.put_numbers("types", segments.size(), [&](auto i) { return segments[i].type; });
     data.put_numbers("bottoms", segments.size(), [&](auto i) { return segments[i].bottom_segment; });
+    put_places(data, report.places);
     data.begin_array("data");
     if (!segments.empty()) {
         put_water_data(data, model, balance);

@@ -16,7 +16,7 @@ namespace velm {
 
 void put_head(PageData& data, const Report& report);
 /// `balance` is null when the flows are elsewhere.
-void put_segments(PageData& data, const Model& model, const WaterBalance* balance);
+void put_segments(PageData& data, const Report& report, const WaterBalance* balance);
 void put_paths(PageData& data, const Model& model, const WaterBalance* balance);
 /// `found` is what differs from the other model, if there is one.
 void put_series(PageData& data, const Report& report, const WaterBalance* balance, std::span<const Difference> found);

@@ -101,7 +101,7 @@ void write_report(std::ostream& page, const Report& report)
     const WaterBalance* const balance = known ? &*known : nullptr;
     PageData data;
     put_head(data, report);
-    put_segments(data, model, balance);
+    put_segments(data, report, balance);
     put_paths(data, model, balance);
     const std::vector<Difference> found =
         report.old_model == nullptr ? std::vector<Difference>{} : differences(*report.old_model, model);

@@ -2,10 +2,12 @@
 
 #include "model/model.hpp"
 #include "model_check/finding.hpp"
+#include "model_store/model_store.hpp"
 
 #include <cstdint>
 #include <iosfwd>
 #include <string>
+#include <vector>
 
 namespace velm {
 
@@ -15,10 +17,11 @@ struct Report {
     std::string title; ///< UTF-8, as are the texts below
     std::string file;  ///< the model's, as it was named
     bool database = false;
-    std::uint64_t bytes = 0; ///< size of the file
-    std::string made;        ///< date and time
-    std::string program;     ///< name and version
-    FileFindings findings;   ///< of the model, each kind up to a limit
+    std::uint64_t bytes = 0;          ///< size of the file
+    std::string made;                 ///< date and time
+    std::string program;              ///< name and version
+    FileFindings findings;            ///< of the model, each kind up to a limit
+    std::vector<SegmentPlace> places; ///< where a modeller draws segments; may be of some, or none
 
     const Model* old_model = nullptr; ///< what it is compared with; null for nothing
     std::string old_file;

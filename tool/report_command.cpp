@@ -88,6 +88,15 @@ ReadModel read(const std::string& file, bool quiet)
     return {read_input_file(file).model, kind};
 }
 
+std::vector<SegmentPlace> segment_places(const std::string& database)
+{
+    try {
+        return load_segment_places(database);
+    } catch (const StoreError& error) {
+        throw ToolError(ExitCode::model_unreadable, problems_text(shown(database) + " cannot be read:", error));
+    }
+}
+
 FileFindings findings_of(const std::string& file, FileKind kind, bool quiet)
 {
     if (kind == FileKind::input_file) {
@@ -114,6 +123,9 @@ ExitCode write(const ReportArguments& arguments)
     report.bytes = fs::file_size(arguments.model);
     report.made = made_at();
     report.program = "velm " VELM_VERSION;
+    if (report.database) {
+        report.places = segment_places(arguments.model);
+    }
     report.findings = findings_of(arguments.model, read_model.kind, arguments.quiet);
     std::optional<ReadModel> other;
     if (!arguments.against.empty()) {

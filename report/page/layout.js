@@ -1,10 +1,11 @@
 // Places for the columns of the network: given by the modeller, or worked out so that water runs from left to right.
 import dagre from "@dagrejs/dagre";
 import { hierarchy, tree } from "d3-hierarchy";
-import { numbers, page, segmentCount } from "./data.js";
+import { bySegment, numbers, page, segmentCount } from "./data.js";
 import { columnSteps, columns, isBed } from "./network.js";
 
 export const size = { width: 112, water: 58, bed: 22, layerGap: 26, across: 32, between: 46 };
+export const mostNamed = 6000; // segments; of more the map is a picture of the whole
 const layered = 1000; // columns; a layered layout of more takes seconds
 const fewColumns = 100; // a layered layout of so few takes no time
 const wide = 1.9; // the map's width by its height
@@ -98,25 +99,92 @@ function fitToView(places, heights) {
     }
 }
 
-/** The modeller's coordinates, y upwards, scaled so that neighbours do not overlap. */
-function givenPlaces() {
-    const x = numbers(page.segments.places.x, segmentCount);
-    const y = numbers(page.segments.places.y, segmentCount);
-    const places = columns.map(([top]) => ({ x: x[top - 1], y: -y[top - 1] }));
+/** Boxes that overlap move apart, each half of the way. */
+function partOverlaps(places, heights) {
     const { width, height } = extent(places);
-    const room = Math.sqrt(columns.length) * (size.width + size.across);
-    const scale = (room * 1.5) / Math.max(width, height, 1e-9);
-    return places.map((place) => ({ x: place.x * scale, y: place.y * scale }));
+    const [along, aside] = width > height ? ["x", "y"] : ["y", "x"];
+    const room = (a, b, axis) => (axis === "x" ? size.width + size.across / 2 : (heights[a] + heights[b]) / 2 + size.layerGap);
+    const tallest = heights.reduce((most, one) => Math.max(most, one), 0);
+    const reach = along === "x" ? room(0, 0, "x") : tallest + size.layerGap;
+    const order = [...places.keys()];
+    for (let round = 0, moved = true; moved && round < 40; ++round) {
+        moved = false;
+        order.sort((a, b) => places[a][along] - places[b][along]);
+        order.forEach((a, i) => {
+            for (let j = i + 1; j < order.length && places[order[j]][along] - places[a][along] < reach; ++j) {
+                const b = order[j];
+                const missing = (axis) => room(a, b, axis) - Math.abs(places[b][axis] - places[a][axis]);
+                const axis = missing(along) < missing(aside) ? along : aside;
+                if (Math.min(missing("x"), missing("y")) < 1) continue;
+                const push = (places[b][axis] < places[a][axis] ? -1 : 1) * (missing(axis) / 2 + 0.1);
+                places[b][axis] += push;
+                places[a][axis] -= push;
+                moved = true;
+            }
+        });
+    }
+}
+
+/** Columns without a place stand between their neighbours, or in line behind the only one; those of which none has a place, below all. */
+function placeOthers(places, steps) {
+    const step = size.width + size.across;
+    const next = bySegment(steps.flatMap(([from, to]) => [[from, { at: to, dx: step }], [to, { at: from, dx: -step }]]));
+    const mean = (list) => ["x", "y"].map((axis) => list.reduce((sum, { at }) => sum + places[at][axis], 0) / list.length);
+    const settle = (c) => {
+        const known = next(c).filter(({ at }) => places[at]);
+        let [x, y] = mean(known);
+        if (known.length === 1) {
+            const before = next(known[0].at).filter(({ at }) => at !== c && places[at]);
+            const [bx, by] = before.length ? mean(before) : [x, y];
+            const length = Math.hypot(x - bx, y - by);
+            [x, y] = length > 0 ? [x + ((x - bx) / length) * step, y + ((y - by) / length) * step] : [x - known[0].dx, y];
+        }
+        places[c] = { x, y };
+    };
+    const queue = [...places.keys()].filter((c) => places[c]);
+    const given = queue.length;
+    for (const c of queue) {
+        for (const { at } of next(c)) {
+            if (places[at]) continue;
+            settle(at);
+            queue.push(at);
+        }
+    }
+    for (let round = 0; round < Math.min(100, 2e5 / queue.length); ++round) queue.slice(given).forEach(settle);
+    const { left, top, height } = extent(queue.map((c) => places[c]));
+    for (let c = 0, i = 0; c < places.length; ++c) {
+        places[c] ??= { x: left + (i % 10) * step, y: top + height + 200 + Math.floor(i++ / 10) * 100 };
+    }
+}
+
+/** The modeller's coordinates, y upwards, scaled so that most neighbours have room. A column without stands between its neighbours. */
+function givenPlaces(heights, steps) {
+    const { count, segments, x, y } = page.segments.places;
+    const [of, xs, ys] = [segments, x, y].map((reference) => numbers(reference, count));
+    const given = new Map([...of].map((segment, i) => [segment, { x: xs[i], y: -ys[i] }]).filter(([, place]) => Number.isFinite(place.x + place.y)));
+    const places = columns.map((column) => given.get(column.find((segment) => given.has(segment))));
+    const known = places.filter(Boolean);
+    const apart = steps.filter(([from, to]) => places[from] && places[to]).map(([from, to]) =>
+        Math.max(Math.abs(places[from].x - places[to].x) / (size.width + size.across), Math.abs(places[from].y - places[to].y) / (heights[from] + size.across)))
+        .filter((distance) => distance > 0).sort((a, b) => a - b);
+    const { width, height } = extent(known);
+    if (!(width + height > 0)) return null; // one point is no map
+    const scale = 1 / (apart[apart.length >> 2] ?? Math.max(width, height) / (Math.sqrt(columns.length) * 2 * size.width));
+    for (const place of known) {
+        place.x *= scale;
+        place.y *= scale;
+    }
+    placeOthers(places, steps);
+    if (segmentCount <= mostNamed) partOverlaps(places, heights);
+    return places;
 }
 
 /** Left upper corners of all segments, by number. */
 export function segmentPlaces() {
     const heights = columns.map(columnHeight);
-    let columnPlaces;
-    if (page.segments.places) {
-        columnPlaces = givenPlaces();
-    } else {
-        const steps = columnSteps();
+    const steps = columnSteps();
+    let columnPlaces = page.segments.places ? givenPlaces(heights, steps) : null;
+    if (!columnPlaces) {
         const many = columns.length > layered || (columns.length > fewColumns && converges(steps));
         columnPlaces = many ? treeOf(heights, steps) : layersOf(heights, steps);
         fitToView(columnPlaces, heights);

@@ -4,7 +4,7 @@ import { page, segmentCount, segmentNames } from "./data.js";
 import { find, h } from "./dom.js";
 import { count, exact, short, withUnit } from "./format.js";
 import { atSegment, distanceToFindings } from "./places.js";
-import { segmentPlaces } from "./layout.js";
+import { mostNamed, segmentPlaces } from "./layout.js";
 import { drawCanvas } from "./map_canvas.js";
 import { drawSvg } from "./map_svg.js";
 import { shows } from "./navigate.js";
@@ -12,7 +12,6 @@ import { isBed, links, nowhere, reach } from "./network.js";
 import { chosen, tell } from "./state.js";
 import { makeView } from "./view.js";
 
-const mostElements = 6000; // segments; beyond, a picture of the whole
 let drawing;
 let view;
 let places;
@@ -174,7 +173,7 @@ export function startMap(marks) {
         return;
     }
     places = segmentPlaces();
-    const coarse = segmentCount > mostElements;
+    const coarse = segmentCount > mostNamed;
     drawing = coarse ? drawCanvas(places) : drawSvg(places, marks);
     find("map").append(drawing.element);
     view = makeView(drawing, places);

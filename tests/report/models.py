@@ -1,4 +1,6 @@
-"""Makes the models that the tests of the report look at, their pages, and what the pages must show: python3 models.py VELM FOLDER.
+"""Makes the models that the tests of the report look at, their pages, and what the pages must show.
+
+    python3 models.py VELM FOLDER
 
 What must be shown is read from the databases by SQL, never from a page.
 """
@@ -39,12 +41,14 @@ def add_system(db, name, boundary):
     system = db.execute("INSERT INTO system (name, tag) VALUES (?, ?)", (name, name[:5])).lastrowid
     db.execute("INSERT INTO initial_condition SELECT ?, number, number / 7.0, 1 FROM segment", (system,))
     db.execute("INSERT INTO boundary VALUES (?, 1, 1)", (system,))
-    db.executemany("INSERT INTO boundary_value VALUES (?, 1, ?, ?, ?)", [(system, i + 1, *p) for i, p in enumerate(boundary)])
+    db.executemany("INSERT INTO boundary_value VALUES (?, 1, ?, ?, ?)",
+                   [(system, i + 1, *p) for i, p in enumerate(boundary)])
 
 
 def add_flow(db, number, description, paths, pairs):
     db.execute("INSERT INTO flow_function VALUES (1, ?, ?)", (number, description))
-    db.executemany("INSERT INTO flow_path VALUES (1, ?, ?, ?, ?, ?)", [(number, i + 1, *p) for i, p in enumerate(paths)])
+    db.executemany("INSERT INTO flow_path VALUES (1, ?, ?, ?, ?, ?)",
+                   [(number, i + 1, *p) for i, p in enumerate(paths)])
     db.executemany("INSERT INTO flow_value VALUES (1, ?, ?, ?, ?)", [(number, i + 1, *p) for i, p in enumerate(pairs)])
 
 
@@ -62,15 +66,20 @@ def gauge(name):
 def lake():
     """4 by 3 columns of two layers, a current to and fro above, mixing everywhere, and places that a modeller gave."""
     n, across = 12, 4
-    db = new("lake", [(f"Above {i}", 1, i + n) for i in range(1, n + 1)] + [(f"Below {i}", 2, 0) for i in range(1, n + 1)], 100)
+    db = new("lake", [(f"Above {i}", 1, i + n) for i in range(1, n + 1)] +
+             [(f"Below {i}", 2, 0) for i in range(1, n + 1)], 100)
     rows = [[0, *range(r * across + 1, (r + 1) * across + 1), 0] for r in range(3)]
     add_flow(db, 1, "Wind", [(a, b, 0.25) for row in rows for a, b in zip(row, row[1:])],
              [(d, math.cos(d / 5) * 4 + 1) for d in range(101)])
     add_system(db, "Salinity", [(0, 30), (100, 31)])
     db.execute("INSERT INTO exchange_field DEFAULT VALUES")
     db.execute("INSERT INTO exchange_function VALUES (1, 1, 'Between the layers')")
-    db.executemany("INSERT INTO exchange_pair VALUES (1, 1, ?, ?, ?, 20000, 2)", [(i, i, i + n) for i in range(1, n + 1)])
+    db.executemany("INSERT INTO exchange_pair VALUES (1, 1, ?, ?, ?, 20000, 2)",
+                   [(i, i, i + n) for i in range(1, n + 1)])
     db.execute("INSERT INTO exchange_value VALUES (1, 1, 1, 0, 1e-5), (1, 1, 2, 100, 2e-5)")
+    # of a survey, from east to west; the last two have none
+    db.executemany("INSERT INTO segment_place VALUES (?, ?, ?)",
+                   [(i + 1, 567890.5 - 30 * (i % across), 5e6 - 40 * (i // across)) for i in range(n - 2)])
     db.commit()
 
 
@@ -97,7 +106,8 @@ def expected(name):
         return [list(row) for row in db.execute(sql)]
 
     series = {}
-    for table, parent in (("flow_value", "flow_field, flow_function"), ("exchange_value", "exchange_field, exchange_function"),
+    for table, parent in (("flow_value", "flow_field, flow_function"),
+                          ("exchange_value", "exchange_field, exchange_function"),
                           ("boundary_value", "system, boundary"), ("load_value", "system, load"),
                           ("time_function_value", "time_function_type, time_function")):
         for a, b, *facts in rows(f"SELECT {parent}, count(*), min(value), max(value) FROM {table} GROUP BY 1, 2"):
@@ -105,8 +115,10 @@ def expected(name):
     return {"segments": rows("SELECT number, name, length, width FROM segment"),
             "paths": rows("SELECT flow_field, flow_function, number FROM flow_path"),
             "pairs": rows("SELECT exchange_field, exchange_function, number FROM exchange_pair"),
+            "places": rows("SELECT segment, x, y FROM segment_place"),
             "factor": rows("SELECT scale_factor * conversion_factor FROM flow_field")[0][0], "series": series,
-            "last_flow": rows("SELECT value FROM flow_value WHERE flow_function = 1 AND flow_field = 1 ORDER BY time DESC, number DESC")[0][0],
+            "last_flow": rows("SELECT value FROM flow_value WHERE flow_field = 1 AND flow_function = 1 "
+                              "ORDER BY time DESC, number DESC")[0][0],
             "constants": rows("SELECT value FROM constant ORDER BY constant_type, number")}
 
 
@@ -128,8 +140,8 @@ velm("export", FOLDER / "estuary.db", FOLDER / "estuary.inp")
 velm("report", FOLDER / "estuary.inp", FOLDER / "input_file.html")
 (FOLDER / "changed.db").write_bytes((FOLDER / "estuary.db").read_bytes())
 changed = sqlite3.connect(FOLDER / "changed.db")
-changed.executescript("UPDATE segment SET width = 99 WHERE number = 9;"
-                      "UPDATE flow_value SET value = value * 2 WHERE flow_field = 1 AND flow_function = 1 AND number < 50;")
+changed.executescript("UPDATE segment SET width = 99 WHERE number = 9; UPDATE flow_value SET value = value * 2 "
+                      "WHERE flow_field = 1 AND flow_function = 1 AND number < 50;")
 changed.close()
 velm("report", FOLDER / "changed.db", FOLDER / "changed.html", "--against", FOLDER / "estuary.db")
 (FOLDER / "expected.json").write_text(json.dumps({one: expected(one) for one in names}))
