@@ -61,6 +61,11 @@ const CLI::App* find_command(const CLI::App& tool, const std::string& name)
 
 ToolError unknown_command(const CLI::App& tool, const std::string& name)
 {
+#ifndef VELM_REPORT
+    if (name == "report") {
+        return {ExitCode::usage, "this velm was built without its command report; build it with VELM_REPORT=ON"};
+    }
+#endif
     std::vector<std::string> names;
     for (const CLI::App* command : tool.get_subcommands({})) {
         names.push_back(command->get_name());

@@ -1,6 +1,6 @@
 // Bundles the page into one template and, as the C++ source that carries it, its bytes.
 //
-//     node build.mjs TEMPLATE.html SOURCE.cpp
+//     node build.mjs TEMPLATE.html SOURCE.cpp LICENCES.txt
 //
 // The template keeps the places {{title}}, {{data}} and {{numbers}} for the report. Script and style are named by their
 // hashes in the page's content security policy, so nothing else can run.
@@ -12,7 +12,7 @@ import { build } from "esbuild";
 
 const here = dirname(fileURLToPath(import.meta.url));
 const file = (...names) => join(here, ...names);
-const [, , templateFile, sourceFile] = process.argv;
+const [, , templateFile, sourceFile, licencesFile] = process.argv;
 
 async function bundle(entry) {
     const result = await build({ entryPoints: [file(entry)], bundle: true, minify: true, write: false, legalComments: "none",
@@ -22,11 +22,13 @@ async function bundle(entry) {
 
 const hash = (text) => `'sha256-${createHash("sha256").update(text).digest("base64")}'`;
 
-/** Name, version and licence of every package that is in the bundle. */
+/** Name, version and licence of every package that is in the bundle, or in another that is. */
 function licences(inputs) {
+    const read = (name) => JSON.parse(readFileSync(file("node_modules", name, "package.json")));
     const names = new Set(inputs.map((input) => /node_modules\/((?:@[^/]+\/)?[^/]+)\//.exec(input)?.[1]).filter(Boolean));
+    for (const name of names) Object.keys(read(name).dependencies ?? {}).forEach((other) => names.add(other));
     return [...names].sort().map((name) => {
-        const { version, license } = JSON.parse(readFileSync(file("node_modules", name, "package.json")));
+        const { version, license } = read(name);
         return `${name} ${version} (${license})\n\n${readFileSync(file("node_modules", name, "LICENSE"), "utf8").trim()}\n`;
     }).join("\n");
 }
@@ -37,7 +39,9 @@ const script = await bundle("main.js");
 const style = await bundle("style.css");
 if (/<\/script|<!--/i.test(script.text)) throw new Error("the script would end itself");
 const policy = `default-src 'none'; script-src ${hash(script.text)}; style-src ${hash(style.text)}; base-uri 'none'; form-action 'none'`;
-const parts = { policy, style: style.text, script: script.text, licences: escaped(licences([...script.inputs, ...style.inputs])) };
+const licenceText = licences([...script.inputs, ...style.inputs]);
+writeFileSync(licencesFile, licenceText);
+const parts = { policy, style: style.text, script: script.text, licences: escaped(licenceText) };
 const template = readFileSync(file("page.html"), "utf8").replace(/\{\{(\w+)\}\}/g, (place, part) => parts[part] ?? place);
 writeFileSync(templateFile, template);
 
