@@ -142,8 +142,7 @@ class Database:
     # SQLite's refusal of a row, with the column that it is about.
     def _explained(self, table: str, row: Mapping[str, Any], error: Exception) -> ModelError:
         message = str(error)
-        named = re.findall(rf"\b{table}\.(\w+)", message)  # by a CHECK's name, too
-        column = named[-1] if named else None
+        column = (re.findall(rf"\b{table}\.(\w+)", message) or [None])[-1]  # by a CHECK's name, too
         if isinstance(error, (OverflowError, sqlite3.InterfaceError)):  # of a value that SQLite does not have
             column = next((name for name in row if not isinstance(row[name], (float, str)) and
                            not (isinstance(row[name], int) and -2**63 <= row[name] < 2**63)), None)

@@ -19,11 +19,12 @@ class Making(StoredSeries):
 
         length, width, depth in m: a number, or one for each segment; `depth` is the initial one, and the volume (m3) is
         their product unless `volume` is given. `name` of several gets a number: "Reach 1". x and y are places on the
-        map; all else are columns of the table segment. The type is 1, surface water, unless given. Systems and
-        parameters get rows for the new segments: the value that all segments have, or what `initial` (mg/L, a number or
-        a mapping by system) and `parameters` (a mapping by key) say."""
+        map; all else are columns of the table segment, of which type (1: surface water) and flow option are 1 unless
+        given. Systems and parameters get rows for the new segments: the value that all segments have, or what `initial`
+        (mg/L, a number or a mapping by system) and `parameters` (a mapping by key) say."""
         named = {"name": name, "length": length, "width": width, "depth": depth, **columns}
-        data: Dict[str, Any] = {"type": 1, **(dict(segments) if isinstance(segments, pandas.DataFrame) else {})}
+        table = segments if isinstance(segments, pandas.DataFrame) else {}
+        data: Dict[str, Any] = {"type": 1, "flow_option": 1, **dict(table)}
         data.update((key, value) for key, value in named.items() if value is not None)
         count = int(segments) if isinstance(segments, Integral) else len(segments)
         if count < 1:
@@ -40,8 +41,7 @@ class Making(StoredSeries):
             data["volume"] = length * width * depth
         data.update({"initial_depth": data.pop("depth")} if "depth" in data else {})
         places = {key: data.pop(key) for key in ("x", "y") if key in data}
-        first = self._next("segment")
-        new = list(range(first, first + count))
+        new = (self._next("segment") + numpy.arange(count)).tolist()
         with self._data.transaction():
             self._data.insert("segment", **{**data, "number": new})
             if places:

@@ -66,8 +66,8 @@ def create(path: Path, *, start: Any = None, end: Any, replace: bool = False, **
     left. Without one it is there from the first call on. A file that exists is refused, or, with `replace`, replaced.
 
     `start` and `end` are moments of one kind, naive or aware (then days count in UTC); or `end` is a number of days.
-    Other arguments are columns of the table model. Of those not given, model_type is 1, topt_factor 0.9, print_interval
-    1 day, or the whole run when that is less; the time steps are those of choose_time_steps()."""
+    Other arguments are columns of the table model. Where not given, model_type, solution_technique, time_optimization
+    and print_interval (days) are 1, topt_factor is 0.9; the time steps are those of choose_time_steps()."""
     target = os.path.abspath(path)
     if os.path.lexists(target) and not replace:
         raise FileExistsError(f"{path} exists and is left as it is; give another name, or say replace=True")
@@ -76,9 +76,9 @@ def create(path: Path, *, start: Any = None, end: Any, replace: bool = False, **
     days = time_series.days_from(moment, pandas.Index([last]), "end")[0]
     if days <= 0:
         raise ArgumentError("end", "is not after the start", value=end)
-    run = {"model_type": 1, "topt_factor": 0.9, "print_interval": min(1.0, days), "maximum_time_step": LONGEST_STEP,
-           "minimum_time_step": SHORTEST_STEP, **options, "julian_end_time": days,
-           **({} if moment is None else time_series.start_columns(moment))}
+    run = {"model_type": 1, "solution_technique": 1, "time_optimization": 1, "topt_factor": 0.9,
+           "print_interval": min(1.0, days), "maximum_time_step": LONGEST_STEP, "minimum_time_step": SHORTEST_STEP,
+           **options, "julian_end_time": days, **({} if moment is None else time_series.start_columns(moment))}
     model = _in_folder(os.path.dirname(target), "new")
     try:
         model.start = moment
@@ -98,7 +98,7 @@ def open(path: Path, *, start: Any = None) -> Model:
     with io.open(path, "rb") as opened:
         is_database = opened.read(16) == b"SQLite format 3\0"
     model = Model(Database(os.fspath(path)), None) if is_database else _in_folder(None, "import", os.fspath(path))
-    run = model._database.frame("model")
+    model._source, run = os.fspath(path), model._database.frame("model")
     held = time_series.start_of(run.iloc[0]) if len(run) else None
     model.start = held if start is None else time_series.timestamp(start, "start")
     if None not in (held, start) and time_series.start_columns(model.start) != time_series.start_columns(held):

@@ -22,6 +22,7 @@ class ModelFile:
         self.start = start  # a pandas.Timestamp; None when the database has no date
         self._folder: Optional[tempfile.TemporaryDirectory[str]] = None  # where the file is while it has no name
         self._target: Optional[str] = None  # the name that it gets
+        self._source = database.path  # what was opened
         self._replace = self._in_block = False
         self._made_with: Dict[Any, Dict[str, Any]] = {}  # what segments to come get, by table and owner
 
@@ -63,11 +64,11 @@ class ModelFile:
         return pandas.Series({name: count for name, count in counted.items() if count}, name="rows", dtype=int)
 
     def __repr__(self) -> str:
-        return f"{os.path.basename(self._target or self.path)}: {dict(self.counts())}"
+        return f"{os.path.basename(self._target or self._source)}: {dict(self.counts())}"
 
     def _repr_html_(self) -> str:
-        name = os.path.basename(self._target or self.path)
-        return str(self.counts().rename_axis(name).to_frame()._repr_html_())
+        table = self.counts().rename_axis(os.path.basename(self._target or self._source)).to_frame()
+        return str(table._repr_html_())
 
     def check(self, *options: str) -> Any:
         """What velm check finds, as a DataFrame. `options` are those of the command: check("--most", "100")."""
@@ -87,8 +88,8 @@ class ModelFile:
         program.run("export", self.path, os.fspath(path), "--quiet", *options)
 
     def report(self, path: Optional[Path] = None, *options: str) -> str:
-        """Writes velm's page about the model; returns its name: without `path` that of the database, with .html."""
-        page = os.path.splitext(self.path)[0] + ".html" if path is None else os.fspath(path)
+        """Writes velm's page about the model; returns its name: without `path` that of the model's file, with .html."""
+        page = os.path.splitext(self._target or self._source)[0] + ".html" if path is None else os.fspath(path)
         program.run("report", self.path, page, *options)
         return page
 
@@ -125,7 +126,7 @@ class ModelFile:
             raise
         except OSError:
             os.rename(self._database.path, target)  # where there are no links
-        self._target, self._database = None, Database(target)
+        self._target, self._source, self._database = None, target, Database(target)
         self._discard()
 
     # The number that the next row gets among its owner's.

@@ -150,17 +150,3 @@ def test_calibration(folder, monkeypatch):
         above = max(i for i in range(8) if results[i]["outlet"] >= estimator.observed["outlet"])
         low, high = widths[above], widths[min(above + 1, 7)]
     assert low == pytest.approx(1.7, abs=1e-3) and pathlib.Path("base.db").read_bytes() == before
-
-
-def test_r():
-    """The block of docs/python.md."""
-    block = re.search(r"^```r\n(.*?)^```", (ROOT / "docs" / "python.md").read_text(), re.M | re.S)[1]
-    with velm.create("river.db", start="2020-01-01", end=2) as m:
-        reach = m.add_segments(10, name="Reach", length=1000, width=20, depth=1)
-        m.add_system("Tracer")
-        m.add_flow({0: 1.0, 2: 2.0}, through=[0, *reach, 0])
-    pathlib.Path("river.r").write_text(block)
-    subprocess.run(["Rscript", "river.r"], check=True)
-    with velm.open("river.inp") as changed:
-        assert changed.segment["width"].tolist() == 10 * [40] and changed.segment["volume"].tolist() == 10 * [40000]
-        assert changed.series("flow", 1, 2).tolist() == [3, 3]

@@ -80,6 +80,8 @@ def test_what_velm_says(river):
     assert changes[["section", "field", "old", "new"]].values.tolist() == [["segments", "width", "-4", "20"]]
     assert river.diff(river).empty and isinstance(changes, pandas.DataFrame)
     assert "segment" in river._repr_html_() and repr(river).startswith("river.db: {'model': 1")
+    assert "A river</title>" in pathlib.Path(river.report(None, "--title", "A river")).read_text()
     imported = velm.open("before.inp")
+    assert repr(imported).startswith("before.inp: ") and pathlib.Path(imported.report()).samefile("before.html")
     imported.segment.loc[2, "width"] = -4
     assert imported.diff("river.db", "--tolerance", "1e-3").empty

@@ -97,7 +97,8 @@ def test_the_first_series_with_a_unit_decides_it(lake):
 def test_segments_before_and_after_systems(lake):
     lake.add_parameter(7, 0.5, description="Shade")
     lake.add_system("Oxygen", initial=9.0, dissolved_fraction=0.5)
-    frame = pandas.DataFrame({"name": ["Bay", "Bed"], "depth": [2, 0.1], "length": 10, "width": 5, "type": [1, 3]})
+    frame = pandas.DataFrame({"name": ["Bay", "Bed"], "depth": [2, 0.1], "length": 10, "width": 5, "type": [1, 3],
+                              "x": [0, 3], "y": [4, 5]})
     assert lake.add_segments(frame) == [2, 3]
     assert rows("lake.db", "initial_condition")[3:] == [(2, n, 9, 0.5) for n in (1, 2, 3)]
     assert rows("lake.db", "parameter_value") == [(1, 1, n, 0.5) for n in (1, 2, 3)]
@@ -107,6 +108,8 @@ def test_segments_before_and_after_systems(lake):
     assert [row[3:] for row in rows("lake.db", "exchange_pair")] == [(2, 3, 5.25, 10), (3, 0, 0.5, 10),
                                                                      (1, 2, 250, 1000)]
     assert read("lake.db") == ""
+    lake.remove("segment", 1)
+    assert lake.segment_place.reset_index().values.tolist() == [[1, 0, 4], [2, 3, 5]]
 
 
 def test_a_block_that_raises_leaves_nothing():

@@ -63,6 +63,8 @@ MODELS = [  # a call, and table, row, column and value of its ModelError
     ("m.add_boundary(1, 9, 1.0)", "boundary", "system 1, number 3", "segment", 9),
     ("m.add_system('S', tag='TOOLONG')", "system", "number 3", "tag", "TOOLONG"),
     ("m.set_series('load', 2, 5, series=1.0)", "load_value", "system 2, load 5, number 1", "load", 5),
+    ("m.add_exchange(1.0, between=pandas.DataFrame({'first_segment': [1], 'second_segment': [2], 'area': [3]}))",
+     "exchange_pair", "exchange field 1, exchange function 2, number 1", "length", None),
     ("m.remove('segment', 4)", "segment", "number 4", None, None),
     ("velm.open('text.txt')", None, None, None, None),
     ("velm.open('other.db')", None, None, None, None),
