@@ -30,9 +30,9 @@ void SessionRecorder::attempt(Work work) noexcept
     }
 }
 
-SessionRecorder::SessionRecorder(const std::filesystem::path& file) : file_(create_new_file(file))
+SessionRecorder::SessionRecorder(const std::filesystem::path& file)
+    : file_(create_new_file(file, "{\"velm_session\":" + std::to_string(session_version) + "}\n"))
 {
-    attempt([this] { write("{\"velm_session\":" + std::to_string(session_version) + "}\n"); });
 }
 
 void SessionRecorder::close() noexcept

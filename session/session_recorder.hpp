@@ -17,7 +17,8 @@ namespace velm {
 /// A failure to record does not disturb the exchanges: recording stops, and failure() says why.
 class SessionRecorder {
 public:
-    /// Creates the session file. Throws std::system_error when it exists or cannot be created.
+    /// Creates the session file. Throws std::system_error when it exists or cannot be created and written; then no
+    /// new file is left.
     explicit SessionRecorder(const std::filesystem::path& file);
     ~SessionRecorder() { close(); }
     SessionRecorder(const SessionRecorder&) = delete;

@@ -11,14 +11,27 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace velm {
 
-std::FILE* create_new_file(const std::filesystem::path& file)
+std::FILE* create_new_file(const std::filesystem::path& file, std::string_view beginning)
 {
     const int descriptor = open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (descriptor < 0) {
         throw std::system_error(errno, std::generic_category(), "cannot create " + shown(file));
+    }
+    if (write(descriptor, beginning.data(), beginning.size()) != static_cast<ssize_t>(beginning.size())) {
+        const int reason = errno;
+        struct stat made = {};
+        struct stat named = {};
+        if (fstat(descriptor, &made) == 0 && lstat(file.c_str(), &named) == 0 && made.st_dev == named.st_dev &&
+            made.st_ino == named.st_ino) { // nobody has put another in its place
+            (void)unlink(file.c_str());
+        }
+        (void)close(descriptor);
+        throw std::system_error(reason, std::generic_category(), "cannot write " + shown(file));
     }
     return fdopen(descriptor, "w");
 }

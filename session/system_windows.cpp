@@ -24,11 +24,19 @@ namespace {
 
 } // namespace
 
-std::FILE* create_new_file(const std::filesystem::path& file)
+std::FILE* create_new_file(const std::filesystem::path& file, std::string_view beginning)
 {
     const int descriptor = _wopen(file.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY, _S_IREAD | _S_IWRITE);
     if (descriptor < 0) {
         throw std::system_error(errno, std::generic_category(), "cannot create " + shown(file));
+    }
+    if (_write(descriptor, beginning.data(), static_cast<unsigned>(beginning.size())) !=
+        static_cast<int>(beginning.size())) {
+        const int reason = errno;
+        (void)_close(descriptor);
+        std::error_code ignored;
+        std::filesystem::remove(file, ignored);
+        throw std::system_error(reason, std::generic_category(), "cannot write " + shown(file));
     }
     return _fdopen(descriptor, "wb");
 }

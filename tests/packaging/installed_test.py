@@ -2,6 +2,8 @@
 
 import os
 import pathlib
+import platform
+import re
 import subprocess
 import tempfile
 import unittest
@@ -46,6 +48,21 @@ class Installed(unittest.TestCase):
         flags = run("pkg-config", "--cflags", "--libs", "velm", env=search).split()
         run("cc", SOURCES / "examples/host/host.c", "-o", self.here / "host", *flags)
         self.expect_export(self.here / "host", run("pkg-config", "--variable=plugin", "velm", env=search), "pc.inp")
+
+    def test_what_is_loaded_is_hardened(self):
+        programs = [path for path in self.prefix.rglob("*")
+                    if path.is_file() and not path.is_symlink() and path.read_bytes()[:4] == b"\x7fELF"]
+        self.assertGreaterEqual(len(programs), 3)
+        for program in programs:
+            with self.subTest(program.name):
+                properties = run("readelf", "--file-header", "--segments", "--dynamic", "--syms", "--wide", program)
+                wanted = {"DYN (", "GNU_RELRO", "BIND_NOW", "__stack_chk_fail"}
+                self.assertEqual({one for one in wanted if one not in properties}, set())
+                self.assertNotIn("RWE", properties)
+                if platform.machine() == "x86_64":  # the machine's own start files lack the mark of the whole
+                    self.assertIn("endbr64", run("objdump", "--disassemble", "--section=.text", program))
+        checked = run("readelf", "--syms", "--wide", self.prefix / "bin/velm")
+        self.assertTrue(re.search("__[a-z]+_chk@GLIBC", checked), "calls of the C library are not checked")
 
     def test_velm_runs_from_any_folder(self):
         velm = self.prefix / "bin/velm"

@@ -4,6 +4,7 @@ back into a new database."""
 import contextlib
 import os
 import pathlib
+import resource
 import shutil
 import socket
 import sqlite3
@@ -175,6 +176,11 @@ class FilesOfOthers(ToolCase):
                     code, _, message = self.velm(*arguments)
                     self.assertEqual((code, self.files()), (2, before), message)
                     self.assertTrue(message.startswith("velm: ") and message.endswith(reason + "\n"), message)
+        before = self.files()
+        code, _, message = self.velm("export", "model.db", "out.inp", "--record", "s.jsonl",
+                                     preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (0, 0)))
+        self.assertEqual((code, self.files()), (4, before), message)
+        self.assertIn("velm: cannot write s.jsonl: File too large", message)
         for name in ["out.inp", "model.inp"]:
             code, _, message = self.velm("export", "model.db", name, preexec_fn=lambda: os.umask(0o777))
             self.assertEqual(code, 2)

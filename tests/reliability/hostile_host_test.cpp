@@ -227,9 +227,10 @@ bool set_comma_locale(const fs::path& folder)
 {
     fs::create_directories(folder);
     const std::string make = "localedef -i de_DE -f UTF-8 " + (folder / "de_DE.UTF-8").string() + " >/dev/null 2>&1";
-    (void)std::system(make.c_str()); // NOLINT(cert-env33-c): a test
+    const int made = std::system(make.c_str()); // NOLINT(cert-env33-c): a test
     setenv("LOCPATH", folder.c_str(), 1);
-    return std::setlocale(LC_ALL, "de_DE.UTF-8") != nullptr && std::string(std::localeconv()->decimal_point) == ",";
+    return made == 0 && std::setlocale(LC_ALL, "de_DE.UTF-8") != nullptr &&
+           std::string(std::localeconv()->decimal_point) == ",";
 }
 
 std::string file_of_many_reals()

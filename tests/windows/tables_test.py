@@ -62,6 +62,12 @@ class Tables(unittest.TestCase):
                 self.assertLessEqual(needed, SYSTEM_LIBRARIES | more)
                 self.assertLessEqual(more, needed)
 
+    def test_what_is_loaded_is_hardened(self):
+        for binary in ["velm_export.dll", "prevelmwdll.dll", "recorder/prevelmwdll.dll", "velm.exe"]:
+            listing = subprocess.run([OBJDUMP, "-p", BUILD / binary], check=True, capture_output=True, text=True).stdout
+            for property in ["HIGH_ENTROPY_VA", "DYNAMIC_BASE", "NX_COMPAT"]:
+                self.assertIn(property, listing, binary)
+
     def test_properties(self):
         for binary, description in [("velm_export.dll", "Export plug-in"), ("prevelmwdll.dll", "Headless host"),
                                     ("recorder/prevelmwdll.dll", "Recorder"), ("velm.exe", "Models")]:
