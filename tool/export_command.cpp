@@ -5,11 +5,13 @@
 #include "tool/commands.hpp"
 #include "tool/file_arguments.hpp"
 #include "tool/file_name.hpp"
+#include "tool/made_at.hpp"
 #include "tool/model_file.hpp"
 #include "tool/operating_system.hpp"
 #include "tool/panel_page.hpp"
 #include "tool/plug_in.hpp"
 #include "tool/plug_in_run.hpp"
+#include "tool/terminal.hpp"
 #include "tool/written_file.hpp"
 #include "whole_file/whole_file.hpp"
 
@@ -56,22 +58,45 @@ void check(const ExportArguments& arguments)
                      {"SESSION", arguments.session}});
 }
 
-/// Saves the page; returns what kept it from that, empty when nothing.
-std::string save_panel(WholeFile& file, const HeadlessHost& host)
-{
-    try {
-        std::ofstream page(file.content(), std::ios::binary);
-        page << panel_page(host.panel());
+/// The page of an export, which is saved whatever becomes of that.
+class Panel {
+public:
+    explicit Panel(const ExportArguments& arguments)
+        : outcome_{arguments.model.in_words(), arguments.output.in_words(), made_at()}
+    {
+        if (!arguments.panel.empty()) {
+            file_.emplace(arguments.panel, Standing::replaced);
+        }
+    }
+
+    void add(const std::string& said) { said_ = said; }
+    void set_outcome(const std::string& word) { outcome_.word = word; }
+    /// Throws ToolError when the page cannot be written.
+    void write(const std::string& reason = {})
+    {
+        if (!file_) {
+            return;
+        }
+        outcome_.reason = reason;
+        std::ofstream page(file_->content(), std::ios::binary);
+        page << panel_page(said_, outcome_);
         page.close();
         if (!page) {
-            return "the panel cannot be written to " + shown(file.name());
+            throw ToolError(ExitCode::failed, "the panel cannot be written to " + shown(file_->name()));
         }
-        file.put_in_place();
-        return {};
-    } catch (const std::exception& error) {
-        return std::string("the panel cannot be saved: ") + error.what();
     }
-}
+    void put_in_place()
+    {
+        if (file_) {
+            file_->put_in_place();
+        }
+    }
+
+private:
+    std::optional<WholeFile> file_;
+    ExportOutcome outcome_;
+    std::string said_;
+};
 
 void print_summary(const FileName& output, const WrittenFile& written, double seconds)
 {
@@ -102,24 +127,19 @@ void print_losses(const ExportArguments& arguments, std::uint64_t overflows, con
 void refuse_overflows(const ExportArguments& arguments, std::uint64_t overflows)
 {
     if (arguments.strict && overflows > 0) {
-        throw ToolError(ExitCode::failed, "the export is refused, " + arguments.output +
-                                              " is as it was: " + std::to_string(overflows) +
+        throw ToolError(ExitCode::failed, "the export is refused, " + still(arguments.output) + ": " +
+                                              std::to_string(overflows) +
                                               (overflows == 1 ? " field overflows" : " fields overflow") +
                                               "; velm check " + arguments.model + " lists them");
     }
 }
 
-ExitCode export_model(const ExportArguments& arguments)
+/// Throws ToolError when the export fails or is refused; then `panel` knows which.
+void export_model(const ExportArguments& arguments, WholeFile& output, Panel& panel)
 {
     const auto start = std::chrono::steady_clock::now();
-    check(arguments);
-    WholeFile output(arguments.output, Standing::replaced);
-    refuse_long_path(output.content().string());
-    std::optional<WholeFile> panel;
-    if (!arguments.panel.empty()) {
-        panel.emplace(arguments.panel, Standing::replaced);
-    }
     const PlugIn plug_in(arguments.plug_in.empty() ? default_plug_in() : fs::path(arguments.plug_in));
+    panel.set_outcome("refused");
     const Model model = read_changed_model_file(arguments.model, arguments.changes, arguments.quiet);
     HeadlessHost host(model, output.content().string());
 
@@ -128,32 +148,54 @@ ExitCode export_model(const ExportArguments& arguments)
         recorder.emplace(arguments.session);
     }
 
+    panel.set_outcome("failed");
     std::string failure = run_export(plug_in, model, host, arguments.quiet, recorder ? &*recorder : nullptr);
+    panel.add(host.panel());
     const WrittenFile written = read_written_file(output.content());
     if (failure.empty()) {
         failure = written.incompleteness();
-    }
-    if (panel) {
-        const std::string panel_failure = save_panel(*panel, host);
-        failure = failure.empty() ? panel_failure : failure;
     }
     if (recorder) {
         recorder->close();
         failure = failure.empty() ? recorder->failure() : failure;
     }
     if (!failure.empty()) {
-        throw ToolError(ExitCode::failed, "the export failed, " + arguments.output + " is as it was: " + failure);
+        throw ToolError(ExitCode::failed, "the export failed, " + still(arguments.output) + ": " + failure);
     }
     const bool counts = arguments.strict || !arguments.quiet;
     const std::uint64_t overflows = counts ? count_overflows(model, output.content(), written.lines_with_asterisks) : 0;
+    panel.set_outcome("refused");
     refuse_overflows(arguments, overflows);
     const LossSample sample = arguments.quiet ? LossSample{} : sample_losses(model, output.content());
+    panel.set_outcome("done");
+    panel.write();
+    panel.set_outcome("failed");
     output.put_in_place();
     if (!arguments.quiet) {
         const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
         print_summary(arguments.output, written, seconds.count());
         print_losses(arguments, overflows, sample);
     }
+}
+
+ExitCode export_with_panel(const ExportArguments& arguments)
+{
+    check(arguments);
+    WholeFile output(arguments.output, Standing::replaced);
+    refuse_long_path(output.content().string());
+    Panel panel(arguments);
+    try {
+        export_model(arguments, output, panel);
+    } catch (const std::exception& error) {
+        try {
+            panel.write(error.what());
+            panel.put_in_place();
+        } catch (const std::exception& other) {
+            print_error(other.what());
+        }
+        throw;
+    }
+    panel.put_in_place();
     return ExitCode::done;
 }
 
@@ -170,7 +212,9 @@ Command export_command(CLI::App& tool)
             "--sql", values->changes,
             "Export a private copy of MODEL that is changed by the UPDATE, INSERT and DELETE statements in FILE")
         ->type_name("FILE");
-    arguments->add_option("--panel", values->panel, "Save the plug-in's messages as a web page, also after a failure")
+    arguments
+        ->add_option("--panel", values->panel,
+                     "Save what the plug-in says, and what becomes of the export, as a web page")
         ->type_name("FILE");
     arguments
         ->add_option("--record", values->session,
@@ -186,7 +230,7 @@ Command export_command(CLI::App& tool)
                       "  velm export estuary.db estuary.inp --record estuary.jsonl\n"
                       "  velm export estuary.db estuary.inp --plugin build/release/libvelm_export.so --quiet\n\n"
                       "Whatever fails, an existing OUTPUT stays as it was.");
-    return {arguments, [values] { return export_model(*values); }};
+    return {arguments, [values] { return export_with_panel(*values); }};
 }
 
 } // namespace velm

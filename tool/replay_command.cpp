@@ -40,7 +40,7 @@ Replay start_of_export(SessionReader& session, const ReplayArguments& arguments,
 std::string reason_in_words(const Replay& replay, const ReplayArguments& arguments)
 {
     const bool departed = replay.outcome() == Replay::Outcome::departure;
-    return (departed ? arguments.session + ", " : "") + replay.reason() + "; " + arguments.output + " is as it was";
+    return (departed ? arguments.session + ", " : "") + replay.reason() + "; " + still(arguments.output);
 }
 
 ExitCode exit_code(const Replay& replay)
@@ -90,7 +90,7 @@ ExitCode replay_session(const ReplayArguments& arguments)
                                     ? written.incompleteness()
                                     : std::string("the plug-in did not announce completion, neither then nor now");
     if (!failure.empty()) {
-        throw ToolError(ExitCode::failed, "the replay failed, " + arguments.output + " is as it was: " + failure);
+        throw ToolError(ExitCode::failed, "the replay failed, " + still(arguments.output) + ": " + failure);
     }
     output.put_in_place();
     if (!arguments.quiet) {

@@ -6,17 +6,13 @@
 #include "tool/exported_model.hpp"
 #include "tool/file_arguments.hpp"
 #include "tool/file_kind.hpp"
+#include "tool/made_at.hpp"
 #include "tool/model_file.hpp"
 #include "tool/operating_system.hpp"
 #include "whole_file/whole_file.hpp"
 
 #include <CLI/CLI.hpp>
 
-#include <array>
-#include <charconv>
-#include <chrono>
-#include <cstdlib>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -56,22 +52,6 @@ std::string output_of(const ReportArguments& arguments)
     const fs::path output = fs::path(arguments.model).replace_extension(".html");
     refuse_other_page(output);
     return output.string();
-}
-
-/// Now, or what SOURCE_DATE_EPOCH says, so that two reports of one file are the same.
-std::string made_at()
-{
-    std::time_t moment = std::time(nullptr);
-    if (const char* const fixed = std::getenv("SOURCE_DATE_EPOCH")) {
-        std::int64_t seconds = 0;
-        const std::string_view text = fixed;
-        if (std::from_chars(text.data(), text.data() + text.size(), seconds).ec == std::errc{}) {
-            moment = static_cast<std::time_t>(seconds);
-        }
-    }
-    std::array<char, 32> text{};
-    const std::size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M UTC", std::gmtime(&moment));
-    return {text.data(), length};
 }
 
 struct ReadModel {

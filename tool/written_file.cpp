@@ -28,6 +28,12 @@ std::string WrittenFile::incompleteness() const
     return ends_in_line ? "" : "the plug-in announced completion but the last record has no end";
 }
 
+std::string still(const FileName& output)
+{
+    std::error_code unknown;
+    return output + (std::filesystem::exists(output.text(), unknown) ? " is as it was" : " is not written");
+}
+
 WrittenFile read_written_file(const std::filesystem::path& file)
 {
     WrittenFile result;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tool/file_name.hpp"
+
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -18,6 +20,9 @@ struct WrittenFile {
     /// What an input file has and this one lacks; empty when nothing.
     [[nodiscard]] std::string incompleteness() const;
 };
+
+/// Of an output that a command which fails does not write: "out.inp is as it was", where there is one.
+[[nodiscard]] std::string still(const FileName& output);
 
 [[nodiscard]] WrittenFile read_written_file(const std::filesystem::path& file);
 

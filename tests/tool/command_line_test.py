@@ -278,7 +278,7 @@ class Panel(ToolCase):
         content = (self.directory / "panel.html").read_bytes()
         page = PanelPage(content)
         self.assertTrue(content.startswith(b"<!DOCTYPE html>\n"))
-        self.assertEqual(page.texts["title"], ["VELM export"])
+        self.assertEqual(page.texts["title"], ["Export of model.db: done"])
         self.assertEqual(page.texts["td"][0], "VELM Export Utility Version Information")
         self.assertEqual(len(page.texts["td"]), 10)
         self.assertEqual(len(page.texts["li"]), 11)

@@ -50,10 +50,27 @@ class FailedExport(ToolCase):
                 self.assertEqual(self.failing_export(failure), (code, "", message))
                 self.assert_unharmed()
 
-    def test_panel_is_saved_all_the_same(self):
-        self.assertEqual(self.failing_export("no completion", "--panel", "panel.html")[0], 4)
-        self.assertIn("<ul>\n<li><b>The disk is full</b></li>\n</ul>", (self.directory / "panel.html").read_text())
-        self.assert_unharmed("panel.html")
+    def test_panel_tells_the_outcome(self):
+        self.write("wide.sql", "UPDATE segment SET volume = 1e10")
+        failing = ["--plugin", FAILING_PLUG_IN]
+        for arguments, word, why, said in [
+            (["model.db", "new.inp", *failing], "failed", "the export failed, new.inp is not written: ", "The disk is full"),
+            (["model.db", "out.inp", *failing], "failed", UNCHANGED[6:] + "the plug-in did", "The disk is full"),
+            (["missing.db", "out.inp"], "refused", "missing.db does not exist", "The plug-in said nothing."),
+            (["model.db", "out.inp", "--strict", "--sql", "wide.sql"], "refused",
+             "the export is refused, out.inp is as it was: ", "File Export is Complete"),
+            (["model.db", "out.inp"], "done", "", "File Export is Complete"),
+        ]:
+            with self.subTest(arguments):
+                code, _, message = self.velm("export", *arguments, "--panel", "panel.html", "--quiet",
+                                             FAILURE="no completion", SOURCE_DATE_EPOCH="1700000000")
+                self.assertEqual(code == 0, word == "done", message)
+                page = (self.directory / "panel.html").read_text()
+                self.assertIn(f'<h1 class="{word}">Export of {arguments[0]}: {word}</h1>\n'
+                              f"<p>{arguments[1]}, 2023-11-14 22:13 UTC</p>\n{'<pre>' if why else ''}{why}", page)
+                self.assertIn(said, page)
+                self.assertIn(why, message)
+        self.assertFalse((self.directory / "new.inp").exists())
 
     def test_panel_that_cannot_be_saved(self):
         code, _, message = self.failing_export("none", "--panel", "missing/panel.html")
