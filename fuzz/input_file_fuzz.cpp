@@ -34,9 +34,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     std::istringstream input(text);
     const InputFile file = read_input_file(input);
     expect(file.whole || file.problem_count != 0, "what is not whole has a problem");
-    for (const InputProblem& problem : file.problems) {
+    for (const Finding& problem : file.problems) {
         expect(problem.place.line > 0 && problem.place.column > 0, "a problem has a place");
-        expect(!problem.text("f").empty(), "a problem has words");
+        expect(!in_words(problem).empty(), "a problem has words");
     }
     if (file.problem_count == 0) {
         expect(file.bytes == size, "a file is read to its end");

@@ -1,14 +1,14 @@
 #include "input_file/input_file.hpp"
 
+#include "input_file/form_rules.hpp"
 #include "input_file/record_reader.hpp"
 #include "input_file/records.hpp"
 #include "input_file/sections.hpp"
 #include "plain_text/plain_text.hpp"
 
-#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <fstream>
-#include <map>
 #include <system_error>
 
 namespace velm {
@@ -43,8 +43,8 @@ void report_missing_sections(RecordReader& in, std::size_t first, std::size_t la
 {
     for (std::size_t section = first; section < last; ++section) {
         in.enter(static_cast<Section>(section));
-        in.report_at(in.next_place(), ProblemKind::record, "", "", "the section is missing before this line",
-                     "its banner and records");
+        in.report_at(in.next_place(), form_rules::record_out_of_place, "", "",
+                     "the section is missing before this line", "its banner and records");
     }
 }
 
@@ -66,7 +66,7 @@ void read_sections(RecordReader& in, Model& model)
         }
     }
     if (!in.at_end()) {
-        in.report_at(in.next_place(), ProblemKind::trailing_bytes, "", "", "the file goes on after its last record",
+        in.report_at(in.next_place(), form_rules::trailing_bytes, "", "", "the file goes on after its last record",
                      "its end");
     }
 }
@@ -76,16 +76,6 @@ void read_sections(RecordReader& in, Model& model)
 std::string_view name_of(Section section)
 {
     return section_names.at(static_cast<std::size_t>(section));
-}
-
-std::string InputProblem::text(std::string_view file) const
-{
-    std::string line(file);
-    line +=
-        ':' + std::to_string(place.line) + ':' + std::to_string(place.column) + ": " + std::string(name_of(section));
-    line += field.empty() ? "" : ", " + field;
-    line += raw.empty() ? ": " + message : ": '" + raw + "' " + message;
-    return expected.empty() ? line : line + "; expected " + expected;
 }
 
 InputFile read_input_file(std::istream& input, const ReadOptions& options)
@@ -112,27 +102,6 @@ InputFile read_input_file(const std::filesystem::path& file, const ReadOptions& 
     } catch (const std::system_error& error) {
         throw std::system_error(error.code(), shown(file) + " cannot be read");
     }
-}
-
-std::vector<Place> places_of(const std::filesystem::path& file, std::span<const Address> data)
-{
-    std::multimap<RowNumbers, std::size_t> by_key; // most fields are none of those asked for
-    for (std::size_t i = 0; i < data.size(); ++i) {
-        by_key.emplace(data[i].numbers, i);
-    }
-    std::vector<Place> places(data.size());
-    ReadOptions options;
-    options.most_problems = 0;
-    options.on_field = [&](const FieldText& field) {
-        const auto [begin, end] = by_key.equal_range(field.address.numbers);
-        for (auto it = begin; it != end; ++it) {
-            if (field.address == data[it->second]) {
-                places[it->second] = field.place;
-            }
-        }
-    };
-    static_cast<void>(read_input_file(file, options));
-    return places;
 }
 
 } // namespace velm

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "input_file/form_rules.hpp"
 #include "input_file/record_reader.hpp"
 #include "model/model.hpp"
 
@@ -22,10 +23,10 @@ public:
     /// none that a model can hold, that is reported and what follows goes into an instance that nobody keeps.
     Instance& enter(RecordReader& in)
     {
+        in.key(0);
         const std::optional<std::int32_t> isc = in.identity("isc");
         const std::optional<std::int32_t> number = in.identity("instance");
         if (!isc || !number || !has_place(in, *isc, *number)) {
-            in.key(0);
             complete_ = false;
             nowhere_ = {};
             return nowhere_;
@@ -50,7 +51,7 @@ private:
     {
         if (types_.empty() || types_.back().isc != isc) {
             if (!known_.insert(isc).second) {
-                in.report(ProblemKind::unstorable, "isc", "stands apart from the others of its type",
+                in.report(form_rules::not_storable, "isc", "stands apart from the others of its type",
                           "the instances of a type one after another");
                 return false;
             }
@@ -58,12 +59,12 @@ private:
         }
         const std::size_t instances = types_.back().instances.size();
         if (number < 1 || static_cast<std::size_t>(number) <= instances) {
-            in.report(ProblemKind::unstorable, "instance", "is not above the instance before it",
+            in.report(form_rules::not_storable, "instance", "is not above the instance before it",
                       "a number above " + std::to_string(instances));
             return false;
         }
         if (in.result.unused_instances + static_cast<std::uint64_t>(number) > most_unused) {
-            in.report(ProblemKind::unstorable, "instance", "leaves out more numbers than a model is given room for",
+            in.report(form_rules::not_storable, "instance", "leaves out more numbers than a model is given room for",
                       "numbers without large gaps");
             return false;
         }

@@ -1,3 +1,4 @@
+#include "input_file/form_rules.hpp"
 #include "input_file/integer_text.hpp"
 #include "input_file/record_reader.hpp"
 
@@ -17,7 +18,7 @@ Count RecordReader::count(const Record& expected)
         count.number = integer_of(part).value_or(0);
     }
     if (count.number < 0) {
-        report(ProblemKind::negative_count, part.name, "is a count below 0", "0 or more");
+        report(form_rules::negative_count, part.name, "is a count below 0", "0 or more");
         count.number = 0;
     }
     return count;
@@ -27,7 +28,7 @@ Count RecordReader::repeated_count(const Record& expected, std::optional<std::in
 {
     Count found = count(expected);
     if (known && (found.hidden ? *known <= most_shown : *known != found.number)) {
-        report(ProblemKind::contradiction, found.name, "is not the number that an earlier section has",
+        report(form_rules::contradiction, found.name, "is not the number that an earlier section has",
                std::to_string(*known));
     }
     if (known && found.hidden) {
@@ -55,7 +56,7 @@ bool RecordReader::another_follows(const Count& count, std::int32_t number, bool
     }
     if (number <= most_shown + 1) {
         const std::string found = std::to_string(number - 1);
-        report_at(count.place, ProblemKind::contradiction, count.name, "*****",
+        report_at(count.place, form_rules::contradiction, count.name, "*****",
                   "hides the count, but only " + found + " follow", found);
     }
     return false;
@@ -64,9 +65,19 @@ bool RecordReader::another_follows(const Count& count, std::int32_t number, bool
 void RecordReader::refuse_more(const Count& count, const Record& first)
 {
     if (is_ahead(first)) {
-        report_at(count.place, ProblemKind::contradiction, count.name, std::to_string(count.number),
+        report_at(count.place, form_rules::contradiction, count.name, std::to_string(count.number),
                   "is too low: there are more records of their kind", "the number of records");
         throw SectionLost();
+    }
+}
+
+void RecordReader::deliver_series(const Record& row, const Count& count) const
+{
+    if (options_.on_field) {
+        options_.on_field({.section = section_,
+                           .address = {row.part("time").table, {}, {key_[0], key_[1]}},
+                           .place = count.place,
+                           .text = count.hidden ? "*****" : ""});
     }
 }
 
@@ -79,6 +90,7 @@ void RecordReader::time_pairs(const Count& count, const Record& row, TimeSeries&
     const Part& value = row.part("value");
     const auto first = static_cast<std::int32_t>(key_[0]);
     const auto second = static_cast<std::int32_t>(key_[1]);
+    deliver_series(row, count);
     for (std::int32_t number = 1; goes_on(count, number, row); ++number) {
         key(first, second, number);
         record(row);

@@ -1,3 +1,4 @@
+#include "input_file/form_rules.hpp"
 #include "input_file/integer_text.hpp"
 #include "input_file/record_reader.hpp"
 #include "input_file/text_content.hpp"
@@ -26,10 +27,10 @@ Place RecordReader::place_of(const Part& part) const
     return {record_line_, column};
 }
 
-void RecordReader::deliver(const Part& part)
+void RecordReader::deliver(const Part& part, float real)
 {
     if (options_.on_field && !part.table.empty()) [[unlikely]] {
-        options_.on_field({section_, {part.table, part.name, key_}, place_of(part), record_, text_of(part)});
+        options_.on_field({section_, {part.table, part.name, key_}, place_of(part), record_, text_of(part), real});
     }
 }
 
@@ -40,8 +41,8 @@ float RecordReader::real(std::string_view name)
 
 float RecordReader::real_of(const Part& part)
 {
-    deliver(part);
     const RealText real = part.column == 0 ? real_in_row(text_of(part)) : real_in_field(text_of(part), part.decimals);
+    deliver(part, real.value);
     return real.kind == RealTextKind::exact ? real.value : settle(part, real);
 }
 
@@ -50,29 +51,28 @@ float RecordReader::settle(const Part& part, const RealText& real)
     switch (real.kind) {
     case RealTextKind::exact: break;
     case RealTextKind::other_form:
-        report(ProblemKind::form, part.name, "is a number written in another way",
+        report(form_rules::other_form, part.name, "is a number written in another way",
                in_quotes(part.column == 0 ? row_text(real.value) : field_text(real.value, part.width, part.decimals)));
         break;
     case RealTextKind::asterisks: report_no_value(part); break;
     case RealTextKind::not_finite:
-        report(ProblemKind::not_finite, part.name, "is no number that a model can hold", "a finite number");
+        report_gap(form_rules::not_finite, part, "is no number that a model can hold", "a finite number");
         break;
     case RealTextKind::no_single:
-        report(ProblemKind::no_single, part.name, "is beyond single precision",
-               "0, or a number from 1.4e-45 to 3.4028235e38");
+        report_gap(form_rules::beyond_single_precision, part, "is beyond single precision",
+                   "0, or a number from 1.4e-45 to 3.4028235e38");
         break;
-    case RealTextKind::no_number: report(ProblemKind::no_number, part.name, "is not a number", "a number"); break;
+    case RealTextKind::no_number: report_gap(form_rules::not_a_number, part, "is not a number", "a number"); break;
     }
     return real.value;
 }
 
 void RecordReader::report_no_value(const Part& part)
 {
-    if (part.table.empty()) {
-        report(ProblemKind::unstorable, part.name, "hides a number that tells what the record is", "a number");
-    } else {
-        report(ProblemKind::no_value, part.name, "holds no value: it was too wide for its field", "a number");
-    }
+    report_gap(form_rules::field_overflow, part,
+               part.table.empty() ? "hides a number that tells what the record is"
+                                  : "holds no value: it was too wide for its field",
+               "a number");
 }
 
 std::optional<std::int32_t> RecordReader::integer_of(const Part& part)
@@ -81,14 +81,15 @@ std::optional<std::int32_t> RecordReader::integer_of(const Part& part)
     switch (integer.kind) {
     case IntegerTextKind::exact: return integer.value;
     case IntegerTextKind::other_form:
-        report(ProblemKind::form, part.name, "is a number written in another way", std::to_string(integer.value));
+        report(form_rules::other_form, part.name, "is a number written in another way", std::to_string(integer.value));
         return integer.value;
     case IntegerTextKind::asterisks: report_no_value(part); break;
     case IntegerTextKind::too_large:
-        report(ProblemKind::no_single, part.name, "is beyond 32 bits", "a number from -2147483648 to 2147483647");
+        report_gap(form_rules::beyond_single_precision, part, "is beyond 32 bits",
+                   "a number from -2147483648 to 2147483647");
         break;
     case IntegerTextKind::no_number:
-        report(ProblemKind::no_number, part.name, "is not an integer", "an integer");
+        report_gap(form_rules::not_a_number, part, "is not an integer", "an integer");
         break;
     }
     return {};
@@ -105,7 +106,7 @@ std::optional<std::int32_t> RecordReader::identity(std::string_view name)
 {
     const Part& part = find(name);
     if (is_asterisks(text_of(part))) {
-        report(ProblemKind::unstorable, name, "hides a number that tells what the record is", "a number");
+        report(form_rules::field_overflow, name, "hides a number that tells what the record is", "a number");
         return {};
     }
     return integer_of(part);
@@ -142,8 +143,8 @@ std::int32_t RecordReader::segment_or_none(std::string_view name)
 
 void RecordReader::check_segment(std::string_view name, std::int32_t segment)
 {
-    if (segments && (segment < 1 || segment > *segments)) {
-        report(ProblemKind::missing_segment, name, "is not a segment of the model",
+    if (result.whole && segments && (segment < 1 || segment > *segments)) {
+        report(form_rules::missing_segment, name, "is not a segment of the model",
                *segments == 0 ? "no segment, for there is none" : "a number from 1 to " + std::to_string(*segments));
     }
 }
@@ -160,14 +161,14 @@ void RecordReader::repeated(std::string_view name, std::optional<std::int32_t> k
                                           : std::string(part.width - right.size(), ' ') + right;
     }
     if (text_of(part) != right) {
-        report(ProblemKind::contradiction, name, "is not the number that belongs here", in_quotes(right));
+        report(form_rules::contradiction, name, "is not the number that belongs here", in_quotes(right));
     }
 }
 
 void RecordReader::repeated_text(std::string_view name, std::string_view known)
 {
     if (text_of(find(name)) != known) {
-        report(ProblemKind::contradiction, name, "is not what an earlier section has", in_quotes(known));
+        report(form_rules::contradiction, name, "is not what an earlier section has", in_quotes(known));
     }
 }
 

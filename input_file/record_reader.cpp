@@ -1,4 +1,5 @@
 #include "input_file/record_reader.hpp"
+#include "input_file/form_rules.hpp"
 
 #include "input_file/matching.hpp"
 #include "input_file/text_content.hpp"
@@ -81,10 +82,10 @@ void RecordReader::report_line_end(const Line& line)
 {
     const Place end{record_line_, line.text.size() + 1};
     if (line.bytes == line.text.size()) { // so who knows what else is missing
-        report_at(end, ProblemKind::end_of_file, "", "", "the file ends within its last line",
+        report_at(end, form_rules::file_ends_early, "", "", "the file ends within its last line",
                   "carriage return and line feed");
     } else if (!std::exchange(line_end_reported_, true)) {
-        report_at(end, ProblemKind::line_end, "", "", "the line ends in a line feed alone",
+        report_at(end, form_rules::line_end, "", "", "the line ends in a line feed alone",
                   "carriage return and line feed");
     }
 }
@@ -108,7 +109,7 @@ void RecordReader::take_row(const Record& expected)
     }
     take(line);
     if (!row_in_form_) {
-        report(ProblemKind::form, "", "is spaced in another way",
+        report(form_rules::other_form, "", "is spaced in another way",
                "two blanks before each number, or one and a minus sign, and nothing after the last");
     }
 }
@@ -172,8 +173,8 @@ void RecordReader::check_columns()
         const std::string_view found = record_.substr(column - 1, right.size());
         if (found != right) [[unlikely]] {
             const auto differing = std::mismatch(found.begin(), found.end(), right.begin()).first - found.begin();
-            report_at({record_line_, column + static_cast<std::size_t>(differing)}, ProblemKind::label, form_->name(),
-                      found, "stands between the fields", in_quotes(right));
+            report_at({record_line_, column + static_cast<std::size_t>(differing)}, form_rules::other_label,
+                      form_->name(), found, "stands between the fields", in_quotes(right));
         }
     };
     for (const Part& part : *form_) {
@@ -195,7 +196,7 @@ void RecordReader::known_record(std::string_view name, std::string_view known)
     take(line);
     if (line.text != known) {
         const auto differing = std::mismatch(known.begin(), known.end(), line.text.begin()).first - known.begin();
-        report_at({record_line_, static_cast<std::uint64_t>(differing) + 1}, ProblemKind::label, name, line.text,
+        report_at({record_line_, static_cast<std::uint64_t>(differing) + 1}, form_rules::other_label, name, line.text,
                   "is another text", in_quotes(known));
     }
 }
@@ -227,42 +228,52 @@ void RecordReader::lose(std::string_view name, const std::string& expected)
 {
     const Line line = line_ahead();
     if (line.bytes == 0) {
-        report_at(next_place(), ProblemKind::end_of_file, name, "", "the file ends here", expected);
+        report_at(next_place(), form_rules::file_ends_early, name, "", "the file ends here", expected);
     } else {
-        report_at(next_place(), ProblemKind::record, name, line.text,
+        report_at(next_place(), form_rules::record_out_of_place, name, line.text,
                   "is another record, of " + std::to_string(line.text.size()) + " characters", expected);
     }
     throw SectionLost();
 }
 
-void RecordReader::report(ProblemKind kind, std::string_view name, std::string message, std::string expected)
+void RecordReader::report(const FindingRule& rule, std::string_view name, const std::string& message,
+                          const std::string& expected)
 {
     if (name.empty()) {
-        return report_at({record_line_, 1}, kind, form_->name(), record_, std::move(message), std::move(expected));
+        return report_at({record_line_, 1}, rule, form_->name(), record_, message, expected);
     }
     const Part& part = form_->part(name);
-    if (is_about_a_gap(kind) && !part.table.empty()) {
-        result.gaps.push_back({part.table, part.name, key_});
-    }
-    report_at(place_of(part), kind, name, text_of(part), std::move(message), std::move(expected));
+    const Address address = part.table.empty() ? Address{} : Address{part.table, part.name, key_};
+    report_at(place_of(part), rule, part.table.empty() ? part.name : "", text_of(part), message, expected, address);
 }
 
-void RecordReader::report_at(Place place, ProblemKind kind, std::string_view field, std::string_view raw,
-                             std::string message, std::string expected)
+void RecordReader::report_gap(const FindingRule& rule, const Part& part, const std::string& message,
+                              const std::string& expected)
+{
+    if (!part.table.empty()) {
+        result.gaps.push_back({part.table, part.name, key_});
+        result.asterisks += &rule == &form_rules::field_overflow ? 1 : 0;
+    }
+    report(rule, part.name, message, expected);
+}
+
+void RecordReader::report_at(Place place, const FindingRule& rule, std::string_view field, std::string_view raw,
+                             const std::string& message, const std::string& expected, const Address& address)
 {
     ++result.problem_count;
-    ++result.problem_counts.at(static_cast<std::size_t>(kind));
+    result.about_form += form_rules::is_about_form(rule) ? 1 : 0;
     const bool is_listed = result.problems.size() < options_.most_problems;
     if (!is_listed && !options_.on_problem) {
         return;
     }
-    InputProblem problem{kind,
-                         section_,
-                         place,
-                         name_in_words(field),
-                         printable_latin1(raw, longest_quote),
-                         std::move(message),
-                         std::move(expected)};
+    const std::string text = printable_latin1(raw, longest_quote);
+    Finding problem{.rule = &rule,
+                    .address = address,
+                    .place = place,
+                    .section = name_of(section_),
+                    .field = field,
+                    .message = (raw.empty() ? "" : "'" + text + "' ") + message + ", expected " + expected,
+                    .text = text};
     if (options_.on_problem) {
         options_.on_problem(problem);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "input_file/file_window.hpp"
+#include "input_file/form_rules.hpp"
 #include "input_file/input_file.hpp"
 #include "input_file/real_text.hpp"
 #include "input_file/record.hpp"
@@ -23,8 +24,8 @@ struct SectionLost {};
 struct Count {
     std::int32_t number = 0;
     bool hidden = false;
-    Place place;
-    std::string_view name;
+    Place place{};
+    std::string_view name{};
 };
 
 /// Reads record after record and field after field, and reports what is wrong with them.
@@ -81,11 +82,16 @@ public:
 
     /// Takes as many pairs as `count` says; `row` has the fields time and value, the first two numbers are its key.
     void time_pairs(const Count& count, const Record& row, TimeSeries& series);
+    /// Tells `on_field` where the series of such pairs is that the key's first two numbers mean: at its count, or where
+    /// the current record has none.
+    void deliver_series(const Record& row, const Count& count) const;
+    [[nodiscard]] Count no_count() const { return {.place = {record_line_, 1}}; }
 
     /// Reports the current record's field, or the record where the name is empty.
-    void report(ProblemKind kind, std::string_view name, std::string message, std::string expected);
-    void report_at(Place place, ProblemKind kind, std::string_view field, std::string_view raw, std::string message,
-                   std::string expected);
+    void report(const FindingRule& rule, std::string_view name, const std::string& message,
+                const std::string& expected);
+    void report_at(Place place, const FindingRule& rule, std::string_view field, std::string_view raw,
+                   const std::string& message, const std::string& expected, const Address& address = {});
     [[nodiscard]] Place next_place() const { return {line_, 1}; }
     [[nodiscard]] std::uint64_t bytes() const { return window_.place(); }
 
@@ -118,11 +124,12 @@ private:
     [[nodiscard]] const Part& find(std::string_view name);
     [[nodiscard]] std::string_view text_of(const Part& part) const;
     [[nodiscard]] Place place_of(const Part& part) const;
-    void deliver(const Part& part);
+    void deliver(const Part& part, float real = 0);
     [[nodiscard]] std::optional<std::int32_t> integer_of(const Part& part);
     [[nodiscard]] float real_of(const Part& part);
     [[nodiscard]] float settle(const Part& part, const RealText& real);
     void report_no_value(const Part& part);
+    void report_gap(const FindingRule& rule, const Part& part, const std::string& message, const std::string& expected);
     void check_segment(std::string_view name, std::int32_t segment);
 
     FileWindow window_;

@@ -1,3 +1,4 @@
+#include "input_file/form_rules.hpp"
 #include "input_file/records.hpp"
 #include "input_file/sections.hpp"
 #include "input_file/text_content.hpp"
@@ -15,7 +16,7 @@ void read_name(RecordReader& in, std::int32_t number, Segment& segment)
     if (std::optional<std::string> name = text_before_nul(field)) {
         segment.name = *std::move(name);
     } else {
-        in.report(ProblemKind::form, "name", "is a name without a NUL after it", "one NUL, then blanks");
+        in.report(form_rules::other_form, "name", "is a name without a NUL after it", "one NUL, then blanks");
         segment.name = text_as_served(field);
     }
 }

@@ -1,3 +1,4 @@
+#include "input_file/form_rules.hpp"
 #include "input_file/instances.hpp"
 #include "input_file/records.hpp"
 #include "input_file/sections.hpp"
@@ -15,11 +16,12 @@ void read_time_functions(RecordReader& in, Model& model)
         TimeFunction& function = functions.enter(in);
         function.description = text_as_served(in.text("description"));
         if (!in.is_ahead(records::number_of_time_pairs)) { // a function without pairs stands alone
+            in.deliver_series(records::time_function_value, in.no_count());
             continue;
         }
         const Count pairs = in.count(records::number_of_time_pairs);
         if (!pairs.hidden && pairs.number == 0) {
-            in.report(ProblemKind::form, "Number of Time Pairs", "stands for no pairs", "no such record");
+            in.report(form_rules::other_form, "Number of Time Pairs", "stands for no pairs", "no such record");
         }
         in.time_pairs(pairs, records::time_function_value, function.series);
     }

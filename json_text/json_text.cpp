@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <ostream>
 
 namespace velm {
 
@@ -102,6 +103,12 @@ void JsonText::put_if_any(std::string_view member, std::string_view value)
 std::string JsonText::text() const
 {
     return std::string(writer_->buffer.GetString(), writer_->buffer.GetSize()) + '\n';
+}
+
+void JsonText::flush_to(std::ostream& out)
+{
+    out.write(writer_->buffer.GetString(), static_cast<std::streamsize>(writer_->buffer.GetSize()));
+    writer_->buffer.Clear();
 }
 
 void JsonText::name(std::string_view member)

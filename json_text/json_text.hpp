@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <iosfwd>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -39,6 +40,8 @@ public:
 
     /// What is written so far, with a line end.
     [[nodiscard]] std::string text() const;
+    /// Writes what is there so far and forgets it, so that a long value takes no memory.
+    void flush_to(std::ostream& out);
 
 private:
     void name(std::string_view member);

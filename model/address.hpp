@@ -16,9 +16,9 @@ using RowNumbers = std::array<std::int64_t, 3>;
 ///
 ///     {"boundary_value", "time", {1, 2, 17}} is the time of system 1, boundary 2, pair 17
 struct Address {
-    std::string_view table;  ///< empty: nothing in particular
-    std::string_view column; ///< empty: the row as a whole
-    RowNumbers numbers{};    ///< 0 where the key is shorter, or where all rows are meant that begin so
+    std::string_view table{};  ///< empty: nothing in particular
+    std::string_view column{}; ///< empty: the row as a whole
+    RowNumbers numbers{};      ///< 0 where the key is shorter, or where all rows are meant that begin so
 
     bool operator==(const Address&) const = default;
 };

@@ -1,13 +1,14 @@
 #include "model_check/check_file.hpp"
 
+#include "input_file/form_rules.hpp"
 #include "model/real_in_words.hpp"
-#include "model_check/check_meaning.hpp"
+#include "model_check/check_values.hpp"
 #include "model_check/datum_value.hpp"
-#include "model_check/finding_parts.hpp"
+#include "model_check/field_finding.hpp"
+#include "model_check/loss_rules.hpp"
 #include "model_check/losses.hpp"
 #include "model_store/model_store.hpp"
 
-#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -17,114 +18,66 @@ namespace {
 
 constexpr std::size_t most_row_problems = 10'000;
 
-Finding finding_at(const Address& address, FindingKind kind, std::string message)
-{
-    return {.kind = kind,
-            .message = std::move(message),
-            .table = std::string(address.table),
-            .row = row_in_words(address),
-            .column = std::string(address.column)};
-}
-
-void add_rows(FindingList& list, const StoreError& error)
-{
-    for (const StoreProblem& problem : error.problems) {
-        std::string message = problem.value.empty() ? problem.message : "'" + problem.value + "' " + problem.message;
-        message += problem.remedy.empty() ? "" : ", " + problem.remedy;
-        list.add({.kind = FindingKind::database_row,
-                  .message = std::move(message),
-                  .table = problem.table,
-                  .row = problem.row,
-                  .column = problem.column,
-                  .value = problem.value});
-    }
-}
-
-std::string number_in_words(const DatumValue& value)
-{
-    return value.real != nullptr ? real_in_words(*value.real) : std::to_string(*value.integer);
-}
-
-/// Of values that the file which will be written does not show, at their places in the database.
-void add_gaps(FindingList& list, const InputFile& written, const Model& model)
-{
-    const ExportedTypes types(model);
-    for (const Address& gap : written.gaps) {
-        const Address address = types.in_model(gap);
-        const std::string value = number_in_words(value_of(model, address));
-        Finding finding = finding_at(address, FindingKind::field_overflow, value + " is too wide for its field");
-        finding.value = value;
-        list.add(std::move(finding));
-    }
-}
-
-void add_losses(FindingList& list, FindingKind kind, const LossList& losses)
+void add_losses(FindingList& list, const FindingRule& rule, const LossList& losses)
 {
     for (const Loss& loss : losses.worst) {
-        Finding finding = finding_at(loss.address, kind, loss.in_words());
-        finding.value = real_in_words(loss.value);
-        finding.text = loss.text;
-        list.add(std::move(finding));
+        list.add({.rule = &rule,
+                  .address = loss.address,
+                  .message = loss.in_words(),
+                  .value = real_in_words(loss.value),
+                  .text = loss.text});
     }
-    list.count(kind, losses.count - losses.worst.size());
+    list.count(rule, losses.count - losses.worst.size());
 }
 
 void add_cut_texts(FindingList& list, const Losses& losses)
 {
     for (const CutText& cut : losses.cut_texts) {
         const std::string text = field_as_text(cut.text);
-        Finding finding =
-            finding_at(cut.address, FindingKind::text_cut,
-                       "of " + std::to_string(cut.whole.size()) + " characters the file has '" + text + "'");
-        finding.value = field_as_text(cut.whole);
-        finding.text = text;
-        list.add(std::move(finding));
+        list.add({.rule = &loss_rules::text_cut,
+                  .address = cut.address,
+                  .message = "of " + std::to_string(cut.whole.size()) + " characters the file has '" + text + "'",
+                  .value = field_as_text(cut.whole),
+                  .text = text});
     }
-    list.count(FindingKind::text_cut, losses.cut - losses.cut_texts.size());
+    list.count(loss_rules::text_cut, losses.cut - losses.cut_texts.size());
 }
 
-/// Times that differ in the database may be the same in the file, whose fields have fewer digits.
-void add_repeated_times(FindingList& list, const InputFile& written, const Model& model)
+/// A problem in the file which will be written. A value that it does not show is named at its place in the database.
+Finding of_database(const Finding& problem, Model& model, const ExportedTypes& types)
 {
-    const ExportedTypes types(model);
-    if (!written.whole) {
-        return;
+    const Address address = types.in_model(problem.address);
+    const DatumValue datum = value_of(model, address);
+    if (problem.rule != &form_rules::field_overflow || (datum.real == nullptr && datum.integer == nullptr)) {
+        return problem;
     }
-    check_meaning(written.model, [&](FindingKind kind, const Address& address, const std::string& message) {
-        if (kind == FindingKind::time_repeats && !is_near_a_gap(address, written.gaps)) {
-            list.add(finding_at(types.in_model(address), kind, "in the file, " + message));
-        }
-    });
+    const std::string value = datum.real != nullptr ? real_in_words(*datum.real) : std::to_string(*datum.integer);
+    return {.rule = &form_rules::field_overflow,
+            .address = address,
+            .message = value + " is too wide for its field",
+            .value = value};
 }
 
-void check_export(FindingList& list, const Model& model, const std::filesystem::path& exported, std::size_t most)
+/// Looks for fields that say nothing or touch, and gives the model the values that the export shows. Returns what it
+/// loses of them.
+Losses check_export(FindingList& list, Model& model, const std::filesystem::path& exported)
 {
-    LossCount losses(model, most);
+    LossCount losses(model, list.most());
     const ExportedTypes types(model);
     ReadOptions reading;
     reading.most_problems = 0;
-    reading.on_problem = [&](const InputProblem& problem) {
-        if (!is_about_a_gap(problem.kind)) {
-            list.add(finding_of(problem));
-        }
-    };
+    reading.on_problem = [&](const Finding& problem) { list.add(of_database(problem, model, types)); };
     reading.on_field = [&](const FieldText& field) {
         losses.see(field);
         if (touches_its_neighbour(field)) {
-            Finding finding = finding_at(types.in_model(field.address), FindingKind::touching_fields,
-                                         "follows its neighbour in the file without a blank");
-            finding.text = field_as_text(field.text);
-            list.add(std::move(finding));
+            list.add({.rule = &form_rules::touching_fields,
+                      .address = types.in_model(field.address),
+                      .message = "follows its neighbour in the file without a blank",
+                      .text = field_as_text(field.text)});
         }
     };
-    const InputFile written = read_input_file(exported, reading);
-    add_gaps(list, written, model);
-    add_repeated_times(list, written, model);
-    const Losses found = losses.result();
-    add_losses(list, FindingKind::value_vanishes, found.vanishing);
-    add_losses(list, FindingKind::value_changed, found.changed);
-    add_losses(list, FindingKind::digits_lost, found.digits_lost);
-    add_cut_texts(list, found);
+    static_cast<void>(read_input_file(exported, reading));
+    return losses.result();
 }
 
 } // namespace
@@ -134,25 +87,28 @@ FileFindings check_database(const std::filesystem::path& file, const WriteInputF
     FileFindings result;
     result.file = file.string();
     result.database = true;
-    FindingList list(result, options.most_of_a_kind);
+    FindingList list(result, options.most_of_a_rule, options.on_finding);
     Model model;
     LoadOptions loading;
     loading.most_problems = most_row_problems;
     try {
         model = load_model(file, loading);
     } catch (const StoreError& error) {
-        if (error.problems.front().table.empty()) {
+        if (error.problems.front().address.table.empty()) {
             throw;
         }
-        add_rows(list, error);
+        for (const Finding& problem : error.problems) {
+            list.add(problem);
+        }
         return result;
     }
-    check_meaning(model, [&](FindingKind kind, const Address& address, std::string message) {
-        if (kind != FindingKind::time_repeats) { // found in the file
-            list.add(finding_at(address, kind, std::move(message)));
-        }
-    });
-    check_export(list, model, write(model), options.most_of_a_kind);
+    const Losses losses = check_export(list, model, write(model));
+    check_values(model, [&](Finding finding) { list.add(std::move(finding)); });
+    add_losses(list, loss_rules::value_vanishes, losses.vanishing);
+    add_losses(list, loss_rules::value_changed, losses.changed);
+    add_losses(list, loss_rules::digits_lost, losses.digits_lost);
+    add_cut_texts(list, losses);
+    result.remarks = remarks_on(model);
     return result;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/model.hpp"
-#include "model_check/finding.hpp"
+#include "model_check/file_findings.hpp"
 
 #include <cstddef>
 #include <filesystem>
@@ -10,17 +10,20 @@
 namespace velm {
 
 struct CheckOptions {
-    std::size_t most_of_a_kind = 20; ///< how many findings of a kind to list; all are counted
+    std::size_t most_of_a_rule = 20; ///< how many findings of a rule to list; all are counted
+    OnFinding on_finding{};          ///< hears of what is listed as it comes; without it, the result keeps them
 };
 
-/// Checks an input file's form and its values. Throws std::system_error when it cannot be read.
+/// Checks an input file's form and its values, in the order of the file. Throws std::system_error when it cannot be
+/// read.
 [[nodiscard]] FileFindings check_input_file(const std::filesystem::path& file, const CheckOptions& options = {});
 
 /// Writes the model's input file and returns where it is, for as long as the check needs it.
 using WriteInputFile = std::function<std::filesystem::path(const Model& model)>;
 
-/// Checks a database's rows and values, and what the input file that `write` makes of it loses. A database whose rows
-/// cannot be a model has only findings about its rows. Throws StoreError when it is no model database at all.
+/// Checks a database's rows, what the input file that `write` makes of it loses, and its values as that file shows
+/// them. A database whose rows cannot be a model has only findings about its rows. Throws StoreError when it is no
+/// model database at all.
 [[nodiscard]] FileFindings check_database(const std::filesystem::path& file, const WriteInputFile& write,
                                           const CheckOptions& options = {});
 

@@ -1,44 +1,82 @@
 #include "model_check/check_file.hpp"
 
+#include "input_file/form_rules.hpp"
+#include "input_file/input_file.hpp"
 #include "input_file/section_of.hpp"
-#include "model_check/check_meaning.hpp"
-#include "model_check/finding_parts.hpp"
+#include "model_check/check_values.hpp"
+#include "model_check/field_finding.hpp"
 
 #include <algorithm>
-#include <string>
+#include <map>
 #include <utility>
-#include <vector>
 
 namespace velm {
 
 namespace {
 
-/// A finding about a value of the model, whose place in the file is not known yet.
-struct ValueFinding {
-    FindingKind kind{};
-    Address address;
-    std::string message;
+/// Findings about values, whose places in the file are not known before it is read again.
+class ValueFindings {
+public:
+    explicit ValueFindings(FindingList& list) : list_(list) {}
+
+    void add(Finding finding)
+    {
+        if (++numbers_[finding.rule] > list_.most()) {
+            list_.count(*finding.rule, 1);
+            return;
+        }
+        finding.section = name_of(section_of(finding.address.table, finding.address.column));
+        waiting_.emplace(finding.address.numbers, std::move(finding));
+    }
+    [[nodiscard]] bool empty() const { return waiting_.empty(); }
+
+    /// Lists those about the field. Where a finding means a row, its first field counts.
+    void list_those_of(const FieldText& field)
+    {
+        const auto [begin, end] = waiting_.equal_range(field.address.numbers);
+        for (auto it = begin; it != end;) {
+            const Address& address = it->second.address;
+            if (address.table == field.address.table &&
+                (address.column.empty() || address.column == field.address.column)) {
+                it->second.place = field.place;
+                list_.add(std::move(it->second));
+                it = waiting_.erase(it);
+            } else {
+                ++it;
+            }
+        }
+    }
+    /// Those that no field is of.
+    void list_the_rest()
+    {
+        for (auto& [numbers, finding] : waiting_) {
+            list_.add(std::move(finding));
+        }
+    }
+
+private:
+    FindingList& list_;
+    std::map<const FindingRule*, std::size_t> numbers_;
+    std::multimap<RowNumbers, Finding> waiting_; ///< most fields have other numbers
 };
 
-void add_values(FindingList& list, const std::filesystem::path& file, std::vector<ValueFinding> values)
+Finding touching(const FieldText& field)
 {
-    if (values.empty()) {
-        return;
-    }
-    std::vector<Address> data;
-    data.reserve(values.size());
-    for (const ValueFinding& value : values) {
-        data.push_back(value.address);
-    }
-    const std::vector<Place> places = places_of(file, data);
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        const Address& address = values[i].address;
-        list.add({.kind = values[i].kind,
-                  .message = std::move(values[i].message),
-                  .place = places[i],
-                  .section = std::string(name_of(section_of(address.table, address.column))),
-                  .field = field_in_words(address)});
-    }
+    return {.rule = &form_rules::touching_fields,
+            .address = field.address,
+            .place = field.place,
+            .section = name_of(field.section),
+            .message = "follows its neighbour without a blank",
+            .text = field_as_text(field.text)};
+}
+
+/// A field without a value reads as 0, of which its row or its series may seem to be out of meaning.
+bool is_near_a_gap(const Address& address, const std::vector<Address>& gaps)
+{
+    return std::any_of(gaps.begin(), gaps.end(), [&](const Address& gap) {
+        return gap.table == address.table && gap.numbers[0] == address.numbers[0] &&
+               gap.numbers[1] == address.numbers[1];
+    });
 }
 
 } // namespace
@@ -47,34 +85,38 @@ FileFindings check_input_file(const std::filesystem::path& file, const CheckOpti
 {
     FileFindings result;
     result.file = file.string();
-    FindingList list(result, options.most_of_a_kind);
-    ReadOptions reading;
-    reading.most_problems = 0;
-    reading.on_problem = [&](const InputProblem& problem) { list.add(finding_of(problem)); };
-    reading.on_field = [&](const FieldText& field) {
-        if (touches_its_neighbour(field)) {
-            list.add({.kind = FindingKind::touching_fields,
-                      .message = "follows its neighbour without a blank",
-                      .place = field.place,
-                      .section = std::string(name_of(field.section)),
-                      .field = field_in_words(field.address),
-                      .text = field_as_text(field.text)});
+    FindingList list(result, options.most_of_a_rule, options.on_finding);
+    ValueFindings values(list);
+    bool any_touch = false;
+    bool any_problem = false;
+    {
+        ReadOptions reading;
+        reading.most_problems = 0;
+        reading.on_field = [&](const FieldText& field) { any_touch = any_touch || touches_its_neighbour(field); };
+        const InputFile read = read_input_file(file, reading);
+        any_problem = read.problem_count > 0;
+        if (read.whole) { // with records missing, nothing can be said about how values belong together
+            check_values(read.model, [&](Finding finding) {
+                if (!is_near_a_gap(finding.address, read.gaps)) {
+                    values.add(std::move(finding));
+                }
+            });
+            result.remarks = remarks_on(read.model);
         }
-    };
-    const InputFile read = read_input_file(file, reading);
-    std::vector<ValueFinding> values;
-    if (read.whole) { // with records missing, nothing can be said about how values belong together
-        check_meaning(read.model, [&](FindingKind kind, const Address& address, std::string message) {
-            if (kind != FindingKind::missing_segment &&
-                !is_near_a_gap(address, read.gaps)) { // the reader reports those
-                values.push_back({kind, address, std::move(message)});
-            }
-        });
     }
-    add_values(list, file, std::move(values));
-    std::stable_sort(result.findings.begin(), result.findings.end(), [](const Finding& one, const Finding& other) {
-        return std::pair(one.place.line, one.place.column) < std::pair(other.place.line, other.place.column);
-    });
+    if (any_problem || any_touch || !values.empty()) { // again, to say all in the order of the file
+        ReadOptions reading;
+        reading.most_problems = 0;
+        reading.on_problem = [&](const Finding& problem) { list.add(problem); };
+        reading.on_field = [&](const FieldText& field) {
+            if (touches_its_neighbour(field)) {
+                list.add(touching(field));
+            }
+            values.list_those_of(field);
+        };
+        static_cast<void>(read_input_file(file, reading));
+        values.list_the_rest();
+    }
     return result;
 }
 

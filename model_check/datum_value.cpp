@@ -1,131 +1,93 @@
 #include "model_check/datum_value.hpp"
 
-#include "model/item_columns.hpp"
+#include "model/items.hpp"
 
 #include <algorithm>
 #include <cstddef>
+#include <optional>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 namespace velm {
 
 namespace {
 
-/// The item of that number, or none.
-template <class Item>
-const Item* at(const std::vector<Item>* items, std::int64_t number)
+/// Thrown where a number is of no item.
+struct NoItem {};
+
+/// Goes to the items that an address names.
+struct StepTo {
+    const RowNumbers& numbers;
+
+    auto& operator()(auto& list, std::size_t level) const
+    {
+        const std::int64_t number = numbers.at(level);
+        if (number < 1 || static_cast<std::size_t>(number) > list.size()) {
+            throw NoItem();
+        }
+        return list[static_cast<std::size_t>(number - 1)];
+    }
+    auto& type(auto& list) const { return (*this)(list, 0); }
+};
+
+void point_to(DatumValue& found, std::int32_t& value)
 {
-    return items != nullptr && number >= 1 && static_cast<std::size_t>(number) <= items->size()
-               ? &(*items)[static_cast<std::size_t>(number - 1)]
-               : nullptr;
+    found.integer = &value;
+}
+void point_to(DatumValue& found, float& value)
+{
+    found.real = &value;
+}
+void point_to(DatumValue& found, std::string& value)
+{
+    found.text = &value;
+}
+void point_to(DatumValue& /*found*/, bool& /*flag*/) {}
+
+std::optional<TableId> table_of(std::string_view name)
+{
+    std::optional<TableId> found;
+    for_each_table([&](TableId id, const auto& table) {
+        if (table.name == name) {
+            found = id;
+        }
+    });
+    return found;
 }
 
-/// A list that `owner` has, or none when there is no owner.
-template <class Owner, class List>
-const List* list_of(const Owner* owner, List Owner::*list)
+/// A value of the series or of the parameter that owns the row.
+DatumValue value_in_row(Model& model, const Address& address)
 {
-    return owner == nullptr ? nullptr : &(owner->*list);
-}
-
-DatumValue pointer_to(const std::int32_t& value)
-{
-    return {.integer = &value, .real = nullptr, .text = nullptr};
-}
-DatumValue pointer_to(const float& value)
-{
-    return {.integer = nullptr, .real = &value, .text = nullptr};
-}
-DatumValue pointer_to(const std::string& value)
-{
-    return {.integer = nullptr, .real = nullptr, .text = &value};
-}
-DatumValue pointer_to(const bool& /*flag*/)
-{
-    return {};
-}
-
-template <class Item>
-DatumValue column_of(const Item* item, std::string_view column)
-{
+    const StepTo step{address.numbers};
     DatumValue found;
-    if (item != nullptr) {
-        visit_columns(
-            [&](std::string_view name, const auto& value) {
-                if (name == column) {
-                    found = pointer_to(value);
-                }
-            },
-            *item);
+    const auto point = [&](const auto& /*table*/, auto& item) {
+        if constexpr (requires { item.series; }) {
+            point_to(found, step(address.column == "time" ? item.series.times : item.series.values, 2));
+        } else if constexpr (requires { item.values; }) {
+            point_to(found, step(item.values, 2));
+        }
+    };
+    const auto* const series = std::ranges::find(series_tables, address.table, &SeriesTable::name);
+    if (series != series_tables.end() || address.table == "parameter_value") {
+        with_item(series != series_tables.end() ? series->owner : TableId::parameter, model, step, point);
     }
     return found;
 }
 
-DatumValue element(const std::vector<float>* values, std::int64_t number)
+DatumValue value_in_column(Model& model, const Address& address)
 {
-    const float* const value = at(values, number);
-    return value == nullptr ? DatumValue{} : pointer_to(*value);
-}
-
-/// A value of the series table whose owner is found.
-template <class Owner>
-DatumValue pair_of(const Owner* owner, const Address& address)
-{
-    if (owner == nullptr) {
-        return {};
+    DatumValue found;
+    if (const std::optional<TableId> table = table_of(address.table)) {
+        with_item(*table, model, StepTo{address.numbers}, [&](const auto& columns, auto& item) {
+            for (const auto& column : columns.columns) {
+                if (column.name == address.column) {
+                    with_value(column, item, [&](auto& value) { point_to(found, value); });
+                }
+            }
+        });
     }
-    return element(address.column == "time" ? &owner->series.times : &owner->series.values, address.numbers[2]);
-}
-
-template <class Instance>
-const Instance* instance(const std::vector<InstanceType<Instance>>& types, const Address& address)
-{
-    return at(list_of(at(&types, address.numbers[0]), &InstanceType<Instance>::instances), address.numbers[1]);
-}
-
-template <class Instance>
-DatumValue isc_of(const std::vector<InstanceType<Instance>>& types, const Address& address)
-{
-    const auto* const type = at(&types, address.numbers[0]);
-    return type == nullptr || address.column != "isc" ? DatumValue{} : pointer_to(type->isc);
-}
-
-const SegmentSeries* entry(const Model& model, SegmentSeriesSet System::*set, const Address& address)
-{
-    const System* const system = at(&model.systems, address.numbers[0]);
-    return system == nullptr ? nullptr : at(&(system->*set).items, address.numbers[1]);
-}
-
-const FlowFunction* flow_function(const Model& model, const Address& address)
-{
-    return at(list_of(at(&model.flow_fields, address.numbers[0]), &FlowField::functions), address.numbers[1]);
-}
-
-const ExchangeFunction* exchange_function(const Model& model, const Address& address)
-{
-    return at(list_of(at(&model.exchange_fields, address.numbers[0]), &ExchangeField::functions), address.numbers[1]);
-}
-
-DatumValue value_in_series(const Model& model, const Address& address)
-{
-    switch (address.table.front()) {
-    case 'b': return pair_of(entry(model, &System::boundaries, address), address);
-    case 'l': return pair_of(entry(model, &System::loads, address), address);
-    case 'f': return pair_of(flow_function(model, address), address);
-    case 'e': return pair_of(exchange_function(model, address), address);
-    case 't': return pair_of(instance(model.time_function_types, address), address);
-    default: break;
-    }
-    const Parameter* const parameter = instance(model.parameter_types, address);
-    return element(list_of(parameter, &Parameter::values), address.numbers[2]);
-}
-
-DatumValue value_of_type(const Model& model, const Address& address)
-{
-    switch (address.table.front()) {
-    case 't': return isc_of(model.time_function_types, address);
-    case 'p': return isc_of(model.parameter_types, address);
-    default: return isc_of(model.constant_types, address);
-    }
+    return found;
 }
 
 template <class Instance>
@@ -156,64 +118,20 @@ Address ExportedTypes::in_model(Address in_file) const
                                                    : in_file.table.starts_with("constant")    ? &constants_
                                                                                               : nullptr;
     if (types != nullptr) {
-        const std::int32_t* const number = at(types, in_file.numbers[0]);
-        in_file.numbers[0] = number == nullptr ? 0 : *number;
+        const std::int64_t number = in_file.numbers[0];
+        const bool known = number >= 1 && static_cast<std::size_t>(number) <= types->size();
+        in_file.numbers[0] = known ? (*types)[static_cast<std::size_t>(number - 1)] : 0;
     }
     return in_file;
 }
 
-DatumValue value_of(const Model& model, const Address& address)
+DatumValue value_of(Model& model, const Address& address)
 {
-    const auto& [table, column, key] = address;
-    if (table.ends_with("_value")) { // most of a file
-        return value_in_series(model, address);
+    try {
+        return address.table.ends_with("_value") ? value_in_row(model, address) : value_in_column(model, address);
+    } catch (const NoItem&) {
+        return {};
     }
-    if (table.ends_with("_type")) {
-        return value_of_type(model, address);
-    }
-    if (table == "model") {
-        return column_of(&model, column);
-    }
-    if (table == "system") {
-        return column_of(at(&model.systems, key[0]), column);
-    }
-    if (table == "segment") {
-        return column_of(at(&model.segments, key[0]), column);
-    }
-    if (table == "initial_condition") {
-        return column_of(at(list_of(at(&model.systems, key[0]), &System::initial_conditions), key[1]), column);
-    }
-    if (table == "flow_field") {
-        return column_of(at(&model.flow_fields, key[0]), column);
-    }
-    if (table == "flow_function") {
-        return column_of(flow_function(model, address), column);
-    }
-    if (table == "flow_path") {
-        return column_of(at(list_of(flow_function(model, address), &FlowFunction::paths), key[2]), column);
-    }
-    if (table == "exchange_field") {
-        return column_of(at(&model.exchange_fields, key[0]), column);
-    }
-    if (table == "exchange_function") {
-        return column_of(exchange_function(model, address), column);
-    }
-    if (table == "exchange_pair") {
-        return column_of(at(list_of(exchange_function(model, address), &ExchangeFunction::pairs), key[2]), column);
-    }
-    if (table == "boundary") {
-        return column_of(entry(model, &System::boundaries, address), column);
-    }
-    if (table == "load") {
-        return column_of(entry(model, &System::loads, address), column);
-    }
-    if (table == "time_function") {
-        return column_of(instance(model.time_function_types, address), column);
-    }
-    if (table == "parameter") {
-        return column_of(instance(model.parameter_types, address), column);
-    }
-    return column_of(instance(model.constant_types, address), column);
 }
 
 } // namespace velm

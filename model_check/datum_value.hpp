@@ -1,6 +1,6 @@
 #pragma once
 
-#include "input_file/input_file.hpp"
+#include "model/address.hpp"
 #include "model/model.hpp"
 
 #include <cstdint>
@@ -11,13 +11,13 @@ namespace velm {
 
 /// Points to a value of a model by its kind; all null where the model has none. A flag has no kind here.
 struct DatumValue {
-    const std::int32_t* integer = nullptr;
-    const float* real = nullptr;
-    const std::string* text = nullptr;
+    std::int32_t* integer = nullptr;
+    float* real = nullptr;
+    std::string* text = nullptr;
 };
 
-/// The value that stands at `datum`.
-[[nodiscard]] DatumValue value_of(const Model& model, const Address& address);
+/// The value that stands at `address`, which may be changed.
+[[nodiscard]] DatumValue value_of(Model& model, const Address& address);
 
 /// Finds a model's data by their places in its export, where types without a used instance are left out and the others
 /// count on.

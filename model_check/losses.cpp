@@ -9,6 +9,7 @@
 #include <cmath>
 #include <limits>
 #include <string_view>
+#include <utility>
 
 namespace velm {
 
@@ -43,10 +44,9 @@ void LossCount::see(const FieldText& field)
         return;
     }
     losses_.reals += value.real != nullptr ? 1 : 0;
-    if (field.text.find('*') != std::string_view::npos) {
-        ++losses_.overflows;
-    } else if (value.real != nullptr) {
+    if (value.real != nullptr && field.text.find('*') == std::string_view::npos) {
         compare(address, without_blanks(field.text), *value.real);
+        *value.real = field.real;
     }
 }
 
@@ -93,9 +93,9 @@ void LossCount::compare(const Address& address, std::string_view text, const std
     }
 }
 
-Losses LossCount::result() const
+Losses LossCount::result()
 {
-    Losses result = losses_;
+    Losses result = std::move(losses_);
     for (LossList* const list : {&result.vanishing, &result.changed, &result.digits_lost}) {
         std::sort_heap(list->worst.begin(), list->worst.end(), is_worse);
     }

@@ -43,7 +43,6 @@ constexpr double noticeable_change = 1e-3;
 /// single-precision number to its text is another one.
 struct Losses {
     std::uint64_t reals = 0;
-    std::uint64_t overflows = 0;    ///< fields of asterisks, of reals and integers
     LossList vanishing;             ///< lossy reals whose text is 0
     LossList changed;               ///< others that are off by more than noticeable_change
     LossList digits_lost;           ///< the rest of the lossy ones
@@ -53,22 +52,24 @@ struct Losses {
     [[nodiscard]] std::uint64_t lossy() const { return vanishing.count + changed.count + digits_lost.count; }
 };
 
-/// Compares a model with its export, field by field in the order in which they are read. Nothing here knows a field's
-/// width: the file itself says how it writes a value.
+/// Compares a model with its export, field by field in the order in which they are read, and gives the model the values
+/// that the file shows. A field of asterisks shows none. Nothing here knows a field's width: the file itself says how
+/// it writes a value.
 class LossCount {
 public:
     /// `model` outlives the count. Of each kind of loss, `most_listed` are listed.
-    LossCount(const Model& model, std::size_t most_listed) : model_(model), types_(model), most_(most_listed) {}
+    LossCount(Model& model, std::size_t most_listed) : model_(model), types_(model), most_(most_listed) {}
 
     void see(const FieldText& field);
-    [[nodiscard]] Losses result() const;
+    /// The worst first. To be asked for once, at the end.
+    [[nodiscard]] Losses result();
 
 private:
     void compare(const Address& address, std::string_view text, float value);
     void compare(const Address& address, std::string_view text, const std::string& whole);
     void add(LossList& list, Loss loss) const;
 
-    const Model& model_;
+    Model& model_;
     ExportedTypes types_;
     std::size_t most_;
     Losses losses_;

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "model/address.hpp"
+#include "model/finding.hpp"
 #include "model/model.hpp"
-#include "model_check/finding.hpp"
 #include "water_balance/run_dates.hpp"
 #include "water_balance/water_balance.hpp"
 
@@ -28,6 +28,7 @@ using ReportMeaning = std::function<void(const Address& address, std::string mes
 struct MeaningRule {
     FindingRule rule;
     void (*look)(const MeantModel& meant, const ReportMeaning& report);
+    bool needs_flows = false; ///< left out, with a remark, where flows_are_elsewhere()
 };
 
 } // namespace velm

@@ -1,26 +1,46 @@
 #pragma once
 
-#include "model_check/finding.hpp"
+#include "model_check/file_findings.hpp"
 
+#include <iosfwd>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
 
 namespace velm {
 
+/// Writes findings as they come, file after file.
+class FindingReport {
+public:
+    FindingReport() = default;
+    virtual ~FindingReport() = default;
+    FindingReport(const FindingReport&) = delete;
+    FindingReport& operator=(const FindingReport&) = delete;
+    FindingReport(FindingReport&&) = delete;
+    FindingReport& operator=(FindingReport&&) = delete;
+
+    /// What follows is of this file. A file that is not ended has no part in the report.
+    virtual void begin_file(const std::string& file, bool database) = 0;
+    virtual void add(const Finding& finding) = 0;
+    /// Adds what is counted but not listed.
+    virtual void end_file(const FileFindings& found) = 0;
+    virtual void end() {}
+};
+
 /// A line for each finding: "river.inp:12:1: error V101 field overflow: segments, volume: what is wrong; a remedy".
-[[nodiscard]] std::string text_report(std::span<const FileFindings> files);
+[[nodiscard]] std::unique_ptr<FindingReport> text_report(std::ostream& out);
+
+/// One JSON object; docs/findings.md describes it.
+[[nodiscard]] std::unique_ptr<FindingReport> json_report(std::ostream& out);
+
+/// A log in the Static Analysis Results Interchange Format 2.1.0. `version` is this program's.
+[[nodiscard]] std::unique_ptr<FindingReport> sarif_report(std::ostream& out, std::string_view version);
+
+/// A finding on one line, without a line end, as the text has it.
+[[nodiscard]] std::string line_of(std::string_view file, const Finding& finding);
 
 /// "3 errors, 1 warning, 12 notes"
 [[nodiscard]] std::string counts_in_words(std::span<const FileFindings> files);
-
-/// One JSON object; docs/findings.md describes it.
-[[nodiscard]] std::string json_report(std::span<const FileFindings> files);
-
-/// A log in the Static Analysis Results Interchange Format 2.1.0. `version` is this program's.
-[[nodiscard]] std::string sarif_report(std::span<const FileFindings> files, std::string_view version);
-
-/// Where a finding is, in words: "segments, volume" or "table segment, segment 3, column volume". May be empty.
-[[nodiscard]] std::string place_in_words(const Finding& finding);
 
 } // namespace velm

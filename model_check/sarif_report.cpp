@@ -1,7 +1,10 @@
 #include "json_text/json_text.hpp"
 #include "model_check/report.hpp"
+#include "model_check/rules.hpp"
 
+#include <algorithm>
 #include <filesystem>
+#include <ostream>
 
 namespace velm {
 
@@ -42,13 +45,13 @@ void put_tool(JsonText& json, std::string_view version)
     json.put("name", "velm");
     json.put("version", version);
     json.begin_array("rules");
-    for (const FindingRule& rule : finding_rules()) {
+    for (const FindingRule* const rule : finding_rules()) {
         json.begin_object();
-        json.put("id", rule.code);
-        put_text(json, "shortDescription", rule.name);
-        put_text(json, "help", rule.remedy);
+        json.put("id", rule->code);
+        put_text(json, "shortDescription", rule->name);
+        put_text(json, "help", rule->remedy);
         json.begin_object("defaultConfiguration");
-        json.put("level", name_of(rule.level));
+        json.put("level", name_of(rule->level));
         json.end_object();
         json.end_object();
     }
@@ -57,14 +60,14 @@ void put_tool(JsonText& json, std::string_view version)
     json.end_object();
 }
 
-void put_location(JsonText& json, const FileFindings& file, const Finding& finding, const std::string& words)
+void put_location(JsonText& json, const std::string& uri, const Finding& finding, const std::string& words)
 {
     json.begin_object();
     json.begin_object("physicalLocation");
     json.begin_object("artifactLocation");
-    json.put("uri", uri_of(file.file));
+    json.put("uri", uri);
     json.end_object();
-    if (finding.place.line > 0 && !file.database) {
+    if (finding.place.line > 0) {
         json.begin_object("region");
         json.put("startLine", finding.place.line);
         json.put("startColumn", finding.place.column);
@@ -81,45 +84,64 @@ void put_location(JsonText& json, const FileFindings& file, const Finding& findi
     json.end_object();
 }
 
-void put_result(JsonText& json, const FileFindings& file, const Finding& finding)
+std::uint64_t index_of(const FindingRule& rule)
 {
-    const FindingRule& rule = rule_of(finding.kind);
-    const std::string words = place_in_words(finding);
-    json.begin_object();
-    json.put("ruleId", rule.code);
-    json.put("ruleIndex", static_cast<std::uint64_t>(finding.kind));
-    json.put("level", name_of(rule.level));
-    put_text(json, "message", words.empty() ? finding.message : words + ": " + finding.message);
-    json.begin_array("locations");
-    put_location(json, file, finding, words);
-    json.end_array();
-    json.end_object();
+    const auto rules = finding_rules();
+    return static_cast<std::uint64_t>(std::ranges::find(rules, rule.code, &FindingRule::code) - rules.begin());
 }
+
+class SarifReport final : public FindingReport {
+public:
+    SarifReport(std::ostream& out, std::string_view version) : out_(out)
+    {
+        json_.begin_object();
+        json_.put("$schema", "https://json.schemastore.org/sarif-2.1.0.json");
+        json_.put("version", "2.1.0");
+        json_.begin_array("runs");
+        json_.begin_object();
+        put_tool(json_, version);
+        json_.put("defaultEncoding", "ISO-8859-1"); // so a column is a byte
+        json_.put("columnKind", "unicodeCodePoints");
+        json_.begin_array("results");
+    }
+
+    void begin_file(const std::string& file, bool /*database*/) override { uri_ = uri_of(file); }
+    void add(const Finding& finding) override
+    {
+        const std::string words = place_in_words(finding);
+        json_.begin_object();
+        json_.put("ruleId", finding.rule->code);
+        json_.put("ruleIndex", index_of(*finding.rule));
+        json_.put("level", name_of(finding.rule->level));
+        put_text(json_, "message", words.empty() ? finding.message : words + ": " + finding.message);
+        json_.begin_array("locations");
+        put_location(json_, uri_, finding, words);
+        json_.end_array();
+        json_.end_object();
+        json_.flush_to(out_);
+    }
+    void end_file(const FileFindings& /*found*/) override {}
+    void end() override
+    {
+        json_.end_array();
+        json_.end_object();
+        json_.end_array();
+        json_.end_object();
+        json_.flush_to(out_);
+        out_ << '\n';
+    }
+
+private:
+    std::ostream& out_;
+    JsonText json_;
+    std::string uri_;
+};
 
 } // namespace
 
-std::string sarif_report(std::span<const FileFindings> files, std::string_view version)
+std::unique_ptr<FindingReport> sarif_report(std::ostream& out, std::string_view version)
 {
-    JsonText json;
-    json.begin_object();
-    json.put("$schema", "https://json.schemastore.org/sarif-2.1.0.json");
-    json.put("version", "2.1.0");
-    json.begin_array("runs");
-    json.begin_object();
-    put_tool(json, version);
-    json.put("defaultEncoding", "ISO-8859-1"); // so a column is a byte
-    json.put("columnKind", "unicodeCodePoints");
-    json.begin_array("results");
-    for (const FileFindings& file : files) {
-        for (const Finding& finding : file.findings) {
-            put_result(json, file, finding);
-        }
-    }
-    json.end_array();
-    json.end_object();
-    json.end_array();
-    json.end_object();
-    return json.text();
+    return std::make_unique<SarifReport>(out, version);
 }
 
 } // namespace velm

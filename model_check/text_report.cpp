@@ -1,75 +1,49 @@
 #include "model_check/report.hpp"
 #include "plain_text/plain_text.hpp"
 
-#include <algorithm>
-#include <array>
+#include <ostream>
 
 namespace velm {
 
 namespace {
 
-std::string line_of(const FileFindings& file, const Finding& finding)
-{
-    const FindingRule& rule = rule_of(finding.kind);
-    std::string line = printable(file.file);
-    if (!file.database && finding.place.line > 0) {
-        line += ':' + std::to_string(finding.place.line) + ':' + std::to_string(finding.place.column);
-    }
-    line +=
-        ": " + std::string(name_of(rule.level)) + ' ' + std::string(rule.code) + ' ' + std::string(rule.name) + ": ";
-    const std::string place = place_in_words(finding);
-    line += place.empty() ? "" : place + ": ";
-    return line + finding.message + "; " + std::string(rule.remedy) + '\n';
-}
+class TextReport final : public FindingReport {
+public:
+    explicit TextReport(std::ostream& out) : out_(out) {}
 
-/// Of the kinds that have more findings than are listed.
-std::string unlisted(const FileFindings& file)
-{
-    std::string lines;
-    for (std::size_t kind = 0; kind < number_of_finding_kinds; ++kind) {
-        const auto listed = std::count_if(file.findings.begin(), file.findings.end(), [&](const Finding& finding) {
-            return static_cast<std::size_t>(finding.kind) == kind;
-        });
-        const std::uint64_t more = file.found.at(kind) - static_cast<std::uint64_t>(listed);
-        if (more > 0) {
-            const FindingRule& rule = finding_rules()[kind];
-            lines += printable(file.file) + ": and " + std::to_string(more) + " more of " + std::string(rule.code) +
-                     ' ' + std::string(rule.name) + '\n';
+    void begin_file(const std::string& file, bool /*database*/) override { file_ = printable(file); }
+    void add(const Finding& finding) override { out_ << line_of(file_, finding) << '\n'; }
+    void end_file(const FileFindings& found) override
+    {
+        for (const auto& [code, count] : found.counts) {
+            if (count.found > count.listed) {
+                out_ << file_ << ": and " << count.found - count.listed << " more of " << code << ' '
+                     << count.rule->name << '\n';
+            }
         }
     }
-    return lines;
-}
 
-void append(std::string& list, const char* before, const std::string& part)
-{
-    if (!part.empty()) {
-        list.append(list.empty() ? "" : ", ").append(before).append(part);
-    }
-}
+private:
+    std::ostream& out_;
+    std::string file_;
+};
 
 } // namespace
 
-std::string place_in_words(const Finding& finding)
+std::string line_of(std::string_view file, const Finding& finding)
 {
-    std::string words;
-    append(words, "", finding.section);
-    append(words, "", finding.field);
-    append(words, "table ", finding.table);
-    append(words, "", finding.row);
-    append(words, "column ", finding.column);
-    return words;
+    std::string line(file);
+    if (finding.place.line > 0) {
+        line += ':' + std::to_string(finding.place.line) + ':' + std::to_string(finding.place.column);
+    }
+    const FindingRule& rule = *finding.rule;
+    line.append(": ").append(name_of(rule.level)).append(" ").append(rule.code).append(" ").append(rule.name);
+    return line + ": " + in_words(finding);
 }
 
-std::string text_report(std::span<const FileFindings> files)
+std::unique_ptr<FindingReport> text_report(std::ostream& out)
 {
-    std::string report;
-    for (const FileFindings& file : files) {
-        for (const Finding& finding : file.findings) {
-            report += line_of(file, finding);
-        }
-        report += unlisted(file);
-    }
-    return report;
+    return std::make_unique<TextReport>(out);
 }
 
 std::string counts_in_words(std::span<const FileFindings> files)
@@ -80,7 +54,8 @@ std::string counts_in_words(std::span<const FileFindings> files)
         for (const FileFindings& file : files) {
             count += file.count(level);
         }
-        append(words, "", std::to_string(count) + ' ' + std::string(name_of(level)) + (count == 1 ? "" : "s"));
+        words += (words.empty() ? "" : ", ") + std::to_string(count) + ' ' + std::string(name_of(level)) +
+                 (count == 1 ? "" : "s");
     }
     return words;
 }

@@ -4,6 +4,7 @@
 #include "model_diff/report.hpp"
 
 #include <cstdlib>
+#include <ostream>
 
 namespace velm {
 
@@ -31,7 +32,7 @@ void put_range(JsonText& json, const NumberChanges& numbers, Change change)
     json.end_object();
 }
 
-void put_every(JsonText& json, const NumberChanges& numbers)
+void put_every(std::ostream& out, JsonText& json, const NumberChanges& numbers)
 {
     json.begin_array("every");
     for (const NumberChange& number : numbers.changes) {
@@ -44,11 +45,12 @@ void put_every(JsonText& json, const NumberChanges& numbers)
             json.put("new", plain(number.new_value));
         }
         json.end_object();
+        json.flush_to(out);
     }
     json.end_array();
 }
 
-void put_difference(JsonText& json, const Difference& difference, bool all)
+void put_difference(std::ostream& out, JsonText& json, const Difference& difference, bool all)
 {
     json.begin_object();
     json.put("section", name_of(difference.section));
@@ -67,7 +69,7 @@ void put_difference(JsonText& json, const Difference& difference, bool all)
             put_range(json, numbers, change);
         }
         if (all) {
-            put_every(json, numbers);
+            put_every(out, json, numbers);
         }
     }
     json.end_object();
@@ -75,8 +77,8 @@ void put_difference(JsonText& json, const Difference& difference, bool all)
 
 } // namespace
 
-std::string difference_json(std::span<const Difference> found, std::string_view old_file, std::string_view new_file,
-                            bool form_alone, bool all)
+void write_difference_json(std::ostream& out, std::span<const Difference> found, std::string_view old_file,
+                           std::string_view new_file, bool form_alone, bool all)
 {
     JsonText json;
     json.begin_object();
@@ -85,11 +87,12 @@ std::string difference_json(std::span<const Difference> found, std::string_view 
     json.put("result", !found.empty() ? "different" : form_alone ? "same model in another form" : "same");
     json.begin_array("differences");
     for (const Difference& difference : found) {
-        put_difference(json, difference, all);
+        put_difference(out, json, difference, all);
     }
     json.end_array();
     json.end_object();
-    return json.text();
+    json.flush_to(out);
+    out << '\n';
 }
 
 } // namespace velm

@@ -2,6 +2,7 @@
 
 #include "model_diff/model_diff.hpp"
 
+#include <iosfwd>
 #include <span>
 #include <string>
 #include <string_view>
@@ -15,9 +16,9 @@ namespace velm {
 /// A line for each section that differs: "boundaries: 1 item added, 2 values changed, 1 series changed".
 [[nodiscard]] std::string difference_summary(std::span<const Difference> found);
 
-/// One JSON object; docs/findings.md describes it. `all` lists every number. `form_alone` says that the files differ,
-/// but in nothing that a model holds.
-[[nodiscard]] std::string difference_json(std::span<const Difference> found, std::string_view old_file,
-                                          std::string_view new_file, bool form_alone, bool all);
+/// Writes one JSON object; docs/findings.md describes it. `all` lists every number. `form_alone` says that the files
+/// differ, but in nothing that a model holds.
+void write_difference_json(std::ostream& out, std::span<const Difference> found, std::string_view old_file,
+                           std::string_view new_file, bool form_alone, bool all);
 
 } // namespace velm

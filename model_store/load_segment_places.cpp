@@ -15,17 +15,17 @@ std::vector<SegmentPlace> places_in(const Database& database, ProblemList& probl
     Statement row(database, "SELECT segment, x, y FROM segment_place ORDER BY 1");
     while (row.step()) {
         const std::int64_t segment = sqlite3_column_int64(row.handle(), 0);
-        const std::string words = "segment " + std::to_string(segment);
         if (segment < 1 || segment > segments) {
-            problems.add({"segment_place", words, "segment", std::to_string(segment), "is not a segment of the model",
-                          "remove the row"});
+            problems.add(database_finding({"segment_place", "segment", {segment}}, std::to_string(segment),
+                                          "is not a segment of the model", "remove the row"));
         }
         for (const int column : {1, 2}) {
             const int type = sqlite3_column_type(row.handle(), column);
             if ((type != SQLITE_FLOAT && type != SQLITE_INTEGER) ||
                 !std::isfinite(sqlite3_column_double(row.handle(), column))) {
-                problems.add({"segment_place", words, column == 1 ? "x" : "y", std::string(row.text(column)),
-                              "is not a finite number", "store one, or remove the row"});
+                problems.add(database_finding({"segment_place", column == 1 ? "x" : "y", {segment}},
+                                              std::string(row.text(column)), "is not a finite number",
+                                              "store one, or remove the row"));
             }
         }
         places.push_back({static_cast<std::int32_t>(segment), sqlite3_column_double(row.handle(), 1),

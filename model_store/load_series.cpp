@@ -1,7 +1,6 @@
 #include "model_store/load_parts.hpp"
 
 #include <cstddef>
-#include <span>
 #include <string>
 
 namespace velm {
@@ -11,8 +10,9 @@ namespace {
 /// Reports that `parent` lacks the row of `segment`, its first missing one.
 void report_lack(LoadState& load, const TableShape& table, const ParentKey& parent, std::int64_t segment)
 {
-    load.problems.add({table.name, table.row_in_words(std::span(parent).first(table.keys - 1)), "segment", "",
-                       "there is no row for segment " + std::to_string(segment), "give a row for each segment"});
+    const Address rows{table.name, "segment", {parent[0], table.keys > 2 ? parent[1] : 0}};
+    load.problems.add(database_finding(rows, "", "there is no row for segment " + std::to_string(segment),
+                                       "give a row for each segment"));
 }
 
 } // namespace

@@ -28,8 +28,8 @@ void load_run(LoadState& load, Model& model)
 {
     TableReader row(load, "model");
     if (!row.next()) {
-        load.problems.add({"model", "", "", "", "there is no row",
-                           "run INSERT INTO model DEFAULT VALUES and set what the run needs"});
+        load.problems.add(database_finding({"model"}, "", "there is no row",
+                                           "run INSERT INTO model DEFAULT VALUES and set what the run needs"));
         return;
     }
     row.read(tables::model, model);
@@ -42,13 +42,13 @@ void load_run(LoadState& load, Model& model)
 void load_segments(LoadState& load, Model& model)
 {
     // a bottom segment may come after the segment above it, so it is looked up when all are known
-    std::vector<std::pair<std::string, std::int32_t>> bottoms;
+    std::vector<std::pair<Address, std::int32_t>> bottoms;
     TableReader row(load, "segment", nullptr, &load.segments);
     while (row.next()) {
         Segment segment;
         row.read(tables::segment, segment);
         if (segment.bottom_segment != 0) {
-            bottoms.emplace_back(row.row_in_words(), segment.bottom_segment);
+            bottoms.emplace_back(row.address("bottom_segment"), segment.bottom_segment);
         }
         if (load.sound()) {
             model.segments.push_back(std::move(segment));
@@ -56,7 +56,7 @@ void load_segments(LoadState& load, Model& model)
     }
     for (const auto& [above, bottom] : bottoms) {
         if (!load.segments.contains({bottom, 0})) {
-            load.problems.add(missing_segment(load, above, "bottom_segment", bottom));
+            load.problems.add(missing_segment(load, above, bottom));
         }
     }
 }
@@ -140,7 +140,7 @@ void load_types(LoadState& load, const TypeTable& type_table, const Table& table
     while (row.next()) {
         typename Types::value_type type;
         row.read(type_table, type);
-        const auto [holder, is_new] = taken.try_emplace(type.isc, row.row_in_words());
+        const auto [holder, is_new] = taken.try_emplace(type.isc, row_in_words(row.address("isc")));
         if (!is_new) {
             row.report("isc", std::to_string(type.isc), "is also the ISC number of " + holder->second,
                        "give each type its own");

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/address.hpp"
+#include "model/finding.hpp"
 #include "model/model.hpp"
 #include "whole_file/place.hpp"
 
@@ -23,24 +23,19 @@ namespace velm {
 /// "SQLite 3.40.1, model schema 1"
 [[nodiscard]] std::string store_versions();
 
-/// One thing wrong with a model database, placed as exactly as it can be.
-struct StoreProblem {
-    std::string table;   ///< empty when the file as a whole is meant
-    std::string row;     ///< the row's key in words, such as "system 3, boundary 2, pair 17"; may be empty
-    std::string column;  ///< may be empty
-    std::string value;   ///< the offending value as text; may be empty
-    std::string message; ///< what is wrong
-    std::string remedy;  ///< what to do about it
+/// What a model database can hold that no model does.
+inline constexpr FindingRule database_row{"V401", "database row", Level::error, "correct the row"};
 
-    /// "table boundary_value, system 3, boundary 2, pair 17, column time: 'abc' is not a number; store a number"
-    [[nodiscard]] std::string text() const;
-};
+/// A finding of that rule, without a table when it is about the file as a whole. The message quotes the value where
+/// there is one.
+[[nodiscard]] Finding database_finding(const Address& address, std::string value, const std::string& message,
+                                       std::string remedy);
 
 /// A model database that cannot be read or written. what() joins all problems, a line each.
 class StoreError : public std::runtime_error {
 public:
-    StoreError(std::vector<StoreProblem> found, bool more_than_listed);
-    std::vector<StoreProblem> problems;
+    StoreError(std::vector<Finding> found, bool more_than_listed);
+    std::vector<Finding> problems;
     bool more; ///< true when the limit cut the list
 };
 

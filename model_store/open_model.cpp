@@ -95,12 +95,12 @@ bool check_kind(const Database& database, const std::string& table, ProblemList&
                               "'view') AND name = '" +
                                   table + "' COLLATE NOCASE");
     if (!entry.step()) {
-        problems.add({table, "", "", "", "the table is missing", "create it as the schema has it"});
+        problems.add(database_finding({table}, "", "the table is missing", "create it as the schema has it"));
         return false;
     }
     if (sqlite3_column_int(entry.handle(), 0) == 0) {
-        problems.add({table, "", "", "", "a view or virtual table stands in the table's place",
-                      "copy its rows into a table as the schema has it"});
+        problems.add(database_finding({table}, "", "a view or virtual table stands in the table's place",
+                                      "copy its rows into a table as the schema has it"));
         return false;
     }
     return true;
@@ -108,7 +108,7 @@ bool check_kind(const Database& database, const std::string& table, ProblemList&
 
 void check_columns(const Database& database, const TableShape& table, ProblemList& problems)
 {
-    std::vector<std::string> missing = table.columns;
+    std::vector<std::string_view> missing(table.columns.begin(), table.columns.end());
     Statement columns(database, "SELECT lower(name), hidden FROM pragma_table_xinfo('" + table.name + "')");
     while (columns.step()) {
         const auto column = std::find(missing.begin(), missing.end(), columns.text(0));
@@ -116,12 +116,13 @@ void check_columns(const Database& database, const TableShape& table, ProblemLis
             continue;
         }
         if (sqlite3_column_int(columns.handle(), 1) != 0) {
-            problems.add({table.name, "", *column, "", "the column is computed", "store its values"});
+            problems.add(database_finding({table.name, *column}, "", "the column is computed", "store its values"));
         }
         missing.erase(column);
     }
-    for (const std::string& column : missing) {
-        problems.add({table.name, "", column, "", "the column is missing", "create it as the schema has it"});
+    for (const std::string_view column : missing) {
+        problems.add(
+            database_finding({table.name, column}, "", "the column is missing", "create it as the schema has it"));
     }
 }
 
@@ -133,21 +134,21 @@ const char* remedy_for(int code)
     case SQLITE_READONLY: return "open it once with the program that was interrupted while changing it";
     case SQLITE_BUSY: return "wait until the program that writes to it is done";
     case SQLITE_TOOBIG: return "remove the text or BLOB of more than a million bytes";
-    default: return "";
+    default: return "see whether the file may be read and its disk is sound";
     }
 }
 
 } // namespace
 
-StoreProblem file_problem(const std::filesystem::path& file, std::string message, std::string remedy)
+Finding file_problem(const std::filesystem::path& file, const std::string& message, std::string remedy)
 {
-    return {"", "", "", shown(file), std::move(message), std::move(remedy)};
+    return database_finding({}, shown(file), message, std::move(remedy));
 }
 
-StoreProblem file_problem(const std::filesystem::path& file, const SqliteError& error, const std::string& table)
+Finding file_problem(const std::filesystem::path& file, const SqliteError& error, const std::string& table)
 {
-    StoreProblem problem = file_problem(file, "cannot be read: " + printable(error.what()), remedy_for(error.code));
-    problem.table = table;
+    Finding problem = file_problem(file, "cannot be read: " + printable(error.what()), remedy_for(error.code));
+    problem.address.table = table.empty() ? "" : std::string_view(model_table(table).name);
     return problem;
 }
 

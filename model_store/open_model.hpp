@@ -23,9 +23,9 @@ void distrust(const Database& database);
 void check_quickly(const Database& database, const std::filesystem::path& file, ProblemList& problems);
 
 /// Says of a whole file what is wrong with it.
-[[nodiscard]] StoreProblem file_problem(const std::filesystem::path& file, std::string message, std::string remedy);
+[[nodiscard]] Finding file_problem(const std::filesystem::path& file, const std::string& message, std::string remedy);
 /// Says so when SQLite found it, in the table that was being read, if any.
-[[nodiscard]] StoreProblem file_problem(const std::filesystem::path& file, const SqliteError& error,
-                                        const std::string& table);
+[[nodiscard]] Finding file_problem(const std::filesystem::path& file, const SqliteError& error,
+                                   const std::string& table);
 
 } // namespace velm

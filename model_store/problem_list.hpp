@@ -16,7 +16,7 @@ public:
     explicit ProblemList(std::size_t most) : most_(std::max<std::size_t>(most, 1)) {}
 
     /// Throws StoreError with what was collected when there is no room for another.
-    void add(StoreProblem problem)
+    void add(Finding problem)
     {
         if (found_.size() >= most_) {
             throw StoreError(std::move(found_), true);
@@ -35,7 +35,7 @@ public:
 
 private:
     std::size_t most_;
-    std::vector<StoreProblem> found_;
+    std::vector<Finding> found_;
 };
 
 } // namespace velm

@@ -43,7 +43,7 @@ void check_but_for_missing(const std::filesystem::path& file, std::size_t missin
     try {
         check_model(file, options);
     } catch (const StoreError& error) {
-        const auto is_null = [](const StoreProblem& problem) { return problem.value == "NULL"; };
+        const auto is_null = [](const Finding& problem) { return problem.value == "NULL"; };
         if (error.problems.size() > missing || !std::all_of(error.problems.begin(), error.problems.end(), is_null)) {
             throw;
         }

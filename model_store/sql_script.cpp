@@ -53,7 +53,9 @@ void run_script(const Database& database, const SqlScript& script, const RunStat
             }
         } catch (const SqliteError& error) {
             const std::string place = (script.name.empty() ? "" : script.name + ", ") + "line " + std::to_string(line);
-            throw StoreError({{"", place, "", beginning_of(rest), printable(error.what()), remedy}}, false);
+            throw StoreError(
+                {database_finding({}, "", place + ": '" + beginning_of(rest) + "' " + printable(error.what()), remedy)},
+                false);
         }
         next.remove_suffix(std::min<std::size_t>(next.size(), 1));
         skip_to(next);

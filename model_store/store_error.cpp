@@ -6,38 +6,27 @@ namespace velm {
 
 namespace {
 
-std::string joined(const std::vector<StoreProblem>& problems, bool more)
+std::string joined(const std::vector<Finding>& problems, bool more)
 {
     std::string lines;
-    for (const StoreProblem& problem : problems) {
-        lines.append(lines.empty() ? "" : "\n").append(problem.text());
+    for (const Finding& problem : problems) {
+        lines.append(lines.empty() ? "" : "\n").append(in_words(problem));
     }
     return more ? lines + "\nand more; put these right first" : lines;
 }
 
 } // namespace
 
-std::string StoreProblem::text() const
+Finding database_finding(const Address& address, std::string value, const std::string& message, std::string remedy)
 {
-    std::string place;
-    const auto append = [&place](const char* kind, const std::string& part) {
-        if (!part.empty()) {
-            place.append(place.empty() ? "" : ", ").append(kind).append(part);
-        }
-    };
-    append("table ", table);
-    append("", row);
-    append("column ", column);
-
-    std::string line = place.empty() ? "" : place + ": ";
-    if (!value.empty()) {
-        line += "'" + value + "' ";
-    }
-    line += message;
-    return remedy.empty() ? line : line + "; " + remedy;
+    return {.rule = &database_row,
+            .address = address,
+            .message = (value.empty() ? "" : "'" + value + "' ") + message,
+            .value = std::move(value),
+            .remedy = std::move(remedy)};
 }
 
-StoreError::StoreError(std::vector<StoreProblem> found, bool more_than_listed)
+StoreError::StoreError(std::vector<Finding> found, bool more_than_listed)
     : std::runtime_error(joined(found, more_than_listed)), problems(std::move(found)), more(more_than_listed)
 {
 }

@@ -222,24 +222,24 @@ void TableReader::read_value(const ColumnText& text, std::string& value)
 void TableReader::check_segment(std::string_view column, std::int64_t segment)
 {
     if (!load_.segments.contains({segment, 0})) {
-        load_.problems.add(missing_segment(load_, row_in_words(), column, segment));
+        load_.problems.add(missing_segment(load_, address(column), segment));
     }
 }
 
-void TableReader::report(std::string_view column, std::string value, std::string message, std::string remedy)
+void TableReader::report(std::string_view column, std::string value, const std::string& message, std::string remedy)
 {
-    load_.problems.add(
-        {shape_.name, row_in_words(), std::string(column), std::move(value), std::move(message), std::move(remedy)});
+    load_.problems.add(database_finding(address(column), std::move(value), message, std::move(remedy)));
 }
 
-std::string TableReader::row_in_words() const
+Address TableReader::address(std::string_view column) const
 {
-    std::vector<std::string> keys;
-    keys.reserve(depth_ + 1);
+    Address address{shape_.name, column};
     for (std::size_t key = 0; key <= depth_; ++key) {
-        keys.push_back(value_in_words(static_cast<int>(key)));
+        const int at = static_cast<int>(key);
+        const bool is_number = sqlite3_column_type(statement_.handle(), at) == SQLITE_INTEGER;
+        address.numbers.at(key) = is_number ? sqlite3_column_int64(statement_.handle(), at) : 0;
     }
-    return shape_.row_in_words(keys);
+    return address;
 }
 
 /// What has no text of its own is described.
@@ -254,15 +254,12 @@ std::string TableReader::value_in_words(int column) const
     }
 }
 
-StoreProblem missing_segment(const LoadState& load, std::string row, std::string_view column, std::int64_t segment)
+Finding missing_segment(const LoadState& load, const Address& address, std::int64_t segment)
 {
     const std::size_t segments = load.segments.all().size();
-    return {load.table,
-            std::move(row),
-            std::string(column),
-            std::to_string(segment),
-            "is not a segment of the model",
-            segments == 0 ? "add segments first" : "the segments are numbered from 1 to " + std::to_string(segments)};
+    return database_finding(address, std::to_string(segment), "is not a segment of the model",
+                            segments == 0 ? "add segments first"
+                                          : "the segments are numbered from 1 to " + std::to_string(segments));
 }
 
 } // namespace velm

@@ -83,9 +83,9 @@ public:
     [[nodiscard]] float real(std::string_view column);
 
     /// Reports the current row.
-    void report(std::string_view column, std::string value, std::string message, std::string remedy);
-    /// The current row's key in words: "system 3, boundary 2, pair 17".
-    [[nodiscard]] std::string row_in_words() const;
+    void report(std::string_view column, std::string value, const std::string& message, std::string remedy);
+    /// A datum of the current row. Of a key that is no integer, the numbers before it.
+    [[nodiscard]] Address address(std::string_view column) const;
 
 private:
     void read_keys();
@@ -118,7 +118,6 @@ private:
 };
 
 /// Says of a column that names a segment that the segment does not exist.
-[[nodiscard]] StoreProblem missing_segment(const LoadState& load, std::string row, std::string_view column,
-                                           std::int64_t segment);
+[[nodiscard]] Finding missing_segment(const LoadState& load, const Address& address, std::int64_t segment);
 
 } // namespace velm

@@ -67,14 +67,6 @@ std::string TableShape::insertion(std::size_t rows) const
     return sql;
 }
 
-std::string TableShape::key_word(std::size_t key) const
-{
-    if (columns[key] != "number") {
-        return name_in_words(columns[key]);
-    }
-    return std::string_view(name).ends_with("_value") ? "pair" : name_in_words(name);
-}
-
 const std::vector<TableShape>& model_tables()
 {
     return reference().tables;

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <type_traits>
 #include <vector>
 
 namespace velm {
@@ -21,24 +20,6 @@ struct TableShape {
     [[nodiscard]] std::string column_list() const;
     /// A statement that inserts so many rows at once.
     [[nodiscard]] std::string insertion(std::size_t rows) const;
-    /// What a key column counts, in words: "flow field" for flow_field, "pair" for a time series' number.
-    [[nodiscard]] std::string key_word(std::size_t key) const;
-    /// A row by the first of its keys, given as numbers or in words: "system 3, boundary 2, pair 17".
-    template <class Keys>
-    [[nodiscard]] std::string row_in_words(const Keys& values) const
-    {
-        std::string words;
-        for (std::size_t key = 0; const auto& value : values) {
-            words += (key == 0 ? "" : ", ") + key_word(key) + " ";
-            if constexpr (std::is_arithmetic_v<std::remove_cvref_t<decltype(value)>>) {
-                words += std::to_string(value);
-            } else {
-                words += value;
-            }
-            ++key;
-        }
-        return words;
-    }
 };
 
 /// The tables of model_schema(), read from SQLite itself, so that the schema's text is the only place that lists them.

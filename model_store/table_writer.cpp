@@ -102,12 +102,10 @@ void TableWriter::insert(Statement& statement, std::span<const Row> rows)
     sqlite3_reset(statement.handle());
 }
 
-void TableWriter::refuse(const RowNumbers& numbers, std::string_view column, std::string value, std::string message,
-                         std::string remedy) const
+void TableWriter::refuse(const RowNumbers& numbers, std::string_view column, std::string value,
+                         const std::string& message, std::string remedy) const
 {
-    const auto* const end = std::find(numbers.begin(), numbers.begin() + shape_.keys, 0);
-    throw StoreError({{shape_.name, shape_.row_in_words(std::span(numbers.begin(), end)), std::string(column),
-                       std::move(value), std::move(message), std::move(remedy)}},
+    throw StoreError({database_finding({shape_.name, column, numbers}, std::move(value), message, std::move(remedy))},
                      false);
 }
 

@@ -36,8 +36,8 @@ public:
     void add(const RowNumbers& numbers, std::span<const float> reals);
     void flush();
 
-    [[noreturn]] void refuse(const RowNumbers& numbers, std::string_view column, std::string value, std::string message,
-                             std::string remedy) const;
+    [[noreturn]] void refuse(const RowNumbers& numbers, std::string_view column, std::string value,
+                             const std::string& message, std::string remedy) const;
 
 private:
     static constexpr std::size_t rows_at_once = 50;

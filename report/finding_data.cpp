@@ -2,27 +2,15 @@
 #include "model_diff/report.hpp"
 #include "report/parts.hpp"
 
-#include "model_check/report.hpp"
-
-#include <cctype>
-
 namespace velm {
 namespace {
 
 /// The address that the page follows: the table and the numbers of the row's key.
-std::string address_of(const Finding& finding)
+std::string address_of(const Address& place)
 {
-    std::string address = finding.table;
-    for (std::size_t i = 0; i < finding.row.size(); ++i) {
-        const auto is_digit = [&](std::size_t at) {
-            return std::isdigit(static_cast<unsigned char>(finding.row[at])) != 0;
-        };
-        if (is_digit(i) && i > 0 && finding.row[i - 1] == ' ') {
-            address += ',';
-            for (; i < finding.row.size() && is_digit(i); ++i) {
-                address += finding.row[i];
-            }
-        }
+    std::string address(place.table);
+    for (std::size_t key = 0; key < place.numbers.size() && place.numbers.at(key) != 0; ++key) {
+        address.append(",").append(std::to_string(place.numbers.at(key)));
     }
     return address;
 }
@@ -42,24 +30,20 @@ void put_findings(PageData& data, const Report& report)
 {
     data.begin_object("findings");
     data.begin_array("codes");
-    for (std::size_t kind = 0; kind < number_of_finding_kinds; ++kind) {
-        if (report.findings.found.at(kind) == 0) {
-            continue;
-        }
-        const FindingRule& rule = rule_of(static_cast<FindingKind>(kind));
+    for (const auto& [code, count] : report.findings.counts) {
         data.begin_object();
-        data.put_utf8("code", rule.code);
-        data.put_utf8("name", rule.name);
-        data.put_utf8("level", name_of(rule.level));
-        data.put_utf8("remedy", rule.remedy);
-        data.put_count("count", report.findings.found.at(kind));
+        data.put_utf8("code", code);
+        data.put_utf8("name", count.rule->name);
+        data.put_utf8("level", name_of(count.rule->level));
+        data.put_utf8("remedy", count.rule->remedy);
+        data.put_count("count", count.found);
         data.begin_array("list");
         for (const Finding& finding : report.findings.findings) {
-            if (finding.kind == static_cast<FindingKind>(kind)) {
+            if (finding.rule->code == code) {
                 data.begin_object();
-                data.put_utf8("message", finding.message);
+                data.put_utf8("message", finding.message + (finding.remedy.empty() ? "" : "; " + finding.remedy));
                 data.put_utf8("where", place_of(finding));
-                data.put_utf8("at", address_of(finding));
+                data.put_utf8("at", address_of(finding.address));
                 data.end_object();
             }
         }

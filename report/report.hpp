@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/model.hpp"
-#include "model_check/finding.hpp"
+#include "model_check/file_findings.hpp"
 #include "model_store/model_store.hpp"
 
 #include <cstdint>

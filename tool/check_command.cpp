@@ -1,6 +1,7 @@
 #include "model_check/check_file.hpp"
 #include "model_check/report.hpp"
 #include "model_store/model_store.hpp"
+#include "plain_text/plain_text.hpp"
 #include "tool/commands.hpp"
 #include "tool/exported_model.hpp"
 #include "tool/file_kind.hpp"
@@ -11,6 +12,7 @@
 #include <CLI/CLI.hpp>
 
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -22,17 +24,19 @@ namespace {
 struct CheckArguments {
     std::vector<FileName> files;
     std::string fail_on = "error";
-    std::size_t most = CheckOptions{}.most_of_a_kind;
+    std::size_t most = CheckOptions{}.most_of_a_rule;
     FileName plug_in; ///< empty: the tool's own
     bool json = false;
     bool sarif = false;
     bool quiet = false;
 };
 
-FileFindings check_file(const FileName& file, const CheckArguments& arguments)
+FileFindings check_file(const FileName& file, const CheckArguments& arguments, FindingReport& report)
 {
-    const CheckOptions options{arguments.most};
-    if (kind_of_file(file) == FileKind::input_file) {
+    const CheckOptions options{arguments.most, [&](const Finding& finding) { report.add(finding); }};
+    const bool is_database = kind_of_file(file) == FileKind::database;
+    report.begin_file(file.text(), is_database);
+    if (!is_database) {
         return check_input_file(file, options);
     }
     std::optional<ExportedModel> exported;
@@ -44,28 +48,40 @@ FileFindings check_file(const FileName& file, const CheckArguments& arguments)
 }
 
 /// Checks what can be read; false when something cannot.
-bool check_files(const CheckArguments& arguments, std::vector<FileFindings>& findings)
+bool check_files(const CheckArguments& arguments, FindingReport& report, std::vector<FileFindings>& findings)
 {
     bool all_read = true;
-    const auto report = [&](const std::string& words) {
+    const auto complain = [&](const std::string& words) {
         print_error(words);
         all_read = false;
     };
     for (const FileName& file : arguments.files) {
         try {
-            findings.push_back(check_file(file, arguments));
+            findings.push_back(check_file(file, arguments, report));
+            report.end_file(findings.back());
         } catch (const StoreError& error) {
-            report(error.what());
+            complain(error.what());
         } catch (const std::system_error& error) {
-            report(error.what());
+            complain(error.what());
         } catch (const ToolError& error) {
             if (error.code != ExitCode::model_unreadable) {
                 throw;
             }
-            report(error.what());
+            complain(error.what());
         }
     }
     return all_read;
+}
+
+void print_summary(const std::vector<FileFindings>& findings)
+{
+    for (const FileFindings& file : findings) {
+        for (const std::string& remark : file.remarks) {
+            std::cerr << "velm: " << printable(file.file) << ": " << remark << '\n';
+        }
+    }
+    std::cerr << "velm: checked " << findings.size() << (findings.size() == 1 ? " file: " : " files: ")
+              << counts_in_words(findings) << '\n';
 }
 
 bool has_reached(const std::vector<FileFindings>& files, const std::string& level)
@@ -84,14 +100,14 @@ bool has_reached(const std::vector<FileFindings>& files, const std::string& leve
 
 ExitCode check(const CheckArguments& arguments)
 {
+    const std::unique_ptr<FindingReport> report = arguments.json    ? json_report(std::cout)
+                                                  : arguments.sarif ? sarif_report(std::cout, VELM_VERSION)
+                                                                    : text_report(std::cout);
     std::vector<FileFindings> findings;
-    const bool all_read = check_files(arguments, findings);
-    std::cout << (arguments.json    ? json_report(findings)
-                  : arguments.sarif ? sarif_report(findings, VELM_VERSION)
-                                    : text_report(findings));
+    const bool all_read = check_files(arguments, *report, findings);
+    report->end();
     if (!arguments.quiet) {
-        std::cerr << "velm: checked " << findings.size() << (findings.size() == 1 ? " file: " : " files: ")
-                  << counts_in_words(findings) << '\n';
+        print_summary(findings);
     }
     if (!all_read) {
         return ExitCode::model_unreadable;
@@ -112,7 +128,7 @@ Command check_command(CLI::App& tool)
                      "The least level of findings that makes the exit code 1; error when not given")
         ->check(CLI::IsMember({"note", "warning", "error", "never"}))
         ->type_name("LEVEL");
-    arguments->add_option("--most", values->most, "How many findings of a kind to list for a file; 20 when not given")
+    arguments->add_option("--most", values->most, "How many findings of a rule to list for a file; 20 when not given")
         ->check(CLI::Range(0, 1'000'000'000))
         ->type_name("NUMBER");
     CLI::Option* const json = arguments->add_flag("--json", values->json, "Print the findings as JSON");

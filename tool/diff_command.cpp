@@ -1,4 +1,3 @@
-#include "input_file/input_file.hpp"
 #include "model_diff/model_diff.hpp"
 #include "model_diff/report.hpp"
 #include "tool/commands.hpp"
@@ -14,7 +13,6 @@
 #include <iostream>
 #include <iterator>
 #include <string>
-#include <system_error>
 
 namespace velm {
 namespace {
@@ -29,48 +27,15 @@ struct DiffArguments {
     bool json = false;
 };
 
-/// A file that cannot be read to the last value is not compared: what it lacks would look like a difference, or like
-/// none.
-void refuse_problems(const InputFile& read, const FileName& name)
-{
-    std::uint64_t about_form = 0;
-    for (std::size_t kind = 0; is_about_form(static_cast<ProblemKind>(kind)); ++kind) {
-        about_form += read.problem_counts.at(kind);
-    }
-    if (read.problem_count == about_form) {
-        return;
-    }
-    const auto worst = std::find_if(read.problems.begin(), read.problems.end(),
-                                    [](const InputProblem& problem) { return !is_about_form(problem.kind); });
-    throw ToolError(ExitCode::model_unreadable,
-                    name +
-                        " cannot be compared, for not all of its values can be read; velm check lists what is wrong" +
-                        (worst == read.problems.end() ? "" : ". First:\n  " + worst->text(name.in_words())));
-}
-
-Model read_input(const std::filesystem::path& file, const FileName& name)
-{
-    try {
-        InputFile read = read_input_file(file);
-        refuse_problems(read, name);
-        return std::move(read.model);
-    } catch (const std::system_error& error) {
-        throw ToolError(ExitCode::model_unreadable, error.what());
-    }
-}
-
 /// The model of a file. With `as_exported`, a database's values are those that its input file shows.
 Model read(const FileName& file, FileKind kind, bool as_exported, const DiffArguments& arguments)
 {
-    if (kind == FileKind::input_file) {
-        return read_input(file, file);
-    }
-    Model model = read_model_file(file, false);
-    if (!as_exported) {
+    Model model = read_model_file(file).model;
+    if (kind == FileKind::input_file || !as_exported) {
         return model;
     }
     const PlugIn plug_in(arguments.plug_in.empty() ? default_plug_in() : std::filesystem::path(arguments.plug_in));
-    return read_input(ExportedModel(plug_in, model, false).file(), "the input file of " + file);
+    return read_input_model(ExportedModel(plug_in, model, false).file(), "the input file of " + file).model;
 }
 
 bool have_the_same_bytes(const std::string& one, const std::string& other)
@@ -93,8 +58,8 @@ ExitCode compare(const DiffArguments& arguments)
     const bool form_alone = found.empty() && arguments.tolerance == 0 && both_input_files &&
                             !have_the_same_bytes(arguments.old_file, arguments.new_file);
     if (arguments.json) {
-        std::cout << difference_json(found, arguments.old_file.text(), arguments.new_file.text(), form_alone,
-                                     arguments.all);
+        write_difference_json(std::cout, found, arguments.old_file.text(), arguments.new_file.text(), form_alone,
+                              arguments.all);
     } else if (form_alone) {
         std::cout << "the same model; the files differ in label text, line ends or fill alone\n";
     } else {

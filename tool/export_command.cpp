@@ -140,7 +140,10 @@ void export_model(const ExportArguments& arguments, WholeFile& output, Panel& pa
     const auto start = std::chrono::steady_clock::now();
     const PlugIn plug_in(arguments.plug_in.empty() ? default_plug_in() : fs::path(arguments.plug_in));
     panel.set_outcome("refused");
-    const Model model = read_changed_model_file(arguments.model, arguments.changes, arguments.quiet);
+    ModelFileOptions reading;
+    reading.quiet = arguments.quiet;
+    reading.changes = arguments.changes;
+    Model model = read_model_file(arguments.model, reading).model;
     HeadlessHost host(model, output.content().string());
 
     std::optional<SessionRecorder> recorder;
@@ -163,7 +166,7 @@ void export_model(const ExportArguments& arguments, WholeFile& output, Panel& pa
         throw ToolError(ExitCode::failed, "the export failed, " + still(arguments.output) + ": " + failure);
     }
     const bool counts = arguments.strict || !arguments.quiet;
-    const std::uint64_t overflows = counts ? count_overflows(model, output.content(), written.lines_with_asterisks) : 0;
+    const std::uint64_t overflows = counts ? count_overflows(output.content(), written.lines_with_asterisks) : 0;
     panel.set_outcome("refused");
     refuse_overflows(arguments, overflows);
     const LossSample sample = arguments.quiet ? LossSample{} : sample_losses(model, output.content());
@@ -205,7 +208,7 @@ Command export_command(CLI::App& tool)
 {
     auto values = std::make_shared<ExportArguments>();
     CLI::App* const arguments = tool.add_subcommand("export", "Write a model's input file through the export plug-in");
-    arguments->add_option("MODEL", values->model, "Model database")->required();
+    arguments->add_option("MODEL", values->model, "Model database, or an input file to write anew")->required();
     arguments->add_option("OUTPUT", values->output, "Input file to write; replaced only by a complete one")->required();
     arguments
         ->add_option(

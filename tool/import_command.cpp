@@ -74,25 +74,16 @@ InputFile read(const ImportArguments& arguments)
     }
 }
 
-std::string list_of_problems(const InputFile& file, const FileName& name)
-{
-    std::string lines;
-    for (const InputProblem& problem : file.problems) {
-        lines += "\n  " + problem.text(name.in_words());
-    }
-    const std::uint64_t others = file.problem_count - file.problems.size();
-    return others == 0 ? lines : lines + "\n  and " + std::to_string(others) + " more";
-}
-
 /// Whether nothing is wrong but what --lenient lets pass: values that the file does not show, and other ways to write
 /// the same values.
 bool is_passable(const InputFile& file)
 {
-    std::uint64_t passable = file.problem_counts.at(static_cast<std::size_t>(ProblemKind::no_value));
-    for (std::size_t kind = 0; is_about_form(static_cast<ProblemKind>(kind)); ++kind) {
-        passable += file.problem_counts.at(kind);
-    }
-    return passable == file.problem_count;
+    return file.about_form + file.asterisks == file.problem_count;
+}
+
+std::string problems_in_words(const ImportArguments& arguments, const InputFile& file)
+{
+    return list_of_problems(arguments.input.in_words(), file.problems, file.problem_count);
 }
 
 void refuse_problems(const ImportArguments& arguments, const InputFile& file)
@@ -102,8 +93,7 @@ void refuse_problems(const ImportArguments& arguments, const InputFile& file)
     }
     const char* const advice = is_passable(file) ? "\n  With --lenient it is imported all the same" : "";
     throw ToolError(ExitCode::model_unreadable, arguments.input + " cannot be imported, " + arguments.model +
-                                                    " is not written:" + list_of_problems(file, arguments.input) +
-                                                    advice);
+                                                    " is not written:" + problems_in_words(arguments, file) + advice);
 }
 
 void save(const ImportArguments& arguments, const InputFile& file)
@@ -156,7 +146,7 @@ ExitCode import_file(const ImportArguments& arguments)
         return ExitCode::done;
     }
     print_error(arguments.model + " does not hold " + arguments.input + " as it stands" + gaps_in_words(file) + ':' +
-                list_of_problems(file, arguments.input));
+                problems_in_words(arguments, file));
     return ExitCode::findings;
 }
 

@@ -156,7 +156,7 @@ void print_series(const Model& model)
 
 ExitCode print_info(const FileName& database)
 {
-    const Model model = read_model_file(database, false);
+    const Model model = read_model_file(database).model;
     line("model") << database << '\n';
     print_run(model);
     print_segments(model);
@@ -176,7 +176,7 @@ Command info_command(CLI::App& tool)
 {
     auto database = std::make_shared<FileName>();
     CLI::App* const arguments = tool.add_subcommand("info", "Print what a model has");
-    arguments->add_option("MODEL", *database, "Model database")->required();
+    arguments->add_option("MODEL", *database, "Model database or input file")->required();
     arguments->footer("Example:\n"
                       "  velm info estuary.db\n\n"
                       "Times are those of the database, most often days from the start.");

@@ -1,12 +1,16 @@
 #pragma once
 
+#include "model/finding.hpp"
 #include "model/model.hpp"
 #include "model_store/model_store.hpp"
+#include "tool/file_kind.hpp"
 #include "tool/file_name.hpp"
 
 #include <CLI/CLI.hpp>
 
+#include <filesystem>
 #include <functional>
+#include <span>
 #include <string>
 
 namespace velm {
@@ -15,16 +19,33 @@ namespace velm {
 /// the help, `reason` says why a stream cannot take its place.
 void refuse_stream(const FileName& file, const std::string& argument, const std::string& reason);
 
-/// Loads the model that a command was given, with the rows counted on a terminal unless `quiet`. Whatever keeps it
-/// from being read is a ToolError (model_unreadable) whose text lists all that was found.
-[[nodiscard]] Model read_model_file(const FileName& database, bool quiet);
+/// The model that a file holds, and what its reader found.
+struct ModelFile {
+    Model model;
+    FileKind kind{};
+    std::vector<Finding> findings; ///< in an input file; the first of them
+};
 
-/// The same of a copy that the SQL of the file `changes`, if there is one, has changed. Says on standard error which
-/// statement changed no row, unless `quiet`.
-[[nodiscard]] Model read_changed_model_file(const FileName& database, const FileName& changes, bool quiet);
+struct ModelFileOptions {
+    bool quiet = false;         ///< no progress on the terminal, and nothing about changes
+    FileName changes{};         ///< SQL that a private copy of the database is changed by; empty: none
+    bool unsure_values = false; ///< also take an input file of which not all values can be read
+};
+
+/// Loads the model that a command was given, from a database or an input file. Whatever keeps it from being read is a
+/// ToolError (model_unreadable) whose text lists all that was found.
+[[nodiscard]] ModelFile read_model_file(const FileName& file, const ModelFileOptions& options = {});
+
+/// The same from what is known to be an input file, which messages call `name`.
+[[nodiscard]] ModelFile read_input_model(const std::filesystem::path& file, const std::string& name,
+                                         const ModelFileOptions& options = {});
 
 /// The store's words: below a line that names the file, or alone when they are about the file as a whole.
 [[nodiscard]] std::string problems_text(const std::string& heading, const StoreError& error);
+
+/// A line for each problem in an input file, after a line end, and one for those of `count` that are not listed.
+[[nodiscard]] std::string list_of_problems(const std::string& file, std::span<const Finding> problems,
+                                           std::uint64_t count);
 
 /// The database that a command creates.
 struct NewModelFile {

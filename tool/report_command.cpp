@@ -1,4 +1,3 @@
-#include "input_file/input_file.hpp"
 #include "model_check/check_file.hpp"
 #include "plain_text/plain_text.hpp"
 #include "report/report.hpp"
@@ -54,20 +53,6 @@ std::string output_of(const ReportArguments& arguments)
     return output.string();
 }
 
-struct ReadModel {
-    Model model;
-    FileKind kind{};
-};
-
-ReadModel read(const std::string& file, bool quiet)
-{
-    const FileKind kind = kind_of_file(file);
-    if (kind == FileKind::database) {
-        return {read_model_file(file, quiet), kind};
-    }
-    return {read_input_file(file).model, kind};
-}
-
 std::vector<SegmentPlace> segment_places(const std::string& database)
 {
     try {
@@ -92,10 +77,13 @@ ExitCode write(const ReportArguments& arguments)
     const std::string output = output_of(arguments);
     refuse_one_file({{"OUT", output}, {"MODEL", arguments.model}, {"OTHER", arguments.against}});
     WholeFile file(output, Standing::replaced);
-    const ReadModel read_model = read(arguments.model, arguments.quiet);
+    ModelFileOptions reading;
+    reading.quiet = arguments.quiet;
+    reading.unsure_values = true;
+    const ModelFile read = read_model_file(arguments.model, reading);
     Report report;
-    report.model = &read_model.model;
-    report.database = read_model.kind == FileKind::database;
+    report.model = &read.model;
+    report.database = read.kind == FileKind::database;
     report.file = shown(fs::path(arguments.model).filename());
     report.title = arguments.title.empty()    ? shown(fs::path(arguments.model).stem())
                    : is_utf8(arguments.title) ? arguments.title
@@ -106,10 +94,10 @@ ExitCode write(const ReportArguments& arguments)
     if (report.database) {
         report.places = segment_places(arguments.model);
     }
-    report.findings = findings_of(arguments.model, read_model.kind, arguments.quiet);
-    std::optional<ReadModel> other;
+    report.findings = findings_of(arguments.model, read.kind, arguments.quiet);
+    std::optional<ModelFile> other;
     if (!arguments.against.empty()) {
-        other = read(arguments.against, arguments.quiet);
+        other = read_model_file(arguments.against, reading);
         report.old_model = &other->model;
         report.old_file = shown(fs::path(arguments.against).filename());
     }

@@ -53,8 +53,9 @@ InputFile read_text(const std::string& bytes, const ReadOptions& options)
 std::string problems_of(const InputFile& file)
 {
     std::string lines;
-    for (const InputProblem& problem : file.problems) {
-        lines += problem.text("file") + '\n';
+    for (const Finding& problem : file.problems) {
+        lines += "file:" + std::to_string(problem.place.line) + ':' + std::to_string(problem.place.column) + ": " +
+                 place_in_words(problem) + ": " + problem.message + '\n';
     }
     return lines;
 }

@@ -56,7 +56,7 @@ class ImportTest(ToolCase):
         written = self.put("a.inp", change=lambda text: text.replace(b"    30.125 ", b"********** "))
         code, _, err = self.velm("import", "a.inp", "model.db")
         self.assertEqual(code, 3)
-        self.assertIn("a.inp:22:1: segments, bed compaction time step: '**********' holds no value", err)
+        self.assertIn("a.inp:22:1: error V101 field overflow: segments, bed compaction time step: '**********' holds no value", err)
         self.assertIn("With --lenient", err)
         code, _, err = self.velm("import", "a.inp", "model.db", "--lenient", "--quiet")
         self.assertEqual(code, 1)

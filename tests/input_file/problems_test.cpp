@@ -37,51 +37,53 @@ TEST(Problems, name_the_place_the_field_its_text_and_what_belongs_there)
     const Change changes[] = {
         // a field
         {"     365.5", "365.5     ",
-         "file:5:1: system information, julian end time: '365.5     ' is a number written in another way; "
+         "file:5:1: system information, julian end time: '365.5     ' is a number written in another way, "
          "expected '     365.5'\n"},
         {"  1  8.25000  1.00000", " 1 8.25000  1.00000",
-         "file:187:1: initial conditions, initial condition: ' 1 8.25000  1.00000' is spaced in another way; expected "
+         "file:187:1: initial conditions, initial condition: ' 1 8.25000  1.00000' is spaced in another way, expected "
          "two "
          "blanks before each number, or one and a minus sign, and nothing after the last\n"},
         // a text
         {std::string("Mouth\0 ", 7), "Mouth  ",
-         "file:26:11: segments, name: 'Mouth                                   ' is a name without a NUL after it; "
+         "file:26:11: segments, segment 2, name: 'Mouth                                   ' is a name without a NUL "
+         "after it, "
          "expected one NUL, then blanks\n"},
         // a number that tells what a record is
         {"    7      3 ", "    7      4 ",
-         "file:1:11: system information, version: ' 4' is not the number that belongs here; expected ' 3'\n"},
+         "file:1:11: system information, version: ' 4' is not the number that belongs here, expected ' 3'\n"},
         {"     Flow Field   2", "     Flow Field   3",
-         "file:45:19: flow paths, heading of the flow field: '     Flow Field   3' is another text; expected "
+         "file:45:19: flow paths, heading of the flow field: '     Flow Field   3' is another text, expected "
          "'     Flow Field   2'\n"},
         {"River discharge from head to s\n", "River discharge from head to S\n",
          "file:65:1: flow time series, description: 'River discharge from head to S' is not what an earlier section "
-         "has; "
+         "has, "
          "expected 'River discharge from head to s'\n"},
         // segments
         {"    2               Boundary Segment", "    0               Boundary Segment",
-         "file:121:1: boundaries, segment: '    0' is not a segment of the model; expected a number from 1 to 3\n"},
+         "file:121:1: boundaries, system 1, boundary 2, segment: '    0' is not a segment of the model, expected a "
+         "number from 1 to 3\n"},
         // types
         {"ISC #:     6 Instance:     1", "ISC #:    31 Instance:     1",
-         "file:178:24: constants, instance: '    1' is not above the instance before it; expected a number above 1\n"},
+         "file:178:24: constants, instance: '    1' is not above the instance before it, expected a number above 1\n"},
         // counts
         {"    3               Number of Systems\n Diss", "    2               Number of Systems\n Diss",
-         "file:113:1: boundaries, Number of Systems: '    2' is not the number that an earlier section has; expected "
+         "file:113:1: boundaries, Number of Systems: '    2' is not the number that an earlier section has, expected "
          "3\n"
-         "file:126:1: loads, banner: ' Ammonia\\x00                      ' is another record, of 31 characters; "
+         "file:126:1: loads, banner: ' Ammonia\\x00                      ' is another record, of 31 characters, "
          "expected the record 'banner' of 78 characters\n"},
         {"    3\n     Initial conditions", "    4\n     Initial conditions",
-         "file:181:1: initial conditions, number of segments: '    4' is not the number that an earlier section has; "
+         "file:181:1: initial conditions, number of segments: '    4' is not the number that an earlier section has, "
          "expected 3\n"
          "file:190:1: initial conditions, initial condition: '     Initial conditions for system  2 Silt\\x00          "
-         "' is another record, of 53 characters; expected the record 'initial condition' of 3 numbers\n"},
+         "' is another record, of 53 characters, expected the record 'initial condition' of 3 numbers\n"},
         {"    7               Number of Flow Fields", "    8               Number of Flow Fields",
-         "file:61:1: flow time series, Number of Flow Fields: '    8' is not the number that an earlier section has; "
+         "file:61:1: flow time series, Number of Flow Fields: '    8' is not the number that an earlier section has, "
          "expected 7\n"
          "file:87:1: flow time series, name of the flow field: ' ======================== Segment Dispersion/Exhange "
-         "===========================...' is another record, of 88 characters; expected ' Flow Field 8\\x00            "
+         "===========================...' is another record, of 88 characters, expected ' Flow Field 8\\x00            "
          "               '\n"},
         {"    2               Number of Constants", "    1               Number of Constants",
-         "file:176:1: constants, Number of Constants: '1' is too low: there are more records of their kind; expected "
+         "file:176:1: constants, Number of Constants: '1' is too low: there are more records of their kind, expected "
          "the "
          "number of records\n"},
     };
@@ -99,8 +101,8 @@ TEST(Problems, are_all_collected_over_a_section_that_is_lost)
     EXPECT_FALSE(file.whole);
     EXPECT_EQ(problems_of(file),
               "file:63:1: flow time series, Number of inflows: '      1.000000      0.028317  Flow Scale & Conversion "
-              "Factors' is another record, of 61 characters; expected the record 'Number of inflows' of 37 characters\n"
-              "file:136:1: loads, load scale factor: '      3,000000' is not a number; expected a number\n");
+              "Factors' is another record, of 61 characters, expected the record 'Number of inflows' of 37 characters\n"
+              "file:136:1: loads, system 1, load scale factor: '      3,000000' is not a number, expected a number\n");
     EXPECT_EQ(file.model.systems.at(0).boundaries.items.size(), 2U); // read after the lost section
 }
 

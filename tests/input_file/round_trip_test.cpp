@@ -28,8 +28,8 @@ TEST(ExportAfterImport, gives_the_bytes_of_the_golden_files_back)
         const InputFile file = read_text(bytes);
         if (golden.stem() == "numbers") { // full of numbers that no field holds
             EXPECT_GT(file.gaps.size(), 20U);
-            for (const InputProblem& problem : file.problems) {
-                EXPECT_EQ(problem.raw.find_first_not_of('*'), std::string::npos) << problem.text("numbers.inp");
+            for (const Finding& problem : file.problems) {
+                EXPECT_EQ(problem.text.find_first_not_of('*'), std::string::npos) << problem.message;
             }
         } else {
             EXPECT_EQ(problems_of(file), "");

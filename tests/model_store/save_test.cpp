@@ -92,7 +92,7 @@ TEST_F(Save, leaves_the_place_of_a_missing_value_empty_until_it_is_filled)
     save_model(model, file("gaps.db"), {.missing = missing});
     EXPECT_EQ(
         load_error(file("gaps.db")),
-        "table model, model 1, column restart: 'NULL' is not an integer; store an integer\n"
+        "table model, column restart: 'NULL' is not an integer; store an integer\n"
         "table boundary, system 1, boundary 1, column segment: 'NULL' is not an integer; store an integer\n"
         "table boundary_value, system 1, boundary 1, pair 2, column time: 'NULL' is not a number; store a number\n"
         "table parameter_value, parameter type 1, parameter 2, segment 3, column value: 'NULL' is not a number; "

@@ -152,7 +152,7 @@ class Diff(Files):
         self.assertEqual(self.velm("export", "deep.db", "deep.inp", "--quiet")[0], 0)
         code, text, messages = self.velm("diff", "river.inp", "deep.inp")
         self.assertEqual((code, text), (3, ""))
-        self.assertRegex(messages, r"^velm: deep.inp cannot be compared, .+\n  deep.inp:\d+:21: segments, volume: ")
+        self.assertRegex(messages, r"^velm: deep.inp cannot be used, .+\n  deep.inp:\d+:21: error V101 .+: segments, segment 2, volume: ")
 
 
 if __name__ == "__main__":

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "model/model.hpp"
+#include "model_check/file_findings.hpp"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace velm {
+
+/// Runs all rules on what the values of `model` mean, and says each finding with its address.
+void check_values(const Model& model, const std::function<void(Finding finding)>& report);
+
+/// What rules leave out of this model, a sentence each.
+[[nodiscard]] std::vector<std::string> remarks_on(const Model& model);
+
+} // namespace velm

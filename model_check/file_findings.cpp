@@ -1,0 +1,38 @@
+#include "model_check/file_findings.hpp"
+
+namespace velm {
+
+std::uint64_t FileFindings::count(Level level) const
+{
+    std::uint64_t sum = 0;
+    for (const auto& [code, count] : counts) {
+        sum += count.rule->level == level ? count.found : 0;
+    }
+    return sum;
+}
+
+void FindingList::count(const FindingRule& rule, std::uint64_t number)
+{
+    if (number > 0) {
+        RuleCount& count = to_.counts[rule.code];
+        count.rule = &rule;
+        count.found += number;
+    }
+}
+
+void FindingList::add(Finding finding)
+{
+    count(*finding.rule, 1);
+    RuleCount& already = to_.counts.at(finding.rule->code);
+    if (already.listed == most_) {
+        return;
+    }
+    ++already.listed;
+    if (on_finding_) {
+        on_finding_(finding);
+    } else {
+        to_.findings.push_back(std::move(finding));
+    }
+}
+
+} // namespace velm
