@@ -108,7 +108,7 @@ ModelFile read_input_model(const std::filesystem::path& file, const std::string&
 
 ModelFile read_model_file(const FileName& file, const ModelFileOptions& options)
 {
-    refuse_stream(file, "MODEL", why_no_stream);
+    refuse_stream(file, "MODEL", "it is read more than once, which a stream cannot be; give a file name");
     try {
         const FileKind kind = kind_of_file(file);
         if (kind == FileKind::database) {

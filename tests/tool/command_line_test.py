@@ -24,7 +24,7 @@ class Usage(ToolCase):
         (["export", "m.db", "o.inp", "--panel"], "velm: --panel: 1 required FILE missing; velm help export explains\n"),
         (["export", "m.db", "-"], "velm: OUTPUT cannot be '-': an export replaces its file only when it is whole, which a stream cannot; give a file name\n"),
         (["export", "m.db", ""], "velm: OUTPUT is empty; give a file name\n"),
-        (["export", "-", "o.inp"], "velm: MODEL cannot be '-': SQLite keeps a database in a file, not in a stream; give a file name\n"),
+        (["export", "-", "o.inp"], "velm: MODEL cannot be '-': it is read more than once, which a stream cannot be; give a file name\n"),
         (["export", "m.db", "o.inp", "--panel", "-"], "velm: The panel's file cannot be '-': the page is saved in a file; give a file name\n"),
         (["export", "m.db", "m.db"], "velm: OUTPUT and MODEL are the same file, m.db; one would replace the other\n"),
         (["export", "m.db", "link.db"], "velm: OUTPUT and MODEL are the same file, link.db; one would replace the other\n"),
@@ -230,11 +230,15 @@ class Given(ToolCase):
     def test_the_other_kind(self):
         self.make_model()
         self.assertEqual(self.velm("export", "model.db", "model.inp", "--quiet"), (0, "", ""))
-        for command, said in [
-            (["import", "model.db", "new.db"], "model.db is a database already; give an input file"),
-            (["info", "model.inp"], "model.inp is an input file; velm import makes a database of it, which is wanted here"),
+        for command, code, said in [
+            (["import", "model.db", "new.db"], 3, "model.db is a database already; give an input file"),
+            (["export", "model.inp", "o.inp", "--sql", "c.sql"], 2,
+             "model.inp is an input file, which SQL cannot change; import it first"),
         ]:
-            self.assertEqual(self.velm(*command), (3, "", f"velm: {said}\n"))
+            self.assertEqual(self.velm(*command), (code, "", f"velm: {said}\n"))
+        self.assertEqual(self.velm("export", "model.inp", "again.inp", "--quiet"), (0, "", ""))
+        self.assertEqual((self.directory / "again.inp").read_bytes(), (self.directory / "model.inp").read_bytes())
+        self.assertIn("systems               2\n", self.velm("info", "model.inp")[1])
 
     def test_without_the_right_to_read(self):
         self.make_model()
