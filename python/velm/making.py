@@ -41,7 +41,7 @@ class Making(StoredSeries):
             data["volume"] = length * width * depth
         data.update({"initial_depth": data.pop("depth")} if "depth" in data else {})
         places = {key: data.pop(key) for key in ("x", "y") if key in data}
-        new = (self._next("segment") + numpy.arange(count)).tolist()
+        new: List[int] = (self._next("segment") + numpy.arange(count)).tolist()
         with self._data.transaction():
             self._data.insert("segment", **{**data, "number": new})
             if places:
