@@ -19,6 +19,7 @@ import velm
 ROOT = pathlib.Path(velm.__file__).parents[2]
 # what is there when a page is opened; the rest its own commands make
 PAGES = {
+    "CONTRIBUTING.md": "tests",
     "README.md": "",
     "docs/findings.md": "river.db river.inp",
     "docs/model-database.md": "",
@@ -31,7 +32,7 @@ HELPS = {"check": "estuary.db estuary.inp other.inp", "docs": "",
          "info": "estuary.db", "new": "", "record": "libprevelmwdll_host.so", "replay": "estuary.jsonl desktop.jsonl",
          "report": "estuary.db estuary.inp before.db after.db", "schema": "", "session-to-model": "desktop.jsonl"}
 ELSEWHERE = [  # what other tests run, or these cannot
-    r"\./dev .*", r"\.ci/run.*",  # run these tests
+    r"(PATH=|\./dev |\.ci/run).*",  # run these tests
     r"velm replay .* --export 2 .*",  # of a host's second export: session.whole
     r"CREATE TABLE segment_place .*",  # for a database of an older version, as tool.command_line has one
 ]
@@ -65,7 +66,10 @@ def folder(tmp_path, monkeypatch):
 
 def give(names):
     for name in names.split():
-        shutil.copy(os.environ["GIVEN"] + pathlib.Path(name).suffix, name)
+        if name == "tests":
+            os.symlink(ROOT / name, name)
+        else:
+            shutil.copy(os.environ["GIVEN"] + pathlib.Path(name).suffix, name)
 
 
 def same_shape(line):
@@ -127,6 +131,16 @@ def test_help():
             give(HELPS[command])
             examples = re.search(r"^Examples?:\n((  .*\n)+)", run("velm", "help", command).stdout, re.M)[1]
             Page(f"```sh\n{examples}```\n")
+
+
+def test_rooms_include_only_what_stands_below_them():
+    text = (ROOT / "CONTRIBUTING.md").read_text()
+    rows = re.search(r"## The rooms.*?```\n(.*?)```", text, re.S)[1].splitlines()
+    height = {room: -row for row, rooms in enumerate(rows) for room in rooms.split()}
+    for room in height:
+        for source in [*(ROOT / room).rglob("*.cpp"), *(ROOT / room).rglob("*.h*")]:
+            for other in re.findall(r'^#include "(\w+)/', source.read_text(), re.M):
+                assert other == room or height[other] < height[room], f"{source} includes {other}"
 
 
 def make_records(gauge):
