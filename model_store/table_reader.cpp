@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <stdexcept>
 #include <utility>
 
 namespace velm {
@@ -120,10 +121,12 @@ void TableReader::check_number()
 int TableReader::find(std::string_view column)
 {
     const std::size_t columns = shape_.columns.size();
-    while (shape_.columns[next_column_ % columns] != column) {
-        ++next_column_;
+    for (std::size_t tried = 0; tried < columns; ++tried) {
+        if (const std::size_t index = next_column_++ % columns; shape_.columns[index] == column) {
+            return static_cast<int>(index);
+        }
     }
-    return static_cast<int>(next_column_++ % columns);
+    throw std::logic_error("the schema has no " + shape_.name + '.' + std::string(column)); // until ./dev tables
 }
 
 std::optional<std::int32_t> TableReader::integer(std::string_view column)

@@ -108,6 +108,7 @@ def test_segments_before_and_after_systems(lake):
     assert [row[3:] for row in rows("lake.db", "exchange_pair")] == [(2, 3, 5.25, 10), (3, 0, 0.5, 10),
                                                                      (1, 2, 250, 1000)]
     assert read("lake.db") == ""
+    assert [lake.add_constant(11, 0.1), lake.add_constant(11, 0.2), lake.add_constant(5, 1)] == [(1, 1), (1, 2), (2, 1)]
     lake.remove("segment", 1)
     assert lake.segment_place.reset_index().values.tolist() == [[1, 0, 4], [2, 3, 5]]
 

@@ -34,6 +34,10 @@ ARGUMENTS = [  # a call, and argument, position and value of its ArgumentError
     ("m.add_flow(FLOW, through={(0, 1): 1, (1, 2): 0.5, (1, 3): 0.4, (2, 0): 0.9})", "through", "segment 1", None),
     ("m.add_flow(FLOW, through=[(0, 1, 1), (1, 0)])", "through", 1, (1, 0)),
     ("m.add_flow(FLOW, through=[1])", "through", None, [1]),
+    ("m.add_flow(FLOW, through=pandas.DataFrame({'first_segment': [0]}))", "through", None, None),
+    ("m.add_flow({'soon': 1.0}, through=[0, 1, 0])", "series", 0, "soon"),
+    ("m.add_system('S', boundary_conversion_factor=0) and m.add_boundary(3, 1, 1.0) and m.add_boundary(3, 1, 1.0) and "
+     "m.add_boundary(3, 1, 1.0, unit='g/L')", "unit", None, "g/L"),
     ("m.add_exchange(1.0, between=[1, 2, 0]) and m.add_exchange(1.0, between=[(1, 0, 5)])", "between", 0, (1, 0, 5)),
     ("m.add_segments(0)", "segments", None, 0),
     ("m.add_segments(2, width=[1, 2, 3])", "width", None, None),
