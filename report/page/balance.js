@@ -49,7 +49,8 @@ function stayPicture(all, step) {
     const [left, width, row] = [90, 560, 16];
     const x = (value) => left + ((Math.log10(value) - low) / Math.max(high - low, 1)) * width;
     const height = list.length * row + 40;
-    const powers = Array.from({ length: high - low + 1 }, (_, i) => low + i);
+    const every = Math.ceil((high - low) / 9); // as many as have room
+    const powers = Array.from({ length: high - low + 1 }, (_, i) => low + i).filter((p) => (p - low) % Math.max(every, 1) === 0);
     const text = step > 0 ? `, the maximum time step is ${exact(step)} days` : "";
     return h("figure", {}, svg("svg", { class: "stay", viewBox: `0 0 ${left + width + 60} ${height}`, role: "img",
         "aria-label": `Residence times of the ${list.length} segments with the shortest${text}; the table below has the numbers` },
@@ -61,15 +62,15 @@ function stayPicture(all, step) {
         svg("circle", { class: "mean", cx: x(stay[i]), cy: at * row + 13, r: 3.5 }),
         svg("path", { class: "least", d: `M${x(shortest[i])} ${at * row + 8}v10` }))),
     step > 0 && svg("line", { class: "step", x1: x(step), x2: x(step), y1: 0, y2: height - 32 }),
-    step > 0 && svg("text", { class: "step", x: x(step), y: height - 3, "text-anchor": "middle" }, `maximum time step ${short(step)}`)),
+    step > 0 && svg("text", { class: "step", x: Math.min(Math.max(x(step), 70), left + width - 20), y: height - 3, "text-anchor": "middle" }, `maximum time step ${short(step)}`)),
     h("figcaption", {}, "How long water stays: ● on average, | at the highest flow", list.length < segmentCount ? `; the ${list.length} shortest` : "", "."));
 }
 
 export function startBalance() {
     const { balance } = page;
     const place = find("balance");
-    if (!balance) {
-        place.append(h("p", { class: "quiet" }, page.balance_missing));
+    if (!balance || segmentCount === 0) {
+        place.append(h("p", { class: "quiet" }, page.balance_missing ?? "No segments: no water."));
         return;
     }
     const { totals } = balance;

@@ -26,7 +26,7 @@ export function short(value, digits = 3) {
     if (value === null || value === undefined || Number.isNaN(value)) return "–";
     if (!Number.isFinite(value)) return value > 0 ? "∞" : "−∞";
     const size = Math.abs(value);
-    if (size !== 0 && size < 1e-4) {
+    if ((size !== 0 && size < 9.99e-5) || size >= 1e15) {
         const [front, power] = value.toExponential(digits - 1).split("e");
         const raised = [...power.replace("+", "")].map((c) => (c === "-" ? "⁻" : superscripts[c])).join("");
         return `${Number(front)}${thin}×${thin}10${raised}`.replace("-", "−");
@@ -34,8 +34,8 @@ export function short(value, digits = 3) {
     for (const [limit, word] of [[1e12, "trillion"], [1e9, "billion"], [1e6, "million"]]) {
         if (size >= limit) return `${short(value / limit, digits)} ${word}`;
     }
-    if (size >= 9999.5) return grouped(String(Math.round(value))).replace("-", "−");
-    return String(Number(value.toPrecision(size >= 1000 ? 4 : digits))).replace("-", "−");
+    const whole = size >= 99999.5 ? 6 : size >= 9999.5 ? 5 : size >= 1000 ? 4 : 1;
+    return grouped(String(Number(value.toPrecision(Math.max(whole, digits))))).replace("-", "−");
 }
 
 export const withUnit = (value, unit) => (unit ? `${short(value)} ${unit}` : short(value));

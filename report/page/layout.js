@@ -1,6 +1,6 @@
 // Places for the columns of the network: given by the modeller, or worked out so that water runs from left to right.
 import dagre from "@dagrejs/dagre";
-import { hierarchy, tree } from "d3-hierarchy";
+import { Node, tree } from "d3-hierarchy";
 import { bySegment, numbers, page, segmentCount } from "./data.js";
 import { columnSteps, columns, isBed } from "./network.js";
 
@@ -34,19 +34,22 @@ function treeOf(heights, steps) {
         next[to].push(from);
         leaves[from] = 1;
     }
-    const seen = new Uint8Array(heights.length);
-    const children = heights.map(() => []);
-    const roots = [];
-    const grow = (root) => {
-        if (seen[root]) return;
-        seen[root] = 1;
-        roots.push(root);
-        const queue = [root];
+    // the library's own way from data to nodes takes the square of a river's length
+    const nodes = heights.map((_, c) => new Node(c));
+    const root = new Node(-1);
+    const attach = (node, parent) => {
+        (parent.children ??= []).push(node);
+        node.parent = parent;
+        node.depth = parent.depth + 1;
+    };
+    const grow = (outlet) => {
+        if (nodes[outlet].parent) return;
+        attach(nodes[outlet], root);
+        const queue = [outlet];
         for (const at of queue) {
             for (const other of next[at]) {
-                if (seen[other]) continue;
-                seen[other] = 1;
-                children[at].push(other);
+                if (nodes[other].parent) continue;
+                attach(nodes[other], nodes[at]);
                 queue.push(other);
             }
         }
@@ -54,7 +57,6 @@ function treeOf(heights, steps) {
     heights.forEach((_, c) => leaves[c] || grow(c));
     heights.forEach((_, c) => grow(c));
     const tallest = heights.reduce((most, height) => Math.max(most, height), 0);
-    const root = hierarchy(-1, (c) => (c < 0 ? roots : children[c]));
     tree().nodeSize([tallest + size.between, size.width + size.across])(root);
     const places = [];
     root.each((node) => { if (node.data >= 0) places[node.data] = { x: -node.y, y: node.x }; });
@@ -85,7 +87,7 @@ function fitToView(places, heights) {
     const row = height + tallest + 2 * size.between;
     const rows = Math.round(Math.sqrt(width / (wide * row)));
     const step = size.width + size.across;
-    if (rows >= 3) {
+    if (rows >= 2 && width > 1000) {
         const rowWidth = Math.ceil(width / rows / step) * step;
         for (const place of places) {
             const at = Math.floor((place.x - left) / rowWidth + 1e-6);

@@ -2,7 +2,7 @@
 import { heightOf, size } from "./layout.js";
 import { columnOf, columns, netFlow } from "./network.js";
 
-const stub = 26; // arrow from or to the outside
+const stub = 34; // arrow from or to the outside
 const widest = 16; // of all paths of a link
 const exchangeWidth = 1.5;
 
@@ -39,17 +39,20 @@ function spreadOver(ends) {
 
 const away = { left: [-1, 0], right: [1, 0], top: [0, -1], bottom: [0, 1] };
 
-/** Water from outside comes in at a free side: beside the first segments, below the lowest, else above. */
+/** Water comes in from outside at a free side, and leaves: beside the segment, below the lowest, else above. */
 function outsideSide(link, taken) {
-    const side = link.inward ? "left" : "right";
-    if (!taken.has(`${link.a}${side}`)) return side;
+    const side = (link.inward ? ["left"] : ["right", "left"]).find((one) => !taken.has(`${link.a}${one}`));
+    if (side && !link.exchange) taken.set(`${link.a}${side}`, []);
+    if (side) return side;
     const column = columns[columnOf[link.a]];
     return column.length > 1 && column.at(-1) === link.a ? "bottom" : "top";
 }
 
+const strength = (path) => Math.min(Math.abs(path.flow ?? 0), 3e38);
+
 function widths(link, strongest) {
     if (link.exchange) return link.paths.map(() => exchangeWidth);
-    const wanted = link.paths.map((p) => 1.2 + 6 * Math.sqrt(Math.abs(p.flow) / strongest));
+    const wanted = link.paths.map((p) => 1.2 + 6 * Math.sqrt(strength(p) / strongest));
     const sum = wanted.reduce((a, b) => a + b, 0);
     return wanted.map((w) => (sum > widest ? (w * widest) / sum : w));
 }
@@ -83,7 +86,7 @@ function loop(link, place) {
 
 /** For each link: its strokes, one a path, with their widths, and its heads. */
 export function linkShapes(links, places) {
-    const strongest = links.reduce((most, l) => l.paths.reduce((m, p) => Math.max(m, Math.abs(p.flow ?? 0)), most), 1e-30);
+    const strongest = links.reduce((most, l) => l.paths.reduce((m, p) => Math.max(m, strength(p)), most), 1e-38);
     const ends = new Map();
     for (const link of links.filter(({ a, b }) => b !== 0 && a !== b)) {
         const [a, b] = [box(link.a, places), box(link.b, places)];

@@ -169,11 +169,11 @@ function showWordsBelow() {
 export function startMap(marks) {
     if (segmentCount === 0) {
         find("map").replaceChildren(h("p", { class: "quiet" }, "No segments: there is nothing to draw."));
-        find("map-tools").hidden = true;
+        find("map-tools").hidden = find("panel").hidden = true;
         return;
     }
     places = segmentPlaces();
-    const coarse = segmentCount > mostNamed;
+    const coarse = segmentCount > mostNamed || links.length > 2 * mostNamed;
     drawing = coarse ? drawCanvas(places) : drawSvg(places, marks);
     find("map").append(drawing.element);
     view = makeView(drawing, places);

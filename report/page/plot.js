@@ -41,24 +41,48 @@ function runMarks(u) {
     ctx.restore();
 }
 
+/** As much of a date as the step from tick to tick asks for: 2023-01, 2023-01-31, or the time of day above its date. */
+const dateLabels = (u, ticks, axis, space, step) => ticks.map((tick, i) => {
+    const [day, time] = date(dayOf(tick)).split(" ");
+    if (step >= 28 * 86400) return day.slice(0, -3);
+    return step >= 86400 ? day : `${time ?? "00:00"}${i > 0 && time ? "" : `\n${day}`}`;
+});
+
+// the library's own steps end at 1e16
+const steps = Array.from({ length: 91 }, (_, i) => [1, 2, 5].map((n) => Number(`${n}e${i - 45}`))).flat();
+const multiples = (u, axis, least, greatest, step) => {
+    const first = Math.ceil(least / step);
+    return Array.from({ length: Math.max(0, Math.min(Math.floor(greatest / step) - first + 1, 100)) }, (_, i) => (first + i) * step);
+};
+
+/** With the digits that tell one tick from the next. */
+const axisNumbers = (u, ticks, axis, space, step) => {
+    const greatest = Math.max(...ticks.map(Math.abs));
+    return ticks.map((tick) => short(tick, Math.max(3, Math.ceil(Math.log10(greatest / step)) + 1)));
+};
+
+/** A single pair is shown within the run. */
+const spanOf = (u, least, greatest) => (u.data[0].length > 1 ? [least, greatest]
+    : [Math.min(least, axisTime(0)), Math.max(least, axisTime(end), axisTime(0) + 1)]);
+
 function options(all, width) {
     const units = [...new Set(all.map(({ one }) => unitOf(one)))];
     const ink = style("--ink");
     const palette = lines(darkness.matches);
     const grid = { stroke: style("--rule"), width: 1 };
     const scales = Object.fromEntries(units.map((unit) => [`y ${unit}`, {}]));
-    const axis = (unit, i) => ({ scale: `y ${unit}`, label: unit || "value", side: i % 2 ? 1 : 3, stroke: ink, size: 64, labelSize: 18,
-        grid: i === 0 ? grid : { show: false }, ticks: grid, values: (u, ticks) => ticks.map((tick) => short(tick)) });
+    const axis = (unit, i) => ({ scale: `y ${unit}`, label: unit || "value", side: i % 2 ? 1 : 3, stroke: ink, incrs: steps, splits: multiples, size: 64, labelSize: 18,
+        grid: i === 0 ? grid : { show: false }, ticks: grid, values: axisNumbers });
     return {
-        width, height: 300, padding: [12, 8, 0, 0],
+        width, height: 300, padding: [12, 36, 0, 0],
         tzDate: (time) => uPlot.tzDate(new Date(time * 1000), "Etc/UTC"),
-        scales: { x: { time: hasDates }, ...scales },
-        axes: [{ stroke: ink, grid, ticks: grid, ...(hasDates ? {} : { label: "days", labelSize: 18 }) }, ...units.map(axis)],
+        scales: { x: { time: hasDates, range: spanOf }, ...scales },
+        axes: [{ stroke: ink, grid, ticks: grid, ...(hasDates ? { space: 90, values: dateLabels } : { label: "days", labelSize: 18 }) }, ...units.map(axis)],
         series: [{ label: hasDates ? "date" : "day", value: (u, x) => (x === null ? "–" : hasDates ? `${date(dayOf(x))}, day ${exact(dayOf(x))}` : exact(x)) },
-            ...all.map(({ one, old }, i) => ({
+            ...all.map(({ one, old }) => [one, old, drawn.indexOf(one)]).map(([one, old, i]) => ({
                 label: `${titleOf(one)}${old ? " (before)" : ""}`, scale: `y ${unitOf(one)}`, spanGaps: false,
                 stroke: old ? style("--quiet") : palette[i % palette.length], width: 1.5, dash: old || i >= palette.length ? [6, 4] : undefined,
-                points: { show: undefined }, value: (u, y) => (y === null || y === undefined ? "–" : `${exact(y)} ${unitOf(one)}`),
+                value: (u, y) => (y === null || y === undefined ? "–" : `${exact(y)} ${unitOf(one)}`),
             }))],
         hooks: { draw: [runMarks] },
         legend: { live: true },

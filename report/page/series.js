@@ -100,8 +100,12 @@ export function plotSeries(one, day) {
 }
 
 export function startSeries() {
-    kindButtons();
     list();
+    if (series.length === 0) {
+        for (const one of document.querySelectorAll("#plot, #series-kinds, [aria-labelledby=series-title] .tools")) one.hidden = true;
+        return;
+    }
+    kindButtons();
     find("series-filter").addEventListener("input", list);
     find("series-more").addEventListener("click", () => { shownRows += pageLength; list(); });
     const factors = find("factors");

@@ -41,5 +41,6 @@ export function points(one, { old = false } = {}) {
     const times = numbers(from.times, from.kept);
     const values = numbers(from.values, from.kept);
     const factor = factorOf(from);
-    return { times, values: factor === 1 ? values : values.map((value) => value * factor) };
+    // in double precision: a factor may lead beyond the other
+    return { times, values: factor === 1 ? values : Float64Array.from(values, (value) => value * factor) };
 }

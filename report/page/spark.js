@@ -9,7 +9,7 @@ export function spark(one, width, height) {
     const columns = Array.from({ length: width }, () => null);
     let [least, greatest] = [Infinity, -Infinity];
     values.forEach((value, i) => {
-        if (Number.isNaN(value)) return;
+        if (!Number.isFinite(value)) return;
         least = Math.min(least, value);
         greatest = Math.max(greatest, value);
         const at = last > first ? Math.min(width - 1, Math.max(0, Math.floor(((times[i] - first) / (last - first)) * width))) : 0;

@@ -4,11 +4,11 @@ import { page, visible } from "./data.js";
 import { find, h, name } from "./dom.js";
 import { shows } from "./navigate.js";
 
-/** A cell: numbers with all their digits at hand, texts as they are. */
-export function cell(content, tag = "td") {
-    if (typeof content === "number") return h(tag, { class: "n", title: exact(content), "data-value": exact(content) }, short(content, 4));
-    if (content === null) return h(tag, { class: "n quiet" }, "–");
-    return h(tag, { class: content.length < 45 ? "line" : null }, name(visible(content)));
+/** A cell: numbers with all their digits at hand, to the right where the column has nothing else; texts as they are. */
+export function cell(content, numeric = true) {
+    if (typeof content === "number") return h("td", { class: numeric ? "n" : null, title: exact(content), "data-value": exact(content) }, short(content, 4));
+    if (content === null) return h("td", { class: "n quiet" }, "–");
+    return h("td", { class: content.length < 25 ? "line" : "long" }, name(visible(content)));
 }
 
 /** The heading of a column, above its numbers or its texts. */
@@ -19,10 +19,11 @@ export const wide = (title, content) => h("div", { class: "wide", tabindex: 0, r
 
 function table({ title, columns, rows, table: source }) {
     const id = `table-${source}`;
-    if (rows.length === 0) return h("p", { class: "quiet", id, tabindex: -1 }, `no ${title}`);
+    if (rows.length === 0) return h("p", { class: "quiet", id, tabindex: -1 }, `no ${title.toLowerCase()}`);
+    const numeric = columns.map((_, i) => rows.every(({ cells }) => typeof cells[i] !== "string"));
     return h("details", { open: rows.length <= 40 }, h("summary", { id, tabindex: -1 }, title),
-        wide(title, h("table", {}, h("thead", {}, h("tr", {}, columns.map((column, i) => heading(column, typeof rows[0].cells[i] === "number")))),
-            h("tbody", {}, rows.map(({ at, cells }) => h("tr", { id: at ? `row-${at}` : null, tabindex: at ? -1 : null }, cells.map((content) => cell(content))))))));
+        wide(title, h("table", {}, h("thead", {}, h("tr", {}, columns.map((column, i) => heading(column, numeric[i])))),
+            h("tbody", {}, rows.map(({ at, cells }) => h("tr", { id: at ? `row-${at}` : null, tabindex: at ? -1 : null }, cells.map((content, i) => cell(content, numeric[i]))))))));
 }
 
 export function startTables() {

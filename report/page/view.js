@@ -2,7 +2,7 @@
 import { find } from "./dom.js";
 import { heightOf, size } from "./layout.js";
 
-const margin = 34;
+const margin = 40;
 const closest = 3;
 const closestFit = 1.25;
 
