@@ -1,16 +1,34 @@
+#include "model/real_in_words.hpp"
 #include "model_diff/model_diff.hpp"
 #include "model_diff/report.hpp"
 #include "report/parts.hpp"
+#include "water_balance/series_list.hpp"
+
+#include <algorithm>
 
 namespace velm {
 namespace {
 
-/// The address that the page follows: the table and the numbers of the row's key.
-std::string address_of(const Address& place)
+/// The address that the page follows: a table and the numbers of a row's key.
+std::string address_of(std::string_view table, const RowNumbers& numbers)
 {
-    std::string address(place.table);
-    for (std::size_t key = 0; key < place.numbers.size() && place.numbers.at(key) != 0; ++key) {
-        address.append(",").append(std::to_string(place.numbers.at(key)));
+    std::string address(table);
+    for (std::size_t key = 0; key < numbers.size() && numbers.at(key) != 0; ++key) {
+        address.append(",").append(std::to_string(numbers.at(key)));
+    }
+    return address;
+}
+
+/// Of a pair also its day.
+std::string address_of(const Address& place, const std::vector<SeriesItem>& series)
+{
+    std::string address = address_of(place.table, place.numbers);
+    const auto item = std::find_if(series.begin(), series.end(), [&](const SeriesItem& one) {
+        return one.table == place.table && one.owner == place.numbers[0] && one.number == place.numbers[1];
+    });
+    const auto pair = static_cast<std::size_t>(place.numbers[2]);
+    if (item != series.end() && pair >= 1 && pair <= item->series->times.size()) {
+        address.append(",").append(real_in_words(item->series->times[pair - 1]));
     }
     return address;
 }
@@ -28,6 +46,7 @@ std::string place_of(const Finding& finding)
 
 void put_findings(PageData& data, const Report& report)
 {
+    const std::vector<SeriesItem> series = all_series(*report.model);
     data.begin_object("findings");
     data.begin_array("codes");
     for (const auto& [code, count] : report.findings.counts) {
@@ -43,12 +62,17 @@ void put_findings(PageData& data, const Report& report)
                 data.begin_object();
                 data.put_utf8("message", finding.message + (finding.remedy.empty() ? "" : "; " + finding.remedy));
                 data.put_utf8("where", place_of(finding));
-                data.put_utf8("at", address_of(finding.address));
+                data.put_utf8("at", address_of(finding.address, series));
                 data.end_object();
             }
         }
         data.end_array();
         data.end_object();
+    }
+    data.end_array();
+    data.begin_array("remarks");
+    for (const std::string& remark : report.findings.remarks) {
+        data.put_utf8({}, remark);
     }
     data.end_array();
     data.end_object();
@@ -63,13 +87,7 @@ std::string place_of_difference(const Difference& one)
         return {};
     }
     const bool series = one.change == Change::numbers && !one.numbers.by_segment;
-    std::string address(series ? table_of_values(one.new_place.table) : one.new_place.table);
-    for (const std::int64_t number : one.new_place.numbers) {
-        if (number != 0) {
-            address.append(",").append(std::to_string(number));
-        }
-    }
-    return address;
+    return address_of(series ? table_of_values(one.new_place.table) : one.new_place.table, one.new_place.numbers);
 }
 
 } // namespace

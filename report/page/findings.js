@@ -1,7 +1,7 @@
 // What a check of the model says, by code, each line leading to its place.
 import { page, visible } from "./data.js";
 import { find, h, link, name } from "./dom.js";
-import { count, plural } from "./format.js";
+import { count } from "./format.js";
 
 const shapes = { error: "●", warning: "▲", note: "○" };
 const levels = Object.keys(shapes);
@@ -40,8 +40,5 @@ export function startFindings() {
     const place = find("findings");
     if (codes.length === 0) place.append(h("p", { class: "quiet" }, "Nothing was found."));
     else place.append(filter(), ...[...codes].sort((a, b) => levels.indexOf(a.level) - levels.indexOf(b.level)).map(group));
-    const { losses } = page;
-    if (!losses) return;
-    place.append(h("h3", {}, "What the input file loses"), h("p", {}, losses.sentence),
-        h("ul", { class: "plain" }, losses.kinds.filter((kind) => kind.count > 0).map((kind) => h("li", {}, `${kind.name}: ${plural(kind.count, "value")}`))));
+    place.append(...page.findings.remarks.map((remark) => h("p", { class: "quiet" }, visible(remark), ".")));
 }

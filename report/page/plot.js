@@ -1,13 +1,14 @@
 // The plot of the chosen series: dates below, a scale for each unit, zoom by dragging or keys, values under the pointer.
 import uPlot from "uplot";
 import { lines } from "./colour.js";
-import { axisTime, date, dayOf, end, hasDates } from "./dates.js";
+import { axisTime, date, dayInWords, dayOf, end, hasDates } from "./dates.js";
 import { find, h } from "./dom.js";
 import { count, exact, short } from "./format.js";
 import { points, titleOf, unitOf } from "./series_data.js";
 
 let plot = null;
 let drawn = [];
+let marked; // day
 const darkness = matchMedia("(prefers-color-scheme: dark)");
 const style = (name) => getComputedStyle(document.documentElement).getPropertyValue(name).trim();
 
@@ -28,9 +29,10 @@ function aligned(all) {
 function runMarks(u) {
     const { ctx } = u;
     ctx.save();
-    ctx.strokeStyle = style("--quiet");
-    ctx.setLineDash([4, 4]);
-    for (const day of [0, end]) {
+    for (const day of [0, end, marked]) {
+        if (day === undefined) continue;
+        ctx.strokeStyle = style(day === marked ? "--error" : "--quiet");
+        ctx.setLineDash(day === marked ? [] : [4, 4]);
         const x = u.valToPos(axisTime(day), "x", true);
         if (x < u.bbox.left || x > u.bbox.left + u.bbox.width) continue;
         ctx.beginPath();
@@ -94,7 +96,8 @@ function notes(list) {
     const thinned = list.filter((one) => one.thinned);
     const words = thinned.map((one) => `${titleOf(one)}: ${count(one.kept)} of ${count(one.pairs)} pairs are drawn, the least and the greatest of each stretch, so that no peak is lost.`);
     const gaps = list.filter((one) => one.gaps > 0).map((one) => `${titleOf(one)}: ${count(one.gaps)} ${one.gaps === 1 ? "gap" : "gaps"}, left open.`);
-    find("plot-note").textContent = [...words, ...gaps].join(" ");
+    const mark = marked === undefined ? [] : [`The line stands at ${dayInWords(marked)}.`];
+    find("plot-note").textContent = [...mark, ...words, ...gaps].join(" ");
 }
 
 function describe(list) {
@@ -104,6 +107,7 @@ function describe(list) {
 
 export function showPlot(list, day) {
     drawn = list;
+    marked = day;
     plot?.destroy();
     plot = null;
     notes(list);
@@ -162,7 +166,7 @@ export function startPlot() {
     find("plot-left").addEventListener("click", () => zoom(1, -0.3));
     find("plot-right").addEventListener("click", () => zoom(1, 0.3));
     find("plot-all").addEventListener("click", showAll);
-    const redraw = () => showPlot(drawn);
+    const redraw = () => showPlot(drawn, marked);
     darkness.addEventListener("change", redraw);
     // a sheet is narrower than most windows, and nothing else tells the plot
     addEventListener("beforeprint", () => plot?.setSize({ width: 680, height: 240 }));

@@ -115,6 +115,7 @@ def expected(name):
     return {"segments": rows("SELECT number, name, length, width FROM segment"),
             "paths": rows("SELECT flow_field, flow_function, number FROM flow_path"),
             "pairs": rows("SELECT exchange_field, exchange_function, number FROM exchange_pair"),
+            "days": rows("SELECT time FROM flow_value WHERE flow_field = 1 AND flow_function = 1 ORDER BY number"),
             "places": rows("SELECT segment, x, y FROM segment_place"),
             "factor": rows("SELECT scale_factor * conversion_factor FROM flow_field")[0][0], "series": series,
             "last_flow": rows("SELECT value FROM flow_value WHERE flow_field = 1 AND flow_function = 1 "

@@ -109,7 +109,7 @@ async function keepsNobodyOut(page, name) {
     await page.screenshot({ path: join(folder, `${name}-dark.png`) });
     for (const [width, height] of [[360, 740], [640, 400]]) { // a telephone; a window at 200 %
         await page.setViewportSize({ width, height });
-        assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= innerWidth), `no wider than ${width}`);
+        await page.waitForFunction(() => document.documentElement.scrollWidth <= innerWidth, null, { timeout: 5000 });
         await page.screenshot({ path: join(folder, `${name}-${width}.png`), fullPage: true });
     }
 }
@@ -152,7 +152,7 @@ test("each finding leads to its place", async () => {
         for (let i = 0; i < count; ++i) {
             const link = links.nth(i);
             if (!await link.isVisible()) await page.$$eval("details", (all) => all.forEach((one) => { one.open = true; }));
-            const [table, a, b, c] = (await link.getAttribute("href")).slice(1).split(",");
+            const [table, a, b, c, day] = (await link.getAttribute("href")).slice(1).split(",");
             await link.click();
             kinds.add(table);
             if (table === "segment") assert.equal(await shown(page), a);
@@ -160,8 +160,11 @@ test("each finding leads to its place", async () => {
             else if (table === "boundary") assert.equal(await shown(page), "1");
             else if (table === "flow_path" && !(b === "2" && c === "1")) {
                 assert.equal(await page.locator(`#panel [data-shown-path="${a},${b},${c}"]`).count(), 1);
-            } else if (table === "flow_value") assert.equal(await page.isChecked(`[data-series="flow_value,${a},${b}"] input`), true);
-            else assert.notEqual(await page.evaluate(() => document.activeElement.id), "", table);
+            } else if (table === "flow_value") {
+                assert.equal(await page.isChecked(`[data-series="flow_value,${a},${b}"] input`), true);
+                assert.equal(Number(day), expected.hostile.days[c - 1][0]);
+                assert.match(await page.textContent("#plot-note"), new RegExp(`\\(day ${day}\\)`));
+            } else assert.notEqual(await page.evaluate(() => document.activeElement.id), "", table);
         }
         for (const table of ["segment", "flow_path", "flow_value", "initial_condition"]) assert.ok(kinds.has(table), table);
     });
