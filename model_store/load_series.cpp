@@ -20,7 +20,7 @@ void report_lack(LoadState& load, const TableShape& table, const ParentKey& pare
 void load_series(LoadState& load, std::string_view table, const ParentKeys& parents, const FindSeries& find,
                  std::int64_t most_pairs)
 {
-    if (!load.keep) {
+    if (load.reads != Rows::all) {
         return;
     }
     // pairs are gathered here and copied to size: a vector that grows in its place would keep up to half its room idle
@@ -59,7 +59,7 @@ void load_series(LoadState& load, std::string_view table, const ParentKeys& pare
 void load_for_each_segment(LoadState& load, std::string_view table, const ParentKeys& parents,
                            const std::function<void(TableReader& row)>& read)
 {
-    if (!load.keep) {
+    if (load.reads != Rows::all) {
         return;
     }
     const TableShape& shape = model_table(table);

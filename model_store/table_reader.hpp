@@ -35,19 +35,25 @@ private:
     std::vector<ParentKey> keys_;
 };
 
+/// Which rows a load reads.
+enum class Rows : std::uint8_t {
+    all,
+    of_items, ///< but those of pairs and those for each segment
+};
+
 /// What the parts of a load share.
 struct LoadState {
     const Database& database;
     ProblemList& problems;
     const LoadOptions& options;
     std::string& table; ///< the one being read
-    bool keep = true;   ///< false to check the database, but for its numbered rows, without filling the model
+    Rows reads = Rows::all;
     ParentKeys segments{};
     std::uint64_t rows = 0;
 
     /// True while no problem is known. Only then is an item's place in its vector sure to be its number less 1, so
     /// only then may anything be put into the model; after it, rows are read for their problems alone.
-    [[nodiscard]] bool sound() const { return keep && problems.empty(); }
+    [[nodiscard]] bool sound() const { return problems.empty(); }
 };
 
 /// Reads a table's rows in key order. Keys that are no integers, that have gaps or duplicates within their parent and

@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <fstream>
+#include <functional>
+#include <future>
 #include <iostream>
 #include <iterator>
 #include <string>
@@ -28,14 +30,15 @@ struct DiffArguments {
 };
 
 /// The model of a file. With `as_exported`, a database's values are those that its input file shows.
-Model read(const FileName& file, FileKind kind, bool as_exported, const DiffArguments& arguments)
+Model read(const FileName& file, FileKind kind, bool as_exported, bool quiet, const DiffArguments& arguments)
 {
-    Model model = read_model_file(file).model;
+    Model model = read_model_file(file, {.quiet = quiet}).model;
     if (kind == FileKind::input_file || !as_exported) {
         return model;
     }
     const PlugIn plug_in(arguments.plug_in.empty() ? default_plug_in() : std::filesystem::path(arguments.plug_in));
-    return read_input_model(ExportedModel(plug_in, model, false).file(), "the input file of " + file).model;
+    return read_input_model(ExportedModel(plug_in, model, quiet).file(), "the input file of " + file, {.quiet = quiet})
+        .model;
 }
 
 bool have_the_same_bytes(const std::string& one, const std::string& other)
@@ -51,9 +54,11 @@ ExitCode compare(const DiffArguments& arguments)
     const FileKind old_kind = kind_of_file(arguments.old_file);
     const FileKind new_kind = kind_of_file(arguments.new_file);
     const bool as_exported = old_kind != new_kind;
-    const std::vector<Difference> found =
-        differences(read(arguments.old_file, old_kind, as_exported, arguments),
-                    read(arguments.new_file, new_kind, as_exported, arguments), {arguments.tolerance});
+    // both at once; what is wrong with the old file is said first
+    std::future<Model> new_model = std::async(std::launch::async, read, std::cref(arguments.new_file), new_kind,
+                                              as_exported, true, std::cref(arguments));
+    const Model old_model = read(arguments.old_file, old_kind, as_exported, false, arguments);
+    const std::vector<Difference> found = differences(old_model, new_model.get(), {arguments.tolerance});
     const bool both_input_files = !as_exported && old_kind == FileKind::input_file;
     const bool form_alone = found.empty() && arguments.tolerance == 0 && both_input_files &&
                             !have_the_same_bytes(arguments.old_file, arguments.new_file);

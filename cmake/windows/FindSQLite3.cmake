@@ -27,7 +27,7 @@ if(NOT TARGET SQLite::SQLite3)
     add_library(sqlite3 STATIC ${source}/sqlite3.c)
     target_include_directories(sqlite3 SYSTEM PUBLIC ${source})
     target_compile_options(sqlite3 PRIVATE -w -O2) # its authors' own standards
-    target_compile_definitions(sqlite3 PRIVATE SQLITE_THREADSAFE=0 SQLITE_OMIT_LOAD_EXTENSION
+    target_compile_definitions(sqlite3 PRIVATE SQLITE_THREADSAFE=2 SQLITE_OMIT_LOAD_EXTENSION
                                                SQLITE_ENABLE_MATH_FUNCTIONS)
     add_library(SQLite::SQLite3 ALIAS sqlite3)
 endif()

@@ -1,4 +1,9 @@
+#include "model_store/sqlite_database.hpp"
 #include "tests/model_store/store_fixture.hpp"
+
+#include <algorithm>
+#include <string>
+#include <vector>
 
 namespace velm {
 
@@ -87,22 +92,44 @@ TEST_F(RoundTrip, knows_rows_by_their_numbers_and_not_by_their_order)
     EXPECT_TRUE(load_model(database) == full_model());
 }
 
+// in a file that is large enough for two threads
 TEST_F(RoundTrip, takes_the_longest_series_that_an_export_takes)
 {
     const auto database = good_database();
     spoil(database, "WITH RECURSIVE pair (n) AS (VALUES (1) UNION ALL SELECT n + 1 FROM pair WHERE n < 100000)"
                     "INSERT INTO boundary_value SELECT 1, 2, n, n / 4.0, -n FROM pair");
     std::vector<std::uint64_t> progress;
+    int writer = SQLITE_OK;
     LoadOptions options;
-    options.on_progress = [&](std::uint64_t rows) { progress.push_back(rows); };
+    options.on_progress = [&](std::uint64_t rows) {
+        progress.push_back(rows);
+        const Database other(database, SQLITE_OPEN_READWRITE);
+        writer = sqlite3_exec(other.handle(), "DELETE FROM boundary_value", nullptr, nullptr, nullptr);
+    };
     const Model model = load_model(database, options);
     const TimeSeries& series = model.systems[0].boundaries.items[1].series;
     ASSERT_EQ(series.times.size(), 100000U);
     EXPECT_EQ(series.times.back(), 25000.0F);
     EXPECT_EQ(series.values.back(), -100000.0F);
-    ASSERT_EQ(progress.size(), 2U);
-    EXPECT_EQ(progress.front(), 65536U);
+    EXPECT_TRUE(std::is_sorted(progress.begin(), progress.end()));
     EXPECT_GT(progress.back(), 100000U);
+    EXPECT_EQ(writer, SQLITE_BUSY) << "what two connections read was changed between them";
+
+    // what is wrong is said in the order of the tables, whoever met it first
+    spoil(database, "UPDATE boundary_value SET time = 1e99 WHERE system = 1 AND boundary = 2 AND number = 99999;"
+                    "DELETE FROM initial_condition WHERE system = 2 AND segment = 3;"
+                    "UPDATE time_function_value SET value = 1e99;"
+                    "INSERT INTO flow_value VALUES (99, 1, 1, 0, 0)");
+    for (int attempt = 0; attempt < 20; ++attempt) {
+        const std::string error = load_error(database);
+        std::size_t last = 0;
+        for (const char* what : {"initial_condition", "boundary_value", "flow_value", "time_function_value"}) {
+            const std::size_t place = error.find(std::string("table ") + what);
+            ASSERT_NE(place, std::string::npos) << error;
+            EXPECT_GE(place, last) << error;
+            last = place;
+        }
+    }
 }
 
 } // namespace velm
