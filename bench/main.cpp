@@ -15,6 +15,8 @@ int run(const std::vector<std::string>& words)
         measure_reals(std::stoi(words[1]));
     } else if (words.size() == 6 && words[0] == "exports") {
         measure_exports(words[1], words[2], words[3], words[4], std::stoi(words[5]));
+    } else if (words.size() == 3 && words[0] == "water") {
+        measure_water(words[1], std::stoi(words[2]));
     } else if (words.size() == 4 && words[0] == "fill") {
         const velm::Model model = workload(words[1], std::stoul(words[2]));
         velm::save_model(model, words[3]);
@@ -22,6 +24,7 @@ int run(const std::vector<std::string>& words)
     } else {
         std::fputs("Usage: measure reals ROUNDS\n"
                    "       measure exports PLUG_IN REQUESTS_ONLY WORKLOAD OUTPUT ROUNDS\n"
+                   "       measure water DATABASE ROUNDS\n"
                    "       measure fill WORKLOAD ROWS DATABASE\n",
                    stderr);
         return 2;

@@ -44,4 +44,7 @@ void measure_reals(int rounds);
 void measure_exports(const std::string& plug_in, const std::string& requests_only, const std::string& workload,
                      const std::string& path, int rounds);
 
+/// All that is said of a model's water and series, once, against loading the model from its database.
+void measure_water(const std::string& database, int rounds);
+
 } // namespace velm::bench

@@ -156,6 +156,9 @@ def commands_on(workload, size, files, rounds):
         if command.memory is not None:
             room = command.memory * floats + 50e6
             rows.append(Row(f"memory of {what}", "bytes", [run[1] for run in ours], [room] * rounds, at_most=1))
+    water = by_method(lines_of(MEASURE, "water", paths["model"], rounds))["water balance"]
+    rows.append(Row(f"water balance: {workload}, {size / 1e6:g} M rows", "loading", water["velm"], water["loading"],
+                    at_most=0.25))  # fmt: skip
     for path in paths.values():
         path.unlink(missing_ok=True)
     return rows
