@@ -29,7 +29,7 @@ PAGES = {
 HELPS = {"check": "estuary.db estuary.inp other.inp", "docs": "",
          "diff": "before.db after.db estuary.db estuary.inp old.inp new.inp",
          "example": "", "export": "estuary.db changes.sql", "help": "", "import": "estuary.inp edited.inp",
-         "info": "estuary.db", "new": "", "record": "libprevelmwdll_host.so", "replay": "estuary.jsonl desktop.jsonl",
+         "info": "estuary.db estuary.inp", "new": "", "record": "libprevelmwdll_host.so", "replay": "estuary.jsonl desktop.jsonl",
          "report": "estuary.db estuary.inp before.db after.db", "schema": "", "session-to-model": "desktop.jsonl"}
 ELSEWHERE = [  # what other tests run, or these cannot
     r"(PATH=|\./dev |\.ci/run).*",  # run these tests
