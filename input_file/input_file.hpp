@@ -47,7 +47,7 @@ struct ReadOptions {
 
     /// Called with every field that holds a datum, in file order; nothing is spent on it when empty. A label and a
     /// number that only repeats its row's place are no data. The number of a series' pairs has the series' address,
-    /// without a pair's number and a column.
+    /// without a pair's number and a column; the numbers of systems and segments have their tables'.
     std::function<void(const FieldText&)> on_field;
     /// Called with every problem, also those that are not listed.
     std::function<void(const Finding&)> on_problem;

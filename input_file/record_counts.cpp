@@ -71,14 +71,17 @@ void RecordReader::refuse_more(const Count& count, const Record& first)
     }
 }
 
-void RecordReader::deliver_series(const Record& row, const Count& count) const
+void RecordReader::deliver_count(const Address& counted, const Count& count) const
 {
     if (options_.on_field) {
-        options_.on_field({.section = section_,
-                           .address = {row.part("time").table, {}, {key_[0], key_[1]}},
-                           .place = count.place,
-                           .text = count.hidden ? "*****" : ""});
+        options_.on_field(
+            {.section = section_, .address = counted, .place = count.place, .text = count.hidden ? "*****" : ""});
     }
+}
+
+void RecordReader::deliver_series(const Record& row, const Count& count) const
+{
+    deliver_count({row.part("time").table, {}, {key_[0], key_[1]}}, count);
 }
 
 void RecordReader::time_pairs(const Count& count, const Record& row, TimeSeries& series)

@@ -73,6 +73,8 @@ public:
 
     /// Takes a record that holds a count, or one that repeats a known count.
     [[nodiscard]] Count count(const Record& expected);
+    /// Tells `on_field` where the rows are counted that an address means which has no column.
+    void deliver_count(const Address& counted, const Count& count) const;
     [[nodiscard]] Count repeated_count(const Record& expected, std::optional<std::int32_t> known);
     /// Whether an item `number`, which begins with such a record, is still to come.
     [[nodiscard]] bool goes_on(const Count& count, std::int32_t number, const Record& first);

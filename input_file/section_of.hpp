@@ -16,10 +16,10 @@ namespace velm {
                                                                              : Section::system_information;
     }
     if (table == "system") {
-        return column.starts_with("boundary_")       ? Section::boundaries
-               : column.starts_with("load_")         ? Section::loads
-               : column == "name" || column == "tag" ? Section::system_information
-                                                     : Section::initial_conditions;
+        return column.starts_with("boundary_")                         ? Section::boundaries
+               : column.starts_with("load_")                           ? Section::loads
+               : column.empty() || column == "name" || column == "tag" ? Section::system_information
+                                                                       : Section::initial_conditions;
     }
     if (table == "flow_field" || table == "flow_value") {
         return Section::flow_series;

@@ -52,6 +52,7 @@ void read_segments(RecordReader& in, Model& model)
 {
     in.record(records::banners[1]);
     const Count segments = in.count(records::number_of_segments);
+    in.deliver_count({"segment", {}, {}}, segments);
     in.key(1);
     in.record(records::bed_volume_option);
     model.bed_volume_option = in.integer("bed_volume_option");

@@ -43,6 +43,7 @@ void read_system_information(RecordReader& in, Model& model)
     in.record(records::julian_end_time);
     model.julian_end_time = in.real("julian_end_time");
     const Count systems = in.count(records::number_of_systems);
+    in.deliver_count({"system", {}, {}}, systems);
     in.record(records::mass_balance_table_output);
     model.mass_balance_table_output = in.integer("mass_balance_table_output");
     in.record(records::solution_technique);

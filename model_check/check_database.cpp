@@ -59,8 +59,8 @@ Finding of_database(const Finding& problem, Model& model, const ExportedTypes& t
 }
 
 /// Looks for fields that say nothing or touch, and gives the model the values that the export shows. Returns what it
-/// loses of them.
-Losses check_export(FindingList& list, Model& model, const std::filesystem::path& exported)
+/// loses of them; `gaps` gets the data of which it shows nothing.
+Losses check_export(FindingList& list, Model& model, const std::filesystem::path& exported, std::vector<Address>& gaps)
 {
     LossCount losses(model, list.most());
     const ExportedTypes types(model);
@@ -76,7 +76,9 @@ Losses check_export(FindingList& list, Model& model, const std::filesystem::path
                       .text = field_as_text(field.text)});
         }
     };
-    static_cast<void>(read_input_file(exported, reading));
+    for (const Address& gap : read_input_file(exported, reading).gaps) {
+        gaps.push_back(types.in_model(gap));
+    }
     return losses.result();
 }
 
@@ -102,8 +104,9 @@ FileFindings check_database(const std::filesystem::path& file, const WriteInputF
         }
         return result;
     }
-    const Losses losses = check_export(list, model, write(model));
-    check_values(model, [&](Finding finding) { list.add(std::move(finding)); });
+    std::vector<Address> gaps;
+    const Losses losses = check_export(list, model, write(model), gaps);
+    check_values(model, gaps, [&](Finding finding) { list.add(std::move(finding)); });
     add_losses(list, loss_rules::value_vanishes, losses.vanishing);
     add_losses(list, loss_rules::value_changed, losses.changed);
     add_losses(list, loss_rules::digits_lost, losses.digits_lost);

@@ -70,15 +70,6 @@ Finding touching(const FieldText& field)
             .text = field_as_text(field.text)};
 }
 
-/// A field without a value reads as 0, of which its row or its series may seem to be out of meaning.
-bool is_near_a_gap(const Address& address, const std::vector<Address>& gaps)
-{
-    return std::any_of(gaps.begin(), gaps.end(), [&](const Address& gap) {
-        return gap.table == address.table && gap.numbers[0] == address.numbers[0] &&
-               gap.numbers[1] == address.numbers[1];
-    });
-}
-
 } // namespace
 
 FileFindings check_input_file(const std::filesystem::path& file, const CheckOptions& options)
@@ -96,11 +87,7 @@ FileFindings check_input_file(const std::filesystem::path& file, const CheckOpti
         const InputFile read = read_input_file(file, reading);
         any_problem = read.problem_count > 0;
         if (read.whole) { // with records missing, nothing can be said about how values belong together
-            check_values(read.model, [&](Finding finding) {
-                if (!is_near_a_gap(finding.address, read.gaps)) {
-                    values.add(std::move(finding));
-                }
-            });
+            check_values(read.model, read.gaps, [&](Finding finding) { values.add(std::move(finding)); });
             result.remarks = remarks_on(read.model);
         }
     }

@@ -9,8 +9,10 @@
 
 namespace velm {
 
-/// Runs all rules on what the values of `model` mean, and says each finding with its address.
-void check_values(const Model& model, const std::function<void(Finding finding)>& report);
+/// Runs all rules on what the values of `model` mean, and says each finding with its address. `gaps` are the data of
+/// which the input file shows no value: nothing is said of their rows and series.
+void check_values(const Model& model, const std::vector<Address>& gaps,
+                  const std::function<void(Finding finding)>& report);
 
 /// What rules leave out of this model, a sentence each.
 [[nodiscard]] std::vector<std::string> remarks_on(const Model& model);

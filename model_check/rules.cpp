@@ -13,7 +13,8 @@ const std::vector<MeaningRule>& meaning_rules()
 {
     static const std::vector<MeaningRule> all = [] {
         std::vector<MeaningRule> rules;
-        for (const std::span<const MeaningRule> group : {value_rules()}) {
+        for (const std::span<const MeaningRule> group :
+             {value_rules(), rules_of_water(), rules_of_series(), rules_of_items()}) {
             rules.insert(rules.end(), group.begin(), group.end());
         }
         return rules;

@@ -4,7 +4,8 @@
 -- Texts are of the characters that ISO 8859-1 has. Reals are served in single precision, about 7 digits. Units named
 -- here are the customary ones; nothing is converted, checked for plausibility or interpreted, and the scale and
 -- conversion factors are passed on beside the values, never applied. Times are days from the start of the simulation;
--- a series is straight between its pairs and keeps its first and last value outside them.
+-- a series is straight between its pairs and keeps its first and last value outside them. Codes that no comment here
+-- explains are the engine's, and nothing judges them.
 -- Foreign keys bind only after PRAGMA foreign_keys = ON, in each connection; a load checks them all the same.
 
 PRAGMA application_id = 1447382093; -- "VELM"

@@ -1,5 +1,7 @@
 #include "water_balance/run_dates.hpp"
 
+#include "model/real_in_words.hpp"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -81,7 +83,9 @@ std::string RunDates::date(double day) const
 
 std::string RunDates::in_words(double day) const
 {
-    const std::string words = "day " + in_digits(day, 4);
+    const auto single = static_cast<float>(day); // 10000.1 rather than what is nearest to it in single precision
+    const double shown = double{single} == day ? std::stod(real_in_words(single)) : day;
+    const std::string words = "day " + in_digits(shown, 4);
     const std::string date = this->date(day);
     return date.empty() ? words : date + ", " + words;
 }

@@ -136,6 +136,9 @@ private:
     std::vector<double> greatest_;
 };
 
+/// Flows and volumes are of single precision: what is past a bound by less is at it.
+constexpr double rounding = 1e-6;
+
 std::vector<FlowTerm> kept_by(const WaterBalance& balance, std::int32_t segment)
 {
     std::vector<FlowTerm> terms;
@@ -166,9 +169,9 @@ VolumeRange range_of(const AddedCourse& course, double start, double size, doubl
                       std::nullopt};
     if (start > 0 && range.least <= 0) {
         const auto day = course.day_of(-start / size);
-        range.dry_day = day && *day < end_of_run ? day : std::nullopt;
+        range.dry_day = day && *day < end_of_run * (1 - rounding) ? day : std::nullopt;
     }
-    if (start > 0 && range.greatest > full * start) {
+    if (start > 0 && range.greatest > full * start * (1 + rounding)) {
         range.full_day = course.day_of((full - 1) * start / size);
     }
     return range;

@@ -71,7 +71,9 @@ struct WaterTotals {
 /// What a model's water does, from its flow paths and series alone; nothing is simulated.
 ///
 /// A positive flow goes from a path's first segment to its second; it is the function's flow times the path's
-/// fraction, in m3/s after its field's factors. A day has 86,400 s. Volumes are in m3 after the model's volume
+/// fraction, in m3/s after its field's factors. A series is straight between its pairs and keeps its first and last
+/// value outside them. Segments of type 1 are surface water, 2 water below it, 3 surface bed, 4 bed below it; other
+/// codes are the engine's and are not judged. A day has 86,400 s. Volumes are in m3 after the model's volume
 /// factors. The run goes from day 0 to the model's end time; of one that ends at 0 or before, means are the values of
 /// day 0. Paths that name a segment which the model does not have, or lead from a segment to itself, carry nothing.
 /// A model whose first segment has flow option 3 takes its flows from another file: ask flows_are_elsewhere() first.

@@ -109,6 +109,9 @@ TEST(CheckInputFile, EachThingThatCanBeWrong)
          "characters\n"},
         {"a missing segment, reported once", "    2               Boundary Segment",
          "    4               Boundary Segment",
+         "F:16:11: warning V506 enters without concentration: system information, system 1, name: water from outside "
+         "mixes into segment 2 by exchange pair 1 of exchange function 1 of exchange field 1, and system 1 has no "
+         "boundary there; give system 1 a boundary at segment 2, of 0 where the water brings none of it\n"
          "F:84:1: error V201 missing segment: boundaries, system 1, boundary 2, segment: '    4' is not a segment of "
          "the model, expected a "
          "number from 1 to 3\n"},
@@ -161,13 +164,13 @@ TEST(CheckDatabase, WhatItsExportLoses)
          "0.00267 %\n"},
         {"times that the file makes one",
          [](Model& m) {
-             m.systems[0].boundaries.items[0].series = {{10000.0625F, 10000.125F}, {1, 1}};
+             m.systems[0].boundaries.items[0].series = {{0, 10000.0625F, 10000.125F}, {1, 1, 1}};
          },
-         "F: warning V204 time repeats: table boundary_value, system 1, boundary 1, pair 2, column time: time 10000.1 "
+         "F: warning V204 time repeats: table boundary_value, system 1, boundary 1, pair 3, column time: time 10000.1 "
          "follows 10000.1\n"
-         "F: note V301 digits lost: table boundary_value, system 1, boundary 1, pair 1, column time: 10000.0625 is "
+         "F: note V301 digits lost: table boundary_value, system 1, boundary 1, pair 2, column time: 10000.0625 is "
          "written 10000.1, off by 0.000375 %\n"
-         "F: note V301 digits lost: table boundary_value, system 1, boundary 1, pair 2, column time: 10000.125 is "
+         "F: note V301 digits lost: table boundary_value, system 1, boundary 1, pair 3, column time: 10000.125 is "
          "written 10000.1, off by 0.00025 %\n"},
         {"a text without its end",
          [](Model& m) { m.constant_types[1].instances[0].description = std::string(45, 'x'); },

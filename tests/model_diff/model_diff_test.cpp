@@ -29,7 +29,7 @@ std::vector<Case> cases()
          [](Model& m) {
              m.julian_end_time = 12.5F, m.nps_option = 1, m.nps_file = "n\xE9.dat", m.bed_volume_option = 2;
          },
-         "system information: julian end time: 10 -> 12.5\n"
+         "system information: julian end time: 5 -> 12.5\n"
          "segments: bed volume option: 0 -> 2\n"
          "loads: nps option: 0 -> 1\n"
          "loads: nps file: '' -> 'n\xC3\xA9.dat'\n",

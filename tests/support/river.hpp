@@ -8,9 +8,12 @@ namespace velm {
 inline Model river()
 {
     Model model;
-    model.julian_end_time = 10;
+    model.start_date = {2001, 3, 1};
+    model.julian_end_time = 5;
     model.maximum_time_step = 1;
     model.minimum_time_step = 0.5F;
+    model.print_interval = 1;
+    model.volume_conversion_factor = 1000;
     model.segments.resize(3);
     for (Segment& segment : model.segments) {
         segment.volume = 1000;
@@ -27,7 +30,7 @@ inline Model river()
         model.systems.push_back(system);
     }
     model.flow_fields = {{1, 1, {{"Brook", {{0, 1, 1}, {1, 2, 0.5F}}, series}, {"Mill", {{1, 2, 1}}, series}}}};
-    model.exchange_fields = {{1, 1, {{"Tide", {{1, 2, 50, 100}}, series}}}};
+    model.exchange_fields = {{1, 1, {{"Tide", {{0, 2, 50, 100}}, series}}}};
     model.time_function_types = {{5, {{false, "Kept", {}}, {true, "Light", series}}}, {7, {{false, "", {}}}}, {9, {}}};
     model.time_function_types[2].instances = {{true, "Wind", series}};
     model.parameter_types = {{2, {{true, "Shade", 1, {0.25F, 0.5F, 0.75F}}}}};
