@@ -85,8 +85,9 @@ Command help_command(CLI::App& tool)
                       "  velm help\n"
                       "  velm help export");
     return {arguments, [&tool, name] {
-                std::cout << (name->empty() ? tool.get_formatter()->make_help(&tool, "", CLI::AppFormatMode::Normal)
-                                            : command_named(tool, *name).help(tool.get_name()));
+                std::cout << (name->empty()
+                                  ? tool.get_formatter()->make_help(&tool, tool.get_name(), CLI::AppFormatMode::Normal)
+                                  : command_named(tool, *name).help(tool.get_name()));
                 return ExitCode::done;
             }};
 }
