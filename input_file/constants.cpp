@@ -1,3 +1,4 @@
+#include "input_file/form_rules.hpp"
 #include "input_file/instances.hpp"
 #include "input_file/records.hpp"
 #include "input_file/sections.hpp"
@@ -14,7 +15,14 @@ void read_constants(RecordReader& in, Model& model)
         in.record(records::constant);
         Constant& constant = constants.enter(in);
         constant.value = in.real("value");
-        constant.description = text_before_nul_or_cut(in.text("description"));
+        const std::string_view description = in.text("description");
+        if (has_lost_its_nul(description)) {
+            in.report(form_rules::dropped_nul, "description", "is a description without a NUL after it",
+                      "one NUL, then blanks");
+            constant.description = text_as_served(description);
+        } else {
+            constant.description = text_before_nul_or_cut(description);
+        }
     }
     in.refuse_more(count, records::constant);
 }

@@ -32,19 +32,26 @@ inline constexpr FindingRule trailing_bytes{"V111", "trailing bytes", error,
 inline constexpr FindingRule contradiction{"V112", "contradiction", error, "make both places say the same"};
 inline constexpr FindingRule negative_count{"V113", "negative count", warning, "write 0 for none"};
 inline constexpr FindingRule not_storable{"V114", "not storable", warning, "correct it before an import"};
+inline constexpr FindingRule trimmed_blanks{"V115", "trimmed blanks", warning,
+                                            "keep the blanks at the end of a line; an export writes them again"};
+inline constexpr FindingRule dropped_nul{"V116", "dropped NUL", warning,
+                                         "keep the NUL behind a name; an export writes it again"};
+inline constexpr FindingRule utf8_mark{"V117", "UTF-8 mark", warning,
+                                       "save the file as plain text, without a mark at its start"};
 /// Of a value, but the reader finds it; a database with such a number is not read at all.
 inline constexpr FindingRule missing_segment{
     "V201", "missing segment", error, "name a segment of the model, or 0 where none or the world outside is meant"};
 
-inline constexpr std::array all{&field_overflow,      &not_a_number,    &not_finite,     &beyond_single_precision,
-                                &touching_fields,     &line_end,        &other_label,    &other_form,
-                                &record_out_of_place, &file_ends_early, &trailing_bytes, &contradiction,
-                                &negative_count,      &not_storable,    &missing_segment};
+inline constexpr std::array all{
+    &field_overflow, &not_a_number,        &not_finite,      &beyond_single_precision, &touching_fields, &line_end,
+    &other_label,    &other_form,          &record_out_of_place, &file_ends_early,     &trailing_bytes,  &contradiction,
+    &negative_count, &not_storable,        &trimmed_blanks,  &dropped_nul,             &utf8_mark,       &missing_segment};
 
 /// True of the rules whose findings leave all values sure, but an export would write other bytes.
 [[nodiscard]] constexpr bool is_about_form(const FindingRule& rule)
 {
-    return &rule == &line_end || &rule == &other_label || &rule == &other_form;
+    constexpr std::array about_form{&line_end, &other_label, &other_form, &trimmed_blanks, &dropped_nul, &utf8_mark};
+    return std::ranges::find(about_form, &rule) != about_form.end();
 }
 
 } // namespace velm::form_rules

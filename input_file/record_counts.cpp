@@ -94,9 +94,12 @@ void RecordReader::time_pairs(const Count& count, const Record& row, TimeSeries&
     const auto first = static_cast<std::int32_t>(key_[0]);
     const auto second = static_cast<std::int32_t>(key_[1]);
     deliver_series(row, count);
+    announced_ = {count.place.line, count.number, 0, result.records, count.hidden ? nullptr : &row};
     for (std::int32_t number = 1; goes_on(count, number, row); ++number) {
         key(first, second, number);
         record(row);
+        announced_.follow = number;
+        announced_.records = result.records;
         times_.push_back(real_of(time));
         values_.push_back(real_of(value));
     }

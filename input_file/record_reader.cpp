@@ -25,6 +25,11 @@ std::string description_of(const Record& record)
 RecordReader::RecordReader(std::istream& input, const ReadOptions& options, InputFile& read_so_far)
     : result(read_so_far), window_(input), options_(options)
 {
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    if (window_.ahead().starts_with(mark)) {
+        window_.skip(mark.size());
+        report_at({1, 1}, form_rules::utf8_mark, "", "", "the file begins with the mark of UTF-8 text", "no such mark");
+    }
 }
 
 RecordReader::Line RecordReader::line_ahead()
@@ -32,11 +37,13 @@ RecordReader::Line RecordReader::line_ahead()
     const std::string_view ahead = window_.ahead();
     const void* const feed = std::memchr(ahead.data(), '\n', ahead.size());
     if (feed == nullptr) {
-        return {ahead.substr(0, FileWindow::longest_record), ahead.size(), false};
+        const std::string_view rest = ahead.substr(0, FileWindow::longest_record);
+        return {rest.ends_with('\r') ? rest.substr(0, rest.size() - 1) : rest, ahead.size(), LineEnd::missing};
     }
     const auto size = static_cast<std::size_t>(static_cast<const char*>(feed) - ahead.data());
     const bool well_ended = size != 0 && ahead[size - 1] == '\r';
-    return {ahead.substr(0, well_ended ? size - 1 : size), size + 1, well_ended};
+    return {ahead.substr(0, well_ended ? size - 1 : size), size + 1,
+            well_ended ? LineEnd::complete : LineEnd::feed_alone};
 }
 
 /// A text may have line ends in it. Then the record goes on to its full width.
@@ -58,7 +65,29 @@ std::optional<RecordReader::Line> RecordReader::broken_line_ahead(const Record& 
             return {};
         }
     }
-    return Line{record, width + 2, true};
+    return Line{record, width + 2, LineEnd::complete};
+}
+
+/// A line without the blanks at its end that the record has, filled up with them. Of a record that is a text alone, a
+/// row of numbers is none.
+std::optional<RecordReader::Line> RecordReader::trimmed_line_ahead(const Record& expected)
+{
+    Line line = line_ahead();
+    if (line.text.size() >= expected.width() || line.end == LineEnd::missing ||
+        is_another_record(expected, line.text)) {
+        return {};
+    }
+    const bool is_text_alone =
+        std::all_of(expected.begin(), expected.end(), [](const Part& part) { return part.kind == PartKind::text; });
+    const bool is_like_numbers = !without_blanks(line.text).empty() &&
+                                 line.text.find_first_not_of("0123456789+-.Ee ") == std::string_view::npos;
+    padded_ = line.text;
+    padded_.resize(expected.width(), ' ');
+    if (is_text_alone ? is_like_numbers : !has_columns_of(expected, padded_)) {
+        return {};
+    }
+    line.text = padded_;
+    return line;
 }
 
 void RecordReader::take(const Line& line)
@@ -73,19 +102,10 @@ void RecordReader::take(const Line& line)
         options_.on_progress(window_.place());
     }
     ++line_;
-    if (!line.well_ended) {
-        report_line_end(line);
-    }
-}
-
-void RecordReader::report_line_end(const Line& line)
-{
-    const Place end{record_line_, line.text.size() + 1};
-    if (line.bytes == line.text.size()) { // so who knows what else is missing
-        report_at(end, form_rules::file_ends_early, "", "", "the file ends within its last line",
-                  "carriage return and line feed");
-    } else if (!std::exchange(line_end_reported_, true)) {
-        report_at(end, form_rules::line_end, "", "", "the line ends in a line feed alone",
+    unended_ = line.end == LineEnd::missing;
+    if (line.end != LineEnd::complete && !std::exchange(line_end_reported_, true)) {
+        report_at({record_line_, line.text.size() + 1}, form_rules::line_end, "", "",
+                  unended_ ? "the last line has no end" : "the line ends in a line feed alone",
                   "carriage return and line feed");
     }
 }
@@ -104,7 +124,7 @@ void RecordReader::take_row(const Record& expected)
 {
     const Line line = line_ahead();
     const bool is_split = split_line_ == line.text.data() && split_numbers_ == expected.size(); // by is_ahead()
-    if (!is_split && !split_row(line.text, expected.size())) {
+    if (!is_split && !split_row(line.text, expected.size(), true)) {
         lose(expected.name(), description_of(expected));
     }
     take(line);
@@ -114,9 +134,10 @@ void RecordReader::take_row(const Record& expected)
     }
 }
 
-/// Finds the numbers of a row; false when there are more or fewer.
-bool RecordReader::split_row(std::string_view line, std::size_t numbers)
+/// Finds the numbers of a row; false when there are more or fewer. With `any_words`, one number among words will do.
+bool RecordReader::split_row(std::string_view line, std::size_t numbers, bool any_words)
 {
+    bool has_number = false;
     const char* at = line.data();
     const char* const end = at + line.size();
     row_in_form_ = true;
@@ -135,12 +156,14 @@ bool RecordReader::split_row(std::string_view line, std::size_t numbers)
             ++at;
         }
         numbers_[number] = {begin, static_cast<std::size_t>(at - begin)};
-        if (!begins_like_a_number(numbers_[number])) {
+        const bool is_number = begins_like_a_number(numbers_[number]);
+        if (!is_number && !any_words) {
             return false;
         }
+        has_number = has_number || is_number;
     }
     row_in_form_ = row_in_form_ && at == end;
-    if (!std::all_of(at, end, [](char character) { return character == ' '; })) {
+    if (!has_number || !std::all_of(at, end, [](char character) { return character == ' '; })) {
         return false;
     }
     split_line_ = line.data();
@@ -152,11 +175,17 @@ void RecordReader::take_columns(const Record& expected)
 {
     Line line = line_ahead();
     if (line.text.size() != expected.width() || line.bytes == 0) {
-        const std::optional<Line> broken = broken_line_ahead(expected);
-        if (!broken) {
+        std::optional<Line> other = broken_line_ahead(expected);
+        const bool is_trimmed = !other;
+        other = is_trimmed ? trimmed_line_ahead(expected) : other;
+        if (!other) {
             lose(expected.name(), description_of(expected));
         }
-        line = *broken;
+        if (is_trimmed) {
+            report_at({line_, line.text.size() + 1}, form_rules::trimmed_blanks, expected.name(), "",
+                      "the line ends without its blanks", "column " + std::to_string(expected.width()) + " to be its last");
+        }
+        line = *other;
     }
     if (!has_columns_of(expected, line.text) && is_another_record(expected, line.text)) {
         lose(expected.name(), description_of(expected));
@@ -189,15 +218,19 @@ void RecordReader::check_columns()
 void RecordReader::known_record(std::string_view name, std::string_view known)
 {
     const Line line = line_ahead();
-    if (line.text.size() != known.size() || line.bytes == 0) {
+    const bool lacks_nuls = line.text != known && are_same_but_for_nuls(line.text, known);
+    if ((line.text.size() != known.size() && !lacks_nuls) || line.bytes == 0) {
         lose(name, in_quotes(known));
     }
     form_ = nullptr;
     take(line);
     if (line.text != known) {
-        const auto differing = std::mismatch(known.begin(), known.end(), line.text.begin()).first - known.begin();
-        report_at({record_line_, static_cast<std::uint64_t>(differing) + 1}, form_rules::other_label, name, line.text,
-                  "is another text", in_quotes(known));
+        const auto differing = std::ranges::mismatch(known, line.text).in1 - known.begin();
+        const FindingRule& rule = !lacks_nuls                      ? form_rules::other_label
+                                  : line.text.find('\0') == line.text.npos ? form_rules::dropped_nul
+                                                                    : form_rules::trimmed_blanks;
+        report_at({record_line_, static_cast<std::uint64_t>(differing) + 1}, rule, name, line.text, "is another text",
+                  in_quotes(known));
     }
 }
 
@@ -206,7 +239,7 @@ bool RecordReader::is_ahead(const Record& expected)
     const Line line = line_ahead();
     if (expected.is_row()) {
         constexpr std::size_t widest_number = 14; // with its blanks
-        return line.text.size() <= widest_number * expected.size() && split_row(line.text, expected.size()) &&
+        return line.text.size() <= widest_number * expected.size() && split_row(line.text, expected.size(), false) &&
                row_in_form_;
     }
     if (has_columns_of(expected, line.text)) {
@@ -230,15 +263,35 @@ void RecordReader::lose(std::string_view name, const std::string& expected)
     if (line.bytes == 0) {
         report_at(next_place(), form_rules::file_ends_early, name, "", "the file ends here", expected);
     } else {
-        report_at(next_place(), form_rules::record_out_of_place, name, line.text,
-                  "is another record, of " + std::to_string(line.text.size()) + " characters", expected);
+        const std::string text(line.text); // which the remedy reads over
+        const Place place = next_place();
+        report_at(place, form_rules::record_out_of_place, name, text,
+                  "is another record, of " + std::to_string(text.size()) + " characters", expected, {},
+                  remedy_by_count());
     }
     throw SectionLost();
 }
 
-void RecordReader::report(const FindingRule& rule, std::string_view name, const std::string& message,
+/// Names the count of a series that ends before its pairs are complete, or goes on behind them; these are skipped.
+std::string RecordReader::remedy_by_count()
+{
+    if (announced_.row == nullptr || announced_.records != result.records) {
+        return {};
+    }
+    for (; announced_.follow >= announced_.number && is_ahead(*announced_.row); skip_line()) {
+        ++announced_.follow;
+    }
+    return announced_.follow == announced_.number
+               ? ""
+               : "line " + std::to_string(announced_.line) + " announces " + std::to_string(announced_.number) +
+                     " pairs, " + std::to_string(announced_.follow) + " follow: correct the number or the pairs";
+}
+
+void RecordReader::report(const FindingRule& said, std::string_view name, const std::string& message,
                           const std::string& expected)
 {
+    const bool may_be_cut = unended_ && &said == &form_rules::other_form;
+    const FindingRule& rule = may_be_cut ? form_rules::file_ends_early : said;
     if (name.empty()) {
         return report_at({record_line_, 1}, rule, form_->name(), record_, message, expected);
     }
@@ -258,7 +311,8 @@ void RecordReader::report_gap(const FindingRule& rule, const Part& part, const s
 }
 
 void RecordReader::report_at(Place place, const FindingRule& rule, std::string_view field, std::string_view raw,
-                             const std::string& message, const std::string& expected, const Address& address)
+                             const std::string& message, const std::string& expected, const Address& address,
+                             std::string remedy)
 {
     ++result.problem_count;
     result.about_form += form_rules::is_about_form(rule) ? 1 : 0;
@@ -273,7 +327,8 @@ void RecordReader::report_at(Place place, const FindingRule& rule, std::string_v
                     .section = name_of(section_),
                     .field = field,
                     .message = (raw.empty() ? "" : "'" + text + "' ") + message + ", expected " + expected,
-                    .text = text};
+                    .text = text,
+                    .remedy = std::move(remedy)};
     if (options_.on_problem) {
         options_.on_problem(problem);
     }

@@ -93,7 +93,8 @@ public:
     void report(const FindingRule& rule, std::string_view name, const std::string& message,
                 const std::string& expected);
     void report_at(Place place, const FindingRule& rule, std::string_view field, std::string_view raw,
-                   const std::string& message, const std::string& expected, const Address& address = {});
+                   const std::string& message, const std::string& expected, const Address& address = {},
+                   std::string remedy = {});
     [[nodiscard]] Place next_place() const { return {line_, 1}; }
     [[nodiscard]] std::uint64_t bytes() const { return window_.place(); }
 
@@ -106,20 +107,30 @@ public:
     InputFile& result;
 
 private:
+    enum class LineEnd { complete, feed_alone, missing };
     struct Line {
         std::string_view text; ///< without its end
         std::size_t bytes = 0; ///< with its end
-        bool well_ended = false;
+        LineEnd end = LineEnd::complete;
+    };
+    /// The pairs of the last series, for a remedy to name their count.
+    struct Announced {
+        std::uint64_t line = 0; ///< of the count
+        std::int32_t number = 0;
+        std::int32_t follow = 0;   ///< pairs that were read
+        std::uint64_t records = 0; ///< of the file when that was so
+        const Record* row = nullptr;
     };
 
     [[nodiscard]] Line line_ahead();
     [[nodiscard]] bool another_follows(const Count& count, std::int32_t number, bool follows);
     [[nodiscard]] std::optional<Line> broken_line_ahead(const Record& expected);
+    [[nodiscard]] std::optional<Line> trimmed_line_ahead(const Record& expected);
+    [[nodiscard]] std::string remedy_by_count();
     void take(const Line& line);
-    void report_line_end(const Line& line);
     void take_row(const Record& expected);
     void take_columns(const Record& expected);
-    [[nodiscard]] bool split_row(std::string_view line, std::size_t numbers);
+    [[nodiscard]] bool split_row(std::string_view line, std::size_t numbers, bool any_words);
     void check_columns();
     [[noreturn]] void lose(std::string_view name, const std::string& expected);
 
@@ -145,6 +156,9 @@ private:
     std::uint64_t record_line_ = 0;
     std::array<std::string_view, 4> numbers_{}; ///< of a row
     bool row_in_form_ = true;
+    bool unended_ = false; ///< the record has no line end, so it may be cut
+    std::string padded_;   ///< a record whose blanks were trimmed
+    Announced announced_;
     const char* split_line_ = nullptr; ///< the line ahead, when numbers_ are its numbers
     std::size_t split_numbers_ = 0;
     std::size_t next_part_ = 0;

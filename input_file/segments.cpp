@@ -16,7 +16,7 @@ void read_name(RecordReader& in, std::int32_t number, Segment& segment)
     if (std::optional<std::string> name = text_before_nul(field)) {
         segment.name = *std::move(name);
     } else {
-        in.report(form_rules::other_form, "name", "is a name without a NUL after it", "one NUL, then blanks");
+        in.report(form_rules::dropped_nul, "name", "is a name without a NUL after it", "one NUL, then blanks");
         segment.name = text_as_served(field);
     }
 }

@@ -18,7 +18,7 @@ System read_system(RecordReader& in)
     if (std::optional<std::string> name = text_before_nul(field)) {
         system.name = *std::move(name);
     } else {
-        in.report(form_rules::other_form, "name", "is a name without a NUL after it", "one NUL, then blanks");
+        in.report(form_rules::dropped_nul, "name", "is a name without a NUL after it", "one NUL, then blanks");
         system.name = text_as_served(field);
     }
     return system;

@@ -30,6 +30,23 @@ std::string text_before_nul_or_cut(std::string_view beginning)
     return text_before_nul(beginning).value_or(std::string(beginning) + '.');
 }
 
+bool has_lost_its_nul(std::string_view beginning)
+{
+    constexpr std::size_t most_within_a_text = 8;
+    const std::size_t content = without_end_blanks(beginning).size();
+    return content > 0 && beginning.size() - content > most_within_a_text && !text_before_nul(beginning);
+}
+
+bool are_same_but_for_nuls(std::string_view one, std::string_view other)
+{
+    const auto content = [](std::string_view bytes) {
+        std::string text(bytes.substr(0, bytes.find_last_not_of(std::string_view(" \0", 2)) + 1));
+        std::erase(text, '\0');
+        return text;
+    };
+    return content(one) == content(other);
+}
+
 std::string in_quotes(std::string_view bytes)
 {
     return std::string("'").append(printable_latin1(bytes, longest_quote)).append("'");

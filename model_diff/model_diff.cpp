@@ -1,7 +1,7 @@
 #include "model_diff/model_diff.hpp"
 
 #include "input_file/section_of.hpp"
-#include "model/item_columns.hpp"
+#include "model/items.hpp"
 #include "model/real_in_words.hpp"
 #include "model/words.hpp"
 #include "model_diff/item_match.hpp"
@@ -11,6 +11,7 @@
 #include <cmath>
 #include <functional>
 #include <optional>
+#include <type_traits>
 #include <utility>
 
 namespace velm {
@@ -41,9 +42,13 @@ std::string numbered(std::string_view kind, std::size_t place, const std::string
     return latin1.empty() ? words : words + " (" + printable_latin1(latin1, longest_quote) + ")";
 }
 
-std::string name_of_system(const System& system, std::size_t place)
+/// A system's name, with its number where that alone does not tell it from the others.
+std::string name_of_system(const System& system, const std::vector<System>& systems)
 {
-    return system.name.empty() ? numbered("system", place) : printable_latin1(system.name, longest_quote);
+    const bool is_alone = std::ranges::count(systems, system.name, &System::name) == 1;
+    return !system.name.empty() && is_alone
+               ? printable_latin1(system.name, longest_quote)
+               : numbered("system", static_cast<std::size_t>(&system - systems.data()), system.name);
 }
 
 /// Items that are known by their number alone.
@@ -169,8 +174,7 @@ private:
             "system", before.systems, after.systems, std::mem_fn(&System::name),
             [](std::size_t place, const System& system) { return numbered("system", place, system.name); },
             [&](const std::string& item, const System& one, const System& other) {
-                const auto place = static_cast<std::size_t>(&other - after.systems.data());
-                const std::string name = name_of_system(other, place);
+                const std::string name = name_of_system(other, after.systems);
                 entries("boundary", name, one.boundaries, other.boundaries, Section::boundaries);
                 entries("load", name, one.loads, other.loads, Section::loads);
                 initial_conditions(item, one, other);
@@ -280,16 +284,31 @@ private:
     template <class Item>
     void columns(std::string_view table, const std::string& item, const Item& before, const Item& after)
     {
-        if constexpr (requires { visit_columns([](std::string_view, const auto&...) {}, before); }) {
-            visit_columns(
-                [&](std::string_view column, const auto& one, const auto& other) {
-                    if (!same(one, other)) {
-                        found_.push_back({section_of(table, column), Change::changed, item, name_in_words(column),
-                                          in_words(one), in_words(other)});
+        for_each_table([&](TableId /*id*/, const auto& known) {
+            if constexpr (std::is_same_v<typename std::remove_cvref_t<decltype(known)>::Item, Item>) {
+                for (const Column<Item>& column : known.columns) {
+                    if (known.name == table) {
+                        compare_column(table, item, column, before, after);
                     }
-                },
-                before, after);
-        }
+                }
+            }
+        });
+    }
+
+    template <class Item>
+    void compare_column(std::string_view table, const std::string& item, const Column<Item>& column, const Item& before,
+                        const Item& after)
+    {
+        with_value(column, before, [&](const auto& one) {
+            with_value(column, after, [&](const auto& other) {
+                if constexpr (std::is_same_v<decltype(one), decltype(other)>) {
+                    if (!same(one, other)) {
+                        found_.push_back({section_of(table, column.name), Change::changed, item,
+                                          name_in_words(column.name), in_words(one), in_words(other)});
+                    }
+                }
+            });
+        });
     }
 
     /// Walks both series by time.

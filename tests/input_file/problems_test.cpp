@@ -1,6 +1,8 @@
 #include "tests/input_file/exported.hpp"
 
 #include <algorithm>
+#include <regex>
+#include <set>
 
 #include <gtest/gtest.h>
 
@@ -91,6 +93,37 @@ TEST(Problems, name_the_place_the_field_its_text_and_what_belongs_there)
         const InputFile file = read_text(changed(change.found, change.by));
         EXPECT_EQ(problems_of(file), change.problems);
     }
+}
+
+TEST(Problems, that_editors_make_leave_all_values_sure)
+{
+    const std::string sound = everything();
+    const Model model = read_text(sound).model;
+    const auto without = [&](const std::regex& what, const char* by) { return std::regex_replace(sound, what, by); };
+    const struct {
+        std::string bytes;
+        std::set<std::string_view> codes;
+    } cases[] = {
+        {"\xEF\xBB\xBF" + sound, {"V117"}},
+        {sound.substr(0, sound.size() - 1), {"V106"}},
+        {sound.substr(0, sound.size() - 2), {"V106"}},
+        {without(std::regex("\r"), ""), {"V106"}},
+        {without(std::regex(" +\r"), "\r"), {"V115"}},
+        {without(std::regex(std::string(1, '\0')), " "), {"V116"}},
+        {without(std::regex(std::string(1, '\0')), ""), {"V115", "V116"}},
+        {without(std::regex(std::string("[\\x00 ]+\\r")), "\r"), {"V115", "V116"}},
+    };
+    for (const auto& [bytes, codes] : cases) {
+        const InputFile file = read_text(bytes);
+        std::set<std::string_view> found;
+        for (const Finding& problem : file.problems) {
+            found.insert(problem.rule->code);
+        }
+        EXPECT_EQ(found, codes) << problems_of(file);
+        EXPECT_EQ(file.about_form, file.problem_count);
+        EXPECT_TRUE(file.model == model) << problems_of(file);
+    }
+    EXPECT_EQ(read_text(sound.substr(0, sound.size() - 3)).problems.back().rule->code, "V110"); // a digit may be cut
 }
 
 TEST(Problems, are_all_collected_over_a_section_that_is_lost)

@@ -95,7 +95,15 @@ TEST(CheckInputFile, EachThingThatCanBeWrong)
         {"a count too low, after which no time is said to be wrong", "    4               Number of Time",
          "    3               Number of Time",
          "F:53:1: error V109 record out of place: flow time series, inflow: '  5.00000  3.00000' is another record, of "
-         "18 characters, expected the record 'inflow' of 30 characters\n"},
+         "18 characters, expected the record 'inflow' of 30 characters; line 49 announces 3 pairs, 4 follow: correct "
+         "the number or the pairs\n"},
+        {"a count too high", "    4               Number of Time", "    5               Number of Time",
+         "F:54:1: error V109 record out of place: flow time series, time pair: 'Mill                          ' is "
+         "another record, of 30 characters, expected the record 'time pair' of 2 numbers; line 49 announces 5 pairs, 4 "
+         "follow: correct the number or the pairs\n"},
+        {"a word in a row", "  1.00000  2.00000\r\n", "  1.00000  x7\r\n",
+         "F:51:12: error V102 not a number: flow time series, flow field 1, flow function 1, pair 2, value: 'x7' is not "
+         "a number, expected a number\n"},
         {"a count that contradicts", "    2               Number of inflows", "    1               Number of inflows",
          "F:46:1: error V112 contradiction: flow time series, Number of inflows: '    1' is not the number that an "
          "earlier section has, expected 2\n"
@@ -127,6 +135,9 @@ TEST(CheckInputFile, EachThingThatCanBeWrong)
               "F:" + std::to_string(std::count(bytes.begin(), bytes.end(), '\n') + 1) +
                   ":1: error V111 trailing bytes: initial conditions: the file goes on after its last record, "
                   "expected its end\n");
+    std::string lost = replaced(bytes, "    4               Number of Time", "    3               Number of Time");
+    lost = replaced(lost, "    2               Boundary Segment", "    9               Boundary Segment");
+    EXPECT_EQ(check_bytes(lost).counts.size(), 1U) << "of values, nothing is said behind a section that is lost";
     EXPECT_EQ(short_report(check_bytes("")),
               "F:1:1: error V110 file ends early: system information, Module Type, Version: the file ends here, "
               "expected the record 'Module Type, Version' of 42 characters\n");

@@ -1,6 +1,5 @@
 #include "model_check/datum_value.hpp"
 
-#include "model/item_columns.hpp"
 #include "model_check/field_finding.hpp"
 #include "model_store/table_shape.hpp"
 #include "tests/input_file/exported.hpp"
@@ -80,35 +79,6 @@ TEST(DatumValue, IsNoneWhereTheModelHasNone)
             EXPECT_EQ(as_read(value_of(model, {table.name, column, {1, 1, 1}})), "nothing") << table.name;
         }
     }
-}
-
-template <class Item>
-void expect_columns_of(std::string_view table)
-{
-    std::set<std::string> visited;
-    visit_columns([&](std::string_view column, const auto&) { visited.emplace(column); }, Item{});
-    const TableShape& shape = model_table(table);
-    const auto first = shape.columns.begin() + static_cast<std::ptrdiff_t>(shape.keys);
-    EXPECT_EQ(visited, std::set<std::string>(first, shape.columns.end())) << table;
-}
-
-TEST(ItemColumns, AreThoseOfTheSchema)
-{
-    expect_columns_of<Model>("model");
-    expect_columns_of<System>("system");
-    expect_columns_of<Segment>("segment");
-    expect_columns_of<InitialCondition>("initial_condition");
-    expect_columns_of<SegmentSeries>("boundary");
-    expect_columns_of<SegmentSeries>("load");
-    expect_columns_of<FlowField>("flow_field");
-    expect_columns_of<FlowFunction>("flow_function");
-    expect_columns_of<FlowPath>("flow_path");
-    expect_columns_of<ExchangeField>("exchange_field");
-    expect_columns_of<ExchangeFunction>("exchange_function");
-    expect_columns_of<ExchangePair>("exchange_pair");
-    expect_columns_of<TimeFunction>("time_function");
-    expect_columns_of<Parameter>("parameter");
-    expect_columns_of<Constant>("constant");
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "tests/model_store/store_fixture.hpp"
 
-#include "model/item_columns.hpp"
+#include "model/items.hpp"
 
 #include <algorithm>
 #include <type_traits>
@@ -34,14 +34,18 @@ template <class Item>
 void number_columns(Item& item)
 {
     float value = 10;
-    visit_columns(
-        [&](std::string_view, const auto& column) {
-            using Value = std::remove_cvref_t<decltype(column)>;
-            if constexpr (std::is_arithmetic_v<Value>) {
-                const_cast<Value&>(column) = static_cast<Value>(value += 1.1F); // NOLINT: of an item of ours
+    for_each_table([&](TableId, const auto& table) {
+        if constexpr (std::is_same_v<typename std::remove_cvref_t<decltype(table)>::Item, Item>) {
+            for (const Column<Item>& column : table.columns) {
+                with_value(column, item, [&](auto& datum) {
+                    using Value = std::remove_cvref_t<decltype(datum)>;
+                    if constexpr (std::is_arithmetic_v<Value>) {
+                        datum = static_cast<Value>(value += 1.1F);
+                    }
+                });
             }
-        },
-        std::as_const(item));
+        }
+    });
 }
 
 void add_systems(Model& model)
