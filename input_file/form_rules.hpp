@@ -42,10 +42,11 @@ inline constexpr FindingRule utf8_mark{"V117", "UTF-8 mark", warning,
 inline constexpr FindingRule missing_segment{
     "V201", "missing segment", error, "name a segment of the model, or 0 where none or the world outside is meant"};
 
-inline constexpr std::array all{
-    &field_overflow, &not_a_number,        &not_finite,      &beyond_single_precision, &touching_fields, &line_end,
-    &other_label,    &other_form,          &record_out_of_place, &file_ends_early,     &trailing_bytes,  &contradiction,
-    &negative_count, &not_storable,        &trimmed_blanks,  &dropped_nul,             &utf8_mark,       &missing_segment};
+inline constexpr std::array all{&field_overflow,      &not_a_number,    &not_finite,     &beyond_single_precision,
+                                &touching_fields,     &line_end,        &other_label,    &other_form,
+                                &record_out_of_place, &file_ends_early, &trailing_bytes, &contradiction,
+                                &negative_count,      &not_storable,    &trimmed_blanks, &dropped_nul,
+                                &utf8_mark,           &missing_segment};
 
 /// True of the rules whose findings leave all values sure, but an export would write other bytes.
 [[nodiscard]] constexpr bool is_about_form(const FindingRule& rule)

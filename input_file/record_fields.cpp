@@ -169,7 +169,8 @@ void RecordReader::repeated_text(std::string_view name, std::string_view known)
 {
     const std::string_view text = text_of(find(name));
     if (text != known) {
-        report(are_same_but_for_nuls(text, known) ? form_rules::dropped_nul : form_rules::contradiction, name, "is not what an earlier section has", in_quotes(known));
+        report(are_same_but_for_nuls(text, known) ? form_rules::dropped_nul : form_rules::contradiction, name,
+               "is not what an earlier section has", in_quotes(known));
     }
 }
 

@@ -79,8 +79,8 @@ std::optional<RecordReader::Line> RecordReader::trimmed_line_ahead(const Record&
     }
     const bool is_text_alone =
         std::all_of(expected.begin(), expected.end(), [](const Part& part) { return part.kind == PartKind::text; });
-    const bool is_like_numbers = !without_blanks(line.text).empty() &&
-                                 line.text.find_first_not_of("0123456789+-.Ee ") == std::string_view::npos;
+    const bool is_like_numbers =
+        !without_blanks(line.text).empty() && line.text.find_first_not_of("0123456789+-.Ee ") == std::string_view::npos;
     padded_ = line.text;
     padded_.resize(expected.width(), ' ');
     if (is_text_alone ? is_like_numbers : !has_columns_of(expected, padded_)) {
@@ -183,7 +183,8 @@ void RecordReader::take_columns(const Record& expected)
         }
         if (is_trimmed) {
             report_at({line_, line.text.size() + 1}, form_rules::trimmed_blanks, expected.name(), "",
-                      "the line ends without its blanks", "column " + std::to_string(expected.width()) + " to be its last");
+                      "the line ends without its blanks",
+                      "column " + std::to_string(expected.width()) + " to be its last");
         }
         line = *other;
     }
@@ -226,9 +227,9 @@ void RecordReader::known_record(std::string_view name, std::string_view known)
     take(line);
     if (line.text != known) {
         const auto differing = std::ranges::mismatch(known, line.text).in1 - known.begin();
-        const FindingRule& rule = !lacks_nuls                      ? form_rules::other_label
+        const FindingRule& rule = !lacks_nuls                              ? form_rules::other_label
                                   : line.text.find('\0') == line.text.npos ? form_rules::dropped_nul
-                                                                    : form_rules::trimmed_blanks;
+                                                                           : form_rules::trimmed_blanks;
         report_at({record_line_, static_cast<std::uint64_t>(differing) + 1}, rule, name, line.text, "is another text",
                   in_quotes(known));
     }

@@ -60,12 +60,18 @@ Finding of_database(const Finding& problem, Model& model, const ExportedTypes& t
 
 /// Looks for fields that say nothing or touch, and gives the model the values that the export shows. Returns what it
 /// loses of them; `gaps` gets the data of which it shows nothing.
-Losses check_export(FindingList& list, Model& model, const std::filesystem::path& exported, std::vector<Address>& gaps)
+Losses check_export(FindingList& list, Model& model, const std::filesystem::path& exported, const CheckOptions& options,
+                    std::vector<Address>& gaps)
 {
     LossCount losses(model, list.most());
     const ExportedTypes types(model);
     ReadOptions reading;
     reading.most_problems = 0;
+    reading.on_progress = [&](std::uint64_t bytes) {
+        if (options.on_progress) {
+            options.on_progress("check", bytes, std::filesystem::file_size(exported));
+        }
+    };
     reading.on_problem = [&](const Finding& problem) { list.add(of_database(problem, model, types)); };
     reading.on_field = [&](const FieldText& field) {
         losses.see(field);
@@ -89,10 +95,15 @@ FileFindings check_database(const std::filesystem::path& file, const WriteInputF
     FileFindings result;
     result.file = file.string();
     result.database = true;
-    FindingList list(result, options.most_of_a_rule, options.on_finding);
+    FindingList list(result, options.most_of_a_rule, options.on_finding, options.ignored);
     Model model;
     LoadOptions loading;
     loading.most_problems = most_row_problems;
+    loading.on_progress = [&](std::uint64_t rows) {
+        if (options.on_progress) {
+            options.on_progress("load", rows, 0);
+        }
+    };
     try {
         model = load_model(file, loading);
     } catch (const StoreError& error) {
@@ -105,7 +116,7 @@ FileFindings check_database(const std::filesystem::path& file, const WriteInputF
         return result;
     }
     std::vector<Address> gaps;
-    const Losses losses = check_export(list, model, write(model), gaps);
+    const Losses losses = check_export(list, model, write(model), options, gaps);
     check_values(model, gaps, [&](Finding finding) { list.add(std::move(finding)); });
     add_losses(list, loss_rules::value_vanishes, losses.vanishing);
     add_losses(list, loss_rules::value_changed, losses.changed);

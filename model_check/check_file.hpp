@@ -4,14 +4,21 @@
 #include "model_check/file_findings.hpp"
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <set>
+#include <string>
+#include <string_view>
 
 namespace velm {
 
 struct CheckOptions {
     std::size_t most_of_a_rule = 20; ///< how many findings of a rule to list; all are counted
     OnFinding on_finding{};          ///< hears of what is listed as it comes; without it, the result keeps them
+    std::set<std::string, std::less<>> ignored{}; ///< codes of what is neither listed nor counted
+    /// Called now and then with what is being done, as one of few texts, and how far that is; 0 of all where unknown.
+    std::function<void(std::string_view work, std::uint64_t done, std::uint64_t all)> on_progress{};
 };
 
 /// Checks an input file's form and its values, in the order of the file. Throws std::system_error when it cannot be

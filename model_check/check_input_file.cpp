@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <map>
+#include <system_error>
 #include <utility>
 
 namespace velm {
@@ -76,13 +77,21 @@ FileFindings check_input_file(const std::filesystem::path& file, const CheckOpti
 {
     FileFindings result;
     result.file = file.string();
-    FindingList list(result, options.most_of_a_rule, options.on_finding);
+    FindingList list(result, options.most_of_a_rule, options.on_finding, options.ignored);
     ValueFindings values(list);
+    std::error_code unknown;
+    const std::uintmax_t size = std::filesystem::file_size(file, unknown);
+    const auto progress = [&](std::uint64_t bytes) {
+        if (options.on_progress) {
+            options.on_progress("check", bytes, unknown ? 0 : size);
+        }
+    };
     bool any_touch = false;
     bool any_problem = false;
     {
         ReadOptions reading;
         reading.most_problems = 0;
+        reading.on_progress = progress;
         reading.on_field = [&](const FieldText& field) { any_touch = any_touch || touches_its_neighbour(field); };
         const InputFile read = read_input_file(file, reading);
         any_problem = read.problem_count > 0;

@@ -13,7 +13,7 @@ std::uint64_t FileFindings::count(Level level) const
 
 void FindingList::count(const FindingRule& rule, std::uint64_t number)
 {
-    if (number > 0) {
+    if (number > 0 && !ignored_.contains(rule.code)) {
         RuleCount& count = to_.counts[rule.code];
         count.rule = &rule;
         count.found += number;
@@ -23,11 +23,11 @@ void FindingList::count(const FindingRule& rule, std::uint64_t number)
 void FindingList::add(Finding finding)
 {
     count(*finding.rule, 1);
-    RuleCount& already = to_.counts.at(finding.rule->code);
-    if (already.listed == most_) {
+    const auto already = to_.counts.find(finding.rule->code);
+    if (already == to_.counts.end() || already->second.listed == most_) {
         return;
     }
-    ++already.listed;
+    ++already->second.listed;
     if (on_finding_) {
         on_finding_(finding);
     } else {

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -34,11 +35,13 @@ struct FileFindings {
 /// Hears of each finding that is listed, as it comes.
 using OnFinding = std::function<void(const Finding& finding)>;
 
-/// Counts findings, and lists of each rule as many as the limit allows: in the file's findings, or to `on_finding`.
+/// Counts findings but those of ignored codes, and lists of each rule as many as the limit allows: in the file's
+/// findings, or to `on_finding`.
 class FindingList {
 public:
-    FindingList(FileFindings& findings, std::size_t most_of_a_rule, OnFinding on_finding = {})
-        : to_(findings), most_(most_of_a_rule), on_finding_(std::move(on_finding))
+    FindingList(FileFindings& findings, std::size_t most_of_a_rule, OnFinding on_finding = {},
+                std::set<std::string, std::less<>> ignored = {})
+        : to_(findings), most_(most_of_a_rule), on_finding_(std::move(on_finding)), ignored_(std::move(ignored))
     {
     }
 
@@ -51,6 +54,7 @@ private:
     FileFindings& to_;
     std::size_t most_;
     OnFinding on_finding_;
+    std::set<std::string, std::less<>> ignored_; ///< codes
 };
 
 } // namespace velm

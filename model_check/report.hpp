@@ -29,7 +29,8 @@ public:
 };
 
 /// A line for each finding: "river.inp:12:1: error V101 field overflow: segments, volume: what is wrong; a remedy".
-[[nodiscard]] std::unique_ptr<FindingReport> text_report(std::ostream& out);
+/// Of levels below `least`, nothing; of a rule of which none is listed, how many there are.
+[[nodiscard]] std::unique_ptr<FindingReport> text_report(std::ostream& out, Level least = Level::note);
 
 /// One JSON object; docs/findings.md describes it.
 [[nodiscard]] std::unique_ptr<FindingReport> json_report(std::ostream& out);

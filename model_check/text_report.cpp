@@ -9,22 +9,29 @@ namespace {
 
 class TextReport final : public FindingReport {
 public:
-    explicit TextReport(std::ostream& out) : out_(out) {}
+    TextReport(std::ostream& out, Level least) : out_(out), least_(least) {}
 
     void begin_file(const std::string& file, bool /*database*/) override { file_ = printable(file); }
-    void add(const Finding& finding) override { out_ << line_of(file_, finding) << '\n'; }
+    void add(const Finding& finding) override
+    {
+        if (finding.rule->level >= least_) {
+            out_ << line_of(file_, finding) << '\n';
+        }
+    }
     void end_file(const FileFindings& found) override
     {
         for (const auto& [code, count] : found.counts) {
-            if (count.found > count.listed) {
-                out_ << file_ << ": and " << count.found - count.listed << " more of " << code << ' '
-                     << count.rule->name << '\n';
+            if (count.found > count.listed && count.rule->level >= least_) {
+                const std::string more = std::to_string(count.found - count.listed);
+                out_ << file_ << ": " << (count.listed == 0 ? more + " of " : "and " + more + " more of ") << code
+                     << ' ' << count.rule->name << '\n';
             }
         }
     }
 
 private:
     std::ostream& out_;
+    Level least_;
     std::string file_;
 };
 
@@ -41,9 +48,9 @@ std::string line_of(std::string_view file, const Finding& finding)
     return line + ": " + in_words(finding);
 }
 
-std::unique_ptr<FindingReport> text_report(std::ostream& out)
+std::unique_ptr<FindingReport> text_report(std::ostream& out, Level least)
 {
-    return std::make_unique<TextReport>(out);
+    return std::make_unique<TextReport>(out, least);
 }
 
 std::string counts_in_words(std::span<const FileFindings> files)

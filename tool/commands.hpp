@@ -33,6 +33,7 @@ Command info_command(CLI::App& tool);
 Command report_command(CLI::App& tool); ///< only with VELM_REPORT
 Command help_command(CLI::App& tool);
 Command docs_command(CLI::App& tool);
+Command explain_command(CLI::App& tool);
 Command describe_command(CLI::App& tool);
 
 /// The command of that name; null when there is none.

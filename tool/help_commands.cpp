@@ -23,13 +23,20 @@ const CLI::App& command_named(const CLI::App& tool, const std::string& name)
     return *command;
 }
 
-ExitCode print_document(const std::string& page)
+/// The names of the pages. Throws ToolError when there are none.
+std::vector<std::string> installed_documents()
 {
-    const std::vector<std::string> names = document_names();
+    std::vector<std::string> names = document_names();
     if (names.empty()) {
         throw ToolError(ExitCode::failed, "the documents are not installed here; they lie in the folder docs of the "
                                           "package and of the sources");
     }
+    return names;
+}
+
+ExitCode print_document(const std::string& page)
+{
+    const std::vector<std::string> names = installed_documents();
     if (page.empty()) {
         for (const std::string& name : names) {
             std::string heading;
@@ -104,6 +111,42 @@ Command docs_command(CLI::App& tool)
 }
 
 /// For packages and shells, not for people: what the man pages and completions are made of.
+/// The section of a page from a heading that begins so to the next heading; empty when there is none.
+std::string section_of_document(const std::string& page, const std::string& heading)
+{
+    std::ifstream file(document(page));
+    std::string section;
+    for (std::string line; std::getline(file, line);) {
+        const bool is_heading = line.starts_with('#');
+        if (is_heading && !section.empty()) {
+            break;
+        }
+        if (!section.empty() || line.starts_with(heading)) {
+            section += line + '\n';
+        }
+    }
+    return section.substr(0, section.find_last_not_of('\n') + 1);
+}
+
+Command explain_command(CLI::App& tool)
+{
+    auto code = std::make_shared<std::string>();
+    CLI::App* const arguments = tool.add_subcommand("explain", "Explain a finding of velm check");
+    arguments->add_option("CODE", *code, "The finding's code")->required();
+    arguments->footer("Example:\n"
+                      "  velm explain V204");
+    return {arguments, [code] {
+                static_cast<void>(installed_documents());
+                const std::string section = section_of_document("findings", "### " + *code + ' ');
+                if (section.empty()) {
+                    throw ToolError(ExitCode::usage,
+                                    "there is no finding " + printable(*code) + "; velm docs findings lists all");
+                }
+                std::cout << section.substr(4) << '\n';
+                return ExitCode::done;
+            }};
+}
+
 Command describe_command(CLI::App& tool)
 {
     auto manual = std::make_shared<bool>(false);

@@ -54,6 +54,7 @@ constexpr Entry entries[] = {
     {schema_command, "model-database"},
     {help_command, nullptr},
     {docs_command, nullptr},
+    {explain_command, "findings"},
     {describe_command, nullptr},
 };
 

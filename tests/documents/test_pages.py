@@ -27,7 +27,7 @@ GIVEN = {
 }
 HELPS = {"check": "estuary.db estuary.inp other.inp", "docs": "",
          "diff": "before.db after.db estuary.db estuary.inp old.inp new.inp",
-         "example": "", "export": "estuary.db changes.sql", "help": "", "import": "estuary.inp edited.inp",
+         "example": "", "explain": "", "export": "estuary.db changes.sql", "help": "", "import": "estuary.inp edited.inp",
          "info": "estuary.db estuary.inp", "new": "", "record": "libprevelmwdll_host.so", "replay": "estuary.jsonl desktop.jsonl",
          "report": "estuary.db estuary.inp before.db after.db", "schema": "", "session-to-model": "desktop.jsonl"}
 ELSEWHERE = [  # what other tests run, or these cannot

@@ -102,7 +102,8 @@ TEST(CheckInputFile, EachThingThatCanBeWrong)
          "another record, of 30 characters, expected the record 'time pair' of 2 numbers; line 49 announces 5 pairs, 4 "
          "follow: correct the number or the pairs\n"},
         {"a word in a row", "  1.00000  2.00000\r\n", "  1.00000  x7\r\n",
-         "F:51:12: error V102 not a number: flow time series, flow field 1, flow function 1, pair 2, value: 'x7' is not "
+         "F:51:12: error V102 not a number: flow time series, flow field 1, flow function 1, pair 2, value: 'x7' is "
+         "not "
          "a number, expected a number\n"},
         {"a count that contradicts", "    2               Number of inflows", "    1               Number of inflows",
          "F:46:1: error V112 contradiction: flow time series, Number of inflows: '    1' is not the number that an "

@@ -144,6 +144,16 @@ TEST(ModelDiff, ToleranceIsAPartOfTheLargerNumber)
               "segments: segment 2, slope: 0 -> 1e-30\n");
 }
 
+TEST(ModelDiff, TellsSystemsOfOneNameApart)
+{
+    Model one = river();
+    one.systems[1].name = one.systems[0].name = "A";
+    Model other = one;
+    other.systems[1].boundaries.items[1].segment = 1;
+    EXPECT_EQ(difference_lines(differences(one, other), false), "boundaries: boundary 1 of system 2 (A): added\n"
+                                                                "boundaries: boundary 2 of system 2 (A): removed\n");
+}
+
 TEST(ModelDiff, Json)
 {
     Model changed = river();

@@ -44,6 +44,11 @@ class Check(Files):
         (["deep.db", "late.inp"], 1, ["deep.db: error V101 field overflow: table segment, segment 2, column volume: ",
                                       "late.inp:194:3: warning"], "velm: checked 2 files: 1 error, 1 warning, 0 notes\n"),
         (["deep.db", "--fail-on", "never"], 0, ["deep.db: error V101"], "1 error, 0 warnings, 0 notes\n"),
+        (["late.inp", "--show", "error"], 0, [], "velm: 1 finding is not shown; --show note lists all\n"),
+        (["late.inp", "--ignore", "V301,V204", "--fail-on", "note"], 0, [], "0 errors, 0 warnings, 0 notes\n"),
+        (["late.inp", "--ignore", "V999"], 2, [], "velm: --ignore: there is no finding V999; velm help check explains\n"),
+        (["late.inp", "deep.db", "--most", "0"], 1,
+         ["late.inp: 1 of V204 time repeats", "deep.db: 1 of V101 field overflow"], "1 error, 1 warning, 0 notes\n"),
         (["nowhere.inp", "deep.db"], 3, ["deep.db: error V101"],
          "velm: nowhere.inp does not exist; give another name\nvelm: checked 1 file: 1 error, 0 warnings, 0 notes\n"),
         (["other.db"], 3, [], "velm: checked 0 files: 0 errors, 0 warnings, 0 notes\n"),
@@ -67,6 +72,14 @@ class Check(Files):
                     self.assertEqual(line[:len(beginning)], beginning)
                 self.assertEqual(messages[len(messages) - len(end):], end)
         self.assertEqual({name: self.read(name) for name in self.files() if name != "folder"}, before)
+
+    def test_a_finding_is_explained_by_its_section(self):
+        code, text, _ = self.velm("explain", "V204")
+        self.assertEqual((code, text.splitlines()[0]), (0, "V204 time repeats (warning)"))
+        self.assertIn("*Remedy:* keep one pair", text)
+        self.assertNotIn("V205", text)
+        self.assertEqual(self.velm("explain", "V2"),
+                         (2, "", "velm: there is no finding V2; velm docs findings lists all\n"))
 
     def test_json(self):
         code, text, _ = self.velm("check", "late.inp", "deep.db", "--json")
