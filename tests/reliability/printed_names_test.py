@@ -52,7 +52,7 @@ class PrintedNames(ToolCase):
                 self.assert_plain(result)
 
     def test_json_is_plain_and_keeps_the_name(self):
-        self.write(EVIL + ".bad", "no input file\n")
+        self.write(EVIL + ".bad", "Module Type: none\n")
         for arguments in [["check", "--json", EVIL + ".bad"], ["diff", "--json", "model.inp", self.evil_input]]:
             self.velm("export", "model.db", self.evil_input)
             with self.subTest(arguments):
