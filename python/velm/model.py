@@ -9,7 +9,7 @@ from typing import Any, Optional
 import numpy
 import pandas
 
-from velm import network, program, removal, time_series
+from velm import program, removal, time_series
 from velm.database import Database
 from velm.errors import ArgumentError
 from velm.making import Making
@@ -41,24 +41,17 @@ class Model(Making):
             self.choose_time_steps()
 
     def choose_time_steps(self) -> None:
-        """Sets the time steps by the water's stay in the surface and pore water's flows: the longest to half of the
-        shortest mean stay in a segment, 0.1 days at most; the shortest to a tenth of the stay at the highest outflow.
+        """Sets the time steps by the water's stay, which velm info says: the longest to half of the shortest mean stay
+        in a segment, 0.1 days at most; the shortest to a tenth of the stay at the highest outflow.
 
         A model made in a `with` block has this done at its end unless it was given time steps."""
-        volumes = self.segment["volume"] * self.model.filter(regex="^volume.*factor").prod(axis=1)[1]
-        mean, highest = volumes * 0.0, volumes * 0.0
-        for field, number in self._data.ask("SELECT flow_field, number FROM flow_function WHERE flow_field <= 2"):
-            flow = self.series("flow", field, number, dates=False, factors=True)
-            steps = self._data.frame("flow_path").loc[(field, number)]
-            for end, away in zip(network.ENDS, (flow.clip(lower=0), -flow.clip(upper=0))):
-                part = steps.groupby(end)["fraction"].sum().reindex(volumes.index, fill_value=0.0)
-                mean, highest = mean + part * away.mean(), highest + part * away.max()
+        segments = program.run_for_json("info", self._data.path)["files"][0]["segments"]
         with self._data.transaction():
-            for column, flow, part, most, places in (("maximum_time_step", mean, 0.5, LONGEST_STEP, 3),
-                                                     ("minimum_time_step", highest, 0.1, SHORTEST_STEP, 6)):
-                step = min([most, *(part * volumes / flow / 86400)[(volumes > 0) & (flow > 0)]])
+            for name, stay, part, most, places in (("maximum", "residence_time", 0.5, LONGEST_STEP, 3),
+                                                   ("minimum", "shortest_residence_time", 0.1, SHORTEST_STEP, 6)):
+                step = min([most, *(part * segment[stay] for segment in segments if segment[stay])])
                 step = max(numpy.floor(step * 10**places), 1) / 10**places  # what the input file shows of it
-                self._data.update("model", column, [(1,)], [step])
+                self._data.update("model", f"{name}_time_step", [(1,)], [step])
 
 
 def create(path: Path, *, start: Any = None, end: Any, replace: bool = False, **options: Any) -> Model:

@@ -6,7 +6,7 @@ import numpy
 import pandas
 
 from velm import removal, time_series, units
-from velm.errors import ArgumentError
+from velm.errors import ArgumentError, refuse_where
 from velm.model_file import ModelFile
 
 Key = Tuple[int, int]
@@ -30,6 +30,8 @@ class StoredSeries(ModelFile):
         if dates or (dates is None and self.start is not None):
             if self.start is None:
                 raise ArgumentError("dates", "the start of the run is no date; open the model with start=")
+            room = (pandas.Timestamp.max.value - self.start.value) / 86400e9  # pandas would begin again in 1677
+            refuse_where(abs(days) >= room, "dates", days, "days are beyond the dates of pandas; say dates=False")
             index = (self.start + pandas.to_timedelta(days * 86400, unit="s").round("ms")).rename("date")
         factor = self._factor(kind, key[0], "scale") * self._factor(kind, key[0], "conversion") if factors else 1
         return pandas.Series(values * factor, index=index, name=f"{kind} {key}")
