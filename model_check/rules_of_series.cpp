@@ -1,3 +1,4 @@
+#include "model/items.hpp"
 #include "model/real_in_words.hpp"
 #include "model/words.hpp"
 #include "model_check/item_words.hpp"
@@ -201,7 +202,7 @@ void look_for_negative(const MeantModel& meant, const ReportMeaning& report)
             },
             report);
     });
-    for (std::int32_t system = 1; const System& one : meant.model.systems) {
+    for_each_numbered(meant.model.systems, [&](const System& one, std::int64_t system) {
         report_first(
             one.initial_conditions,
             [](const InitialCondition& condition) {
@@ -217,34 +218,30 @@ void look_for_negative(const MeantModel& meant, const ReportMeaning& report)
                                  std::string("give a concentration of 0 or more")};
             },
             report);
-        ++system;
-    }
+    });
 }
 
 std::pair<std::string, std::string> mark_in_words(const std::string& item, float value)
 {
     return {"the value of " + item + " is " + real_in_words(value) + ", which stands for a missing one in records",
-            "leave the pair out, or put in the value that was meant; the engine would take it for a measurement"};
+            "put in the value that was meant, or leave a pair out; the engine would take it for a measurement"};
 }
 
-void look_for_marks_in_conditions(const Model& model, const ReportMeaning& report)
+void look_for_marks_in_conditions(const Model& model, std::string_view column, float InitialCondition::*value,
+                                  const ReportMeaning& report)
 {
-    for (std::int32_t system = 1; const System& one : model.systems) {
-        for (const auto& [column, value] : {std::pair{"concentration", &InitialCondition::concentration},
-                                            {"dissolved_fraction", &InitialCondition::dissolved_fraction}}) {
-            report_first(
-                one.initial_conditions, [&](const InitialCondition& condition) { return is_mark(condition.*value); },
-                [&](std::size_t place) {
-                    return Address{"initial_condition", column, {system, static_cast<std::int64_t>(place + 1)}};
-                },
-                "more segment",
-                [&](const std::string& item, const InitialCondition& condition) {
-                    return mark_in_words(item, condition.*value);
-                },
-                report);
-        }
-        ++system;
-    }
+    for_each_numbered(model.systems, [&](const System& one, std::int64_t system) {
+        report_first(
+            one.initial_conditions, [value](const InitialCondition& condition) { return is_mark(condition.*value); },
+            [&](std::size_t place) {
+                return Address{"initial_condition", column, {system, static_cast<std::int64_t>(place + 1)}};
+            },
+            "more segment",
+            [&](const std::string& item, const InitialCondition& condition) {
+                return mark_in_words(item, condition.*value);
+            },
+            report);
+    });
 }
 
 void look_for_marks(const MeantModel& meant, const ReportMeaning& report)
@@ -255,31 +252,29 @@ void look_for_marks(const MeantModel& meant, const ReportMeaning& report)
             item.series->values, in_columns ? is_mark_in_columns : is_mark,
             [&](std::size_t place) { return pair_at(item, place, "value"); }, "more pair", mark_in_words, report);
     });
-    look_for_marks_in_conditions(meant.model, report);
-    for (std::int32_t type = 1; const auto& one : meant.model.parameter_types) {
-        for (std::int32_t number = 1; const Parameter& parameter : one.instances) {
-            report_first(
-                parameter.used ? parameter.values : std::vector<float>{}, is_mark_in_columns,
-                [&](std::size_t place) {
-                    return Address{"parameter_value", "value", {type, number, static_cast<std::int64_t>(place + 1)}};
-                },
-                "more segment", mark_in_words, report);
-            ++number;
-        }
-        ++type;
-    }
-    for (std::int32_t type = 1; const auto& one : meant.model.constant_types) {
-        for (std::int32_t number = 1; const Constant& constant : one.instances) {
-            report_first(
-                constant.used ? std::vector<float>{constant.value} : std::vector<float>{}, is_mark_in_columns,
-                [&](std::size_t) {
-                    return Address{"constant", "value", {type, number}};
-                },
-                "", mark_in_words, report);
-            ++number;
-        }
-        ++type;
-    }
+    look_for_marks_in_conditions(meant.model, "concentration", &InitialCondition::concentration, report);
+    look_for_marks_in_conditions(meant.model, "dissolved_fraction", &InitialCondition::dissolved_fraction, report);
+    for_each_numbered(meant.model.parameter_types, [&](const auto& type, std::int64_t t) {
+        for_each_numbered(type.instances, [&](const Parameter& parameter, std::int64_t number) {
+            if (parameter.used) {
+                report_first(
+                    parameter.values, is_mark_in_columns,
+                    [&](std::size_t place) {
+                        return Address{"parameter_value", "value", {t, number, static_cast<std::int64_t>(place + 1)}};
+                    },
+                    "more segment", mark_in_words, report);
+            }
+        });
+    });
+    for_each_numbered(meant.model.constant_types, [&](const auto& type, std::int64_t t) {
+        for_each_numbered(type.instances, [&](const Constant& constant, std::int64_t number) {
+            if (constant.used && is_mark_in_columns(constant.value)) {
+                const Address address{"constant", "value", {t, number}};
+                auto [message, remedy] = mark_in_words(item_in_words(address), constant.value);
+                report(address, std::move(message), std::move(remedy));
+            }
+        });
+    });
 }
 
 using enum Level;
@@ -290,7 +285,7 @@ constexpr std::array<MeaningRule, 5> series_rules{{
     {{"V505", "not days of the run", warning, "count the times in days from the start of the run"},
      look_for_other_days},
     {{"V512", "negative series", warning, "give values of 0 or more"}, look_for_negative},
-    {{"V513", "mark of a missing value", warning, "leave the pair out, or put in the value that was meant"},
+    {{"V513", "mark of a missing value", warning, "put in the value that was meant, or leave a pair out"},
      look_for_marks},
 }};
 

@@ -1,3 +1,4 @@
+#include "model/items.hpp"
 #include "model/words.hpp"
 #include "model_check/item_words.hpp"
 #include "model_check/rules.hpp"
@@ -97,7 +98,7 @@ std::vector<bool> bounded_segments(const System& system, std::size_t segments)
 
 void look_for_missing_boundary(const MeantModel& meant, const ReportMeaning& report)
 {
-    for (std::int32_t system = 1; const System& one : meant.model.systems) {
+    for_each_numbered(meant.model.systems, [&](const System& one, std::int64_t system) {
         const std::vector<bool> bounded = bounded_segments(one, meant.model.segments.size());
         for (std::int32_t segment = 1; segment <= number_of_segments(meant); ++segment) {
             const OutsideContact& outside = meant.water.outside(segment);
@@ -114,14 +115,13 @@ void look_for_missing_boundary(const MeantModel& meant, const ReportMeaning& rep
                    "give system " + std::to_string(system) + " a boundary at segment " + std::to_string(segment) +
                        ", of 0 where the water brings none of it");
         }
-        ++system;
-    }
+    });
 }
 
 void look_for_inner_boundary(const MeantModel& meant, const ReportMeaning& report)
 {
-    for (std::int32_t system = 1; const System& one : meant.model.systems) {
-        for (std::int32_t boundary = 1; const SegmentSeries& item : one.boundaries.items) {
+    for_each_numbered(meant.model.systems, [&](const System& one, std::int64_t system) {
+        for_each_numbered(one.boundaries.items, [&](const SegmentSeries& item, std::int64_t boundary) {
             const Address address{"boundary", "segment", {system, boundary}};
             if (item.segment >= 1 && item.segment <= number_of_segments(meant) &&
                 !meant.water.outside(item.segment).any()) {
@@ -130,10 +130,8 @@ void look_for_inner_boundary(const MeantModel& meant, const ReportMeaning& repor
                            ", which neither a flow path nor an exchange pair connects to the outside",
                        "name the segment where water enters or leaves the model, or make a load of it");
             }
-            ++boundary;
-        }
-        ++system;
-    }
+        });
+    });
 }
 
 bool is_water(const Segment& segment)

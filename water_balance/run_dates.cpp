@@ -29,7 +29,8 @@ std::string in_digits(double value, int decimals)
 
 std::optional<year_month_day> date_of(const std::array<std::int32_t, 3>& integers)
 {
-    const auto year = std::find_if(integers.begin(), integers.end(), [](auto i) { return i >= 1000 && i <= 3000; });
+    const auto* const year =
+        std::find_if(integers.begin(), integers.end(), [](auto i) { return i >= 1000 && i <= 3000; });
     if (year == integers.end()) {
         return std::nullopt;
     }
