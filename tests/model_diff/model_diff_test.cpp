@@ -150,8 +150,8 @@ TEST(ModelDiff, TellsSystemsOfOneNameApart)
     one.systems[1].name = one.systems[0].name = "A";
     Model other = one;
     other.systems[1].boundaries.items[1].segment = 1;
-    EXPECT_EQ(difference_lines(differences(one, other), false), "boundaries: boundary 1 of system 2 (A): added\n"
-                                                                "boundaries: boundary 2 of system 2 (A): removed\n");
+    EXPECT_EQ(difference_lines(differences(one, other), false),
+              "boundaries: boundary 2 of system 2 (A), segment: 2 -> 1\n");
 }
 
 TEST(ModelDiff, Json)
