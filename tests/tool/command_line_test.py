@@ -1,6 +1,7 @@
 """velm as a modeller types it: what each command prints and leaves, and what it refuses."""
 
 import html.parser
+import json
 import os
 import re
 import sqlite3
@@ -129,6 +130,40 @@ class Printed(ToolCase):
             "constants             types: 2, used: 1, unused: 1",
         ]:
             self.assertIn(line + "\n", text)
+
+    def test_info_of_water_and_series(self):
+        self.make_model(sql="""
+            UPDATE model SET start_date_1 = 2001, start_date_2 = 3, start_date_3 = 1, julian_end_time = 10,
+                             maximum_time_step = 0.1, volume_conversion_factor = 1000;
+            INSERT INTO segment (name, type, volume) VALUES ('Reach', 1, 864), ('Pond', 2, 1);
+            INSERT INTO flow_field (scale_factor) VALUES (2);
+            INSERT INTO flow_function VALUES (1, 1, 'River');
+            INSERT INTO flow_path VALUES (1, 1, 1, 0, 1, 1), (1, 1, 2, 1, 0, 1);
+            INSERT INTO flow_value VALUES (1, 1, 1, 0, 5), (1, 1, 2, 10, 15);""")
+        self.assertEqual(self.velm("export", "model.db", "model.inp", "--quiet")[0], 0)
+        code, text, messages = self.velm("info", "model.inp", "none", "model.db", "--json")
+        self.assertEqual((code, messages), (3, "velm: none does not exist; give another name\n"))
+        of_file, of_database = json.loads(text)["files"]
+        self.assertEqual((of_file.pop("kind"), of_database.pop("kind")), ("input file", "model database"))
+        self.assertEqual({**of_file, "file": "model.db"}, of_database)
+        self.assertEqual(of_file["run"], {"start_date": "2001-03-01", "end_day": 10, "end_date": "2001-03-11",
+                                          "minimum_time_step": 0, "maximum_time_step": 0.1, "print_interval": 0})
+        self.assertEqual(of_file["water"], {"in": 17.28e6, "out": 17.28e6, "stored": 0})
+        self.assertEqual(of_file["series"], [{
+            "table": "flow_value", "owner": 1, "number": 1, "description": "River", "used": 1, "pairs": 2, "first_day": 0,
+            "first_date": "2001-03-01", "last_day": 10, "last_date": "2001-03-11", "usual_step": 10, "gaps": 0,
+            "least": 10, "mean": 20, "greatest": 30, "unit": "m3/s"}])
+        reach, pond = of_file["segments"]
+        self.assertEqual(reach, {
+            "number": 1, "name": "Reach", "type": 1, "volume": 864000, "mean_inflow": 20, "mean_outflow": 20,
+            "residence_time": 0.5, "shortest_residence_time": 864000 / 30 / 86400, "highest_outflow_day": 10,
+            "highest_outflow_date": "2001-03-11", "connections": [{"segment": 0, "by": "flow", "field": 1}]})
+        self.assertEqual((pond["residence_time"], pond["connections"]), (None, []))
+        text = self.velm("info", "model.inp", "--series", "--segments")[1]
+        for words in ["in 17280000 m3, out 17280000 m3, stored 0 m3",
+                      "flow field 1, flow function 1 2 2001-03-01, day 0 2001-03-11, day 10 10 0 10 20 30 m3/s River",
+                      "1 864000 20 20 0.5 0.3333 1 Reach outside (flow 1)"]:
+            self.assertIn(words, " ".join(text.split()))
 
     def test_names_cannot_steer_the_terminal(self):
         self.make_model(sql="INSERT INTO system (name) VALUES ('a' || char(27) || '[2Jb' || char(155))")
