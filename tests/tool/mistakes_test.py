@@ -33,8 +33,9 @@ MISTAKES = [
     ("UPDATE model SET time_optimization = 0, maximum_time_step = 0.2, minimum_time_step = 0.04", [
         ("V508", "segment 3, 0.03469 days, 2023-12-18, day 351", 14, 1),
         ("V508", "segment 1, 0.1172 days, 2023-12-18, day 351", 14, 10)]),
-    ("UPDATE segment SET volume = volume / 4 WHERE number = 20; UPDATE segment SET volume = volume / 3 WHERE number = 21", [
-        ("V509", "segment 20, 3375 m3, 13500 m3", 81, 21)]),
+    ("UPDATE segment SET volume = volume / 4 WHERE number = 20; "
+     "UPDATE segment SET volume = volume / 3 WHERE number = 21", [
+         ("V509", "segment 20, 3375 m3, 13500 m3", 81, 21)]),
     ("DELETE FROM boundary_value; DELETE FROM boundary; DELETE FROM load_value; DELETE FROM load; "
      "DELETE FROM initial_condition; DELETE FROM system", [("V510", "no system", 6, 1)]),
     ("UPDATE exchange_pair SET length = 0 WHERE exchange_field = 1 AND exchange_function = 1 AND number = 2; "
@@ -56,9 +57,10 @@ MISTAKES = [
         ("V514", "2023 13 31", 3, 1), ("V514", "24 0 0", 3, 16)]),
     ("UPDATE segment SET name = 'Moor Brook ' WHERE number = 5; UPDATE system SET tag = 'NO3' WHERE number = 1", [
         ("V515", "system 2, system 1, 'NO3'", 17, 1), ("V515", "segment 5, segment 3, 'Moor Brook'", 34, 11)]),
-    ("UPDATE exchange_pair SET first_segment = 26, second_segment = 30 WHERE first_segment = 27 AND second_segment = 31; "
+    ("UPDATE exchange_pair SET first_segment = 26, second_segment = 30 WHERE (first_segment, second_segment) = (27, 31); "
      "UPDATE segment SET type = 2 WHERE number = 31", [("V516", "segment 31", 60, 11)]),
-    ("UPDATE segment SET flow_option = 3 WHERE number = 1; UPDATE boundary SET segment = 5; UPDATE flow_path SET fraction = 0", []),
+    ("UPDATE segment SET flow_option = 3 WHERE number = 1; UPDATE boundary SET segment = 5; "
+     "UPDATE flow_path SET fraction = 0", []),
 ]
 
 
