@@ -9,6 +9,7 @@
 #include "model_check/losses.hpp"
 #include "model_store/model_store.hpp"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -88,6 +89,61 @@ Losses check_export(FindingList& list, Model& model, const std::filesystem::path
     return losses.result();
 }
 
+/// Looks for what the export of `exported` loses, and gives it the values of the export; checks those of `model`, which
+/// may be the same.
+void check_model(FindingList& list, Model& exported, const Model& model, const WriteInputFile& write,
+                 const CheckOptions& options)
+{
+    std::vector<Address> gaps;
+    const Losses losses = check_export(list, exported, write(exported), options, gaps);
+    check_values(model, &model == &exported ? gaps : std::vector<Address>(),
+                 [&](Finding finding) { list.add(std::move(finding)); });
+    add_losses(list, loss_rules::value_vanishes, losses.vanishing);
+    add_losses(list, loss_rules::value_changed, losses.changed);
+    add_losses(list, loss_rules::digits_lost, losses.digits_lost);
+    add_cut_texts(list, losses);
+}
+
+std::vector<TimeSeries*> series_of(Model& model)
+{
+    std::vector<TimeSeries*> all;
+    const auto add = [&all](auto& items) {
+        for (auto& item : items) {
+            all.push_back(&item.series);
+        }
+    };
+    for (FlowField& field : model.flow_fields) {
+        add(field.functions);
+    }
+    for (ExchangeField& field : model.exchange_fields) {
+        add(field.functions);
+    }
+    for (System& system : model.systems) {
+        add(system.boundaries.items);
+        add(system.loads.items);
+    }
+    for (auto& type : model.time_function_types) {
+        add(type.instances);
+    }
+    return all;
+}
+
+/// Leaves the first pairs of each series, about `most_pairs` in all, and of the longest enough for the number of its
+/// pairs to be as wide as it is.
+void shorten(const std::vector<TimeSeries*>& all, std::size_t most_pairs)
+{
+    constexpr std::size_t too_many_for_a_count = 100'000;
+    const TimeSeries* const longest =
+        *std::max_element(all.begin(), all.end(), [](const TimeSeries* one, const TimeSeries* other) {
+            return one->times.size() < other->times.size();
+        });
+    for (TimeSeries* const one : all) {
+        const std::size_t most = std::max(most_pairs / all.size(), one == longest ? too_many_for_a_count : 1);
+        one->times.resize(std::min(one->times.size(), most));
+        one->values.resize(one->times.size());
+    }
+}
+
 } // namespace
 
 FileFindings check_database(const std::filesystem::path& file, const WriteInputFile& write, const CheckOptions& options)
@@ -115,14 +171,30 @@ FileFindings check_database(const std::filesystem::path& file, const WriteInputF
         }
         return result;
     }
-    std::vector<Address> gaps;
-    const Losses losses = check_export(list, model, write(model), options, gaps);
-    check_values(model, gaps, [&](Finding finding) { list.add(std::move(finding)); });
-    add_losses(list, loss_rules::value_vanishes, losses.vanishing);
-    add_losses(list, loss_rules::value_changed, losses.changed);
-    add_losses(list, loss_rules::digits_lost, losses.digits_lost);
-    add_cut_texts(list, losses);
+    check_model(list, model, model, write, options);
     result.remarks = remarks_on(model);
+    return result;
+}
+
+FileFindings check_loaded_model(const Model& model, const WriteInputFile& write, const CheckOptions& options)
+{
+    FileFindings result;
+    result.database = true;
+    FindingList list(result, options.most_of_a_rule, options.on_finding, options.ignored);
+    result.remarks = remarks_on(model);
+    Model copy = model;
+    const std::vector<TimeSeries*> all = series_of(copy);
+    std::size_t pairs = 0;
+    for (const TimeSeries* const one : all) {
+        pairs += one->times.size();
+    }
+    if (pairs > options.most_pairs) {
+        shorten(all, options.most_pairs);
+        check_model(list, copy, model, write, options);
+        result.remarks.push_back("only the beginning of each series was looked at for losses; velm check looks at all");
+    } else {
+        check_model(list, copy, copy, write, options);
+    }
     return result;
 }
 

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <limits>
 #include <set>
 #include <string>
 #include <string_view>
@@ -19,11 +20,15 @@ struct CheckOptions {
     std::set<std::string, std::less<>> ignored{}; ///< codes of what is neither listed nor counted
     /// Called now and then with what is being done, as one of few texts, and how far that is; 0 of all where unknown.
     std::function<void(std::string_view work, std::uint64_t done, std::uint64_t all)> on_progress{};
+    std::size_t most_pairs = std::numeric_limits<std::size_t>::max(); ///< of a loaded model to look at for losses
 };
 
 /// Checks an input file's form and its values, in the order of the file. Throws std::system_error when it cannot be
 /// read.
 [[nodiscard]] FileFindings check_input_file(const std::filesystem::path& file, const CheckOptions& options = {});
+/// The same in one reading, so that findings about values have no places in the file and come after the others;
+/// `model` becomes what it holds, as far as it can be read.
+[[nodiscard]] FileFindings check_and_read_input_file(const std::filesystem::path& file, Model& model);
 
 /// Writes the model's input file and returns where it is, for as long as the check needs it.
 using WriteInputFile = std::function<std::filesystem::path(const Model& model)>;
@@ -33,5 +38,10 @@ using WriteInputFile = std::function<std::filesystem::path(const Model& model)>;
 /// model database at all.
 [[nodiscard]] FileFindings check_database(const std::filesystem::path& file, const WriteInputFile& write,
                                           const CheckOptions& options = {});
+
+/// The same for a model that was loaded from a database. One of more pairs than the options allow is looked at for
+/// losses in the beginning of each series, and has its values checked as they are stored; a remark says so.
+[[nodiscard]] FileFindings check_loaded_model(const Model& model, const WriteInputFile& write,
+                                              const CheckOptions& options = {});
 
 } // namespace velm

@@ -71,9 +71,24 @@ Finding touching(const FieldText& field)
             .text = field_as_text(field.text)};
 }
 
-} // namespace
+/// Reads the file again, to say all in its order.
+void list_in_order(const std::filesystem::path& file, FindingList& list, ValueFindings& values)
+{
+    ReadOptions reading;
+    reading.most_problems = 0;
+    reading.on_problem = [&](const Finding& problem) { list.add(problem); };
+    reading.on_field = [&](const FieldText& field) {
+        if (touches_its_neighbour(field)) {
+            list.add(touching(field));
+        }
+        values.list_those_of(field);
+    };
+    static_cast<void>(read_input_file(file, reading));
+    values.list_the_rest();
+}
 
-FileFindings check_input_file(const std::filesystem::path& file, const CheckOptions& options)
+/// `model` is null, or becomes what the file holds, which is then read once only.
+FileFindings check(const std::filesystem::path& file, const CheckOptions& options, Model* model)
 {
     FileFindings result;
     result.file = file.string();
@@ -81,39 +96,55 @@ FileFindings check_input_file(const std::filesystem::path& file, const CheckOpti
     ValueFindings values(list);
     std::error_code unknown;
     const std::uintmax_t size = std::filesystem::file_size(file, unknown);
-    const auto progress = [&](std::uint64_t bytes) {
-        if (options.on_progress) {
-            options.on_progress("check", bytes, unknown ? 0 : size);
-        }
-    };
     bool any_touch = false;
     bool any_problem = false;
     {
         ReadOptions reading;
         reading.most_problems = 0;
-        reading.on_progress = progress;
-        reading.on_field = [&](const FieldText& field) { any_touch = any_touch || touches_its_neighbour(field); };
-        const InputFile read = read_input_file(file, reading);
+        reading.on_progress = [&](std::uint64_t bytes) {
+            if (options.on_progress) {
+                options.on_progress("check", bytes, unknown ? 0 : size);
+            }
+        };
+        reading.on_field = [&](const FieldText& field) {
+            if (touches_its_neighbour(field)) {
+                any_touch = true;
+                if (model != nullptr) {
+                    list.add(touching(field));
+                }
+            }
+        };
+        if (model != nullptr) {
+            reading.on_problem = [&](const Finding& problem) { list.add(problem); };
+        }
+        InputFile read = read_input_file(file, reading);
         any_problem = read.problem_count > 0;
         if (read.whole) { // with records missing, nothing can be said about how values belong together
             check_values(read.model, read.gaps, [&](Finding finding) { values.add(std::move(finding)); });
             result.remarks = remarks_on(read.model);
         }
+        if (model != nullptr) {
+            *model = std::move(read.model);
+            values.list_the_rest();
+            return result;
+        }
     }
-    if (any_problem || any_touch || !values.empty()) { // again, to say all in the order of the file
-        ReadOptions reading;
-        reading.most_problems = 0;
-        reading.on_problem = [&](const Finding& problem) { list.add(problem); };
-        reading.on_field = [&](const FieldText& field) {
-            if (touches_its_neighbour(field)) {
-                list.add(touching(field));
-            }
-            values.list_those_of(field);
-        };
-        static_cast<void>(read_input_file(file, reading));
-        values.list_the_rest();
+    if (any_problem || any_touch || !values.empty()) {
+        list_in_order(file, list, values);
     }
     return result;
+}
+
+} // namespace
+
+FileFindings check_input_file(const std::filesystem::path& file, const CheckOptions& options)
+{
+    return check(file, options, nullptr);
+}
+
+FileFindings check_and_read_input_file(const std::filesystem::path& file, Model& model)
+{
+    return check(file, {}, &model);
 }
 
 } // namespace velm

@@ -44,12 +44,12 @@ std::string place_of(const Finding& finding)
 
 } // namespace
 
-void put_findings(PageData& data, const Report& report)
+void put_findings(PageData& data, const Model& model, const FileFindings& findings)
 {
-    const std::vector<SeriesItem> series = all_series(*report.model);
+    const std::vector<SeriesItem> series = all_series(model);
     data.begin_object("findings");
     data.begin_array("codes");
-    for (const auto& [code, count] : report.findings.counts) {
+    for (const auto& [code, count] : findings.counts) {
         data.begin_object();
         data.put_utf8("code", code);
         data.put_utf8("name", count.rule->name);
@@ -57,7 +57,7 @@ void put_findings(PageData& data, const Report& report)
         data.put_utf8("remedy", count.rule->remedy);
         data.put_count("count", count.found);
         data.begin_array("list");
-        for (const Finding& finding : report.findings.findings) {
+        for (const Finding& finding : findings.findings) {
             if (finding.rule->code == code) {
                 data.begin_object();
                 data.put_utf8("message", finding.message + (finding.remedy.empty() ? "" : "; " + finding.remedy));
@@ -71,7 +71,7 @@ void put_findings(PageData& data, const Report& report)
     }
     data.end_array();
     data.begin_array("remarks");
-    for (const std::string& remark : report.findings.remarks) {
+    for (const std::string& remark : findings.remarks) {
         data.put_utf8({}, remark);
     }
     data.end_array();

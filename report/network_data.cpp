@@ -88,32 +88,18 @@ void put_start_and_parameters(PageData& data, const Model& model)
     }
 }
 
-/// What one function's paths carry on average, and whether its flow turns during the run.
-struct CarriedFlow {
-    double mean = 0;
-    bool turns = false;
-};
-
-CarriedFlow carried_flow(const Model& model, std::size_t field, std::size_t function, const WaterBalance* balance)
+/// `course` is null when the flows are elsewhere.
+void put_function_paths(PageData& data, const std::vector<FlowPath>& paths, const FlowCourse* course)
 {
-    if (balance == nullptr) {
-        return {};
-    }
-    const FlowField& fields = model.flow_fields[field];
-    const FlowCourse course(fields.functions[function].series,
-                            double{fields.scale_factor} * double{fields.conversion_factor}, balance->end());
-    return {course.mean_forward() - course.mean_backward(), course.greatest() > 0 && course.least() < 0};
-}
-
-void put_function_paths(PageData& data, const std::vector<FlowPath>& paths, const CarriedFlow& flow)
-{
+    const double mean = course == nullptr ? 0 : course->mean_forward() - course->mean_backward();
+    const bool turns = course != nullptr && course->greatest() > 0 && course->least() < 0;
     data.begin_object("paths");
     data.put_count("count", paths.size());
     data.put_numbers("first", paths.size(), [&](auto i) { return paths[i].first_segment; });
     data.put_numbers("second", paths.size(), [&](auto i) { return paths[i].second_segment; });
     data.put_numbers("fraction", paths.size(), [&](auto i) { return paths[i].fraction; });
-    data.put_numbers("flow", paths.size(), [&](auto i) { return double{paths[i].fraction} * flow.mean; });
-    data.put_numbers("turns", paths.size(), [&](auto) { return flow.turns ? 1 : 0; });
+    data.put_numbers("flow", paths.size(), [&](auto i) { return double{paths[i].fraction} * mean; });
+    data.put_numbers("turns", paths.size(), [&](auto) { return turns ? 1 : 0; });
     data.end_object();
 }
 
@@ -203,6 +189,7 @@ void put_segments(PageData& data, const Report& report, const WaterBalance* bala
 
 void put_paths(PageData& data, const Model& model, const WaterBalance* balance)
 {
+    std::size_t at = 0; // in the balance
     data.begin_array("flow_fields");
     for (std::size_t f = 0; f < model.flow_fields.size(); ++f) {
         data.begin_object();
@@ -212,7 +199,8 @@ void put_paths(PageData& data, const Model& model, const WaterBalance* balance)
             const FlowFunction& function = model.flow_fields[f].functions[g];
             data.begin_object();
             data.put_latin1("description", function.description);
-            put_function_paths(data, function.paths, carried_flow(model, f, g, balance));
+            put_function_paths(data, function.paths, balance == nullptr ? nullptr : &balance->functions()[at].course);
+            ++at;
             data.end_object();
         }
         data.end_array();

@@ -22,7 +22,7 @@ void put_paths(PageData& data, const Model& model, const WaterBalance* balance);
 void put_series(PageData& data, const Report& report, const WaterBalance* balance, std::span<const Difference> found);
 void put_balance(PageData& data, const Model& model, const WaterBalance* balance);
 void put_tables(PageData& data, const Model& model);
-void put_findings(PageData& data, const Report& report);
+void put_findings(PageData& data, const Model& model, const FileFindings& findings);
 void put_against(PageData& data, const Report& report, std::span<const Difference> found);
 
 /// The table with the pairs of an item's series.

@@ -4,6 +4,7 @@
 #include "water_balance/run_dates.hpp"
 
 #include <cstdio>
+#include <future>
 #include <optional>
 #include <ostream>
 
@@ -91,7 +92,10 @@ void put_head(PageData& data, const Report& report)
     put_counts(data, *report.model);
 }
 
-void write_report(std::ostream& page, const Report& report)
+namespace {
+
+/// All but what a check finds.
+void put_model(PageData& data, const Report& report)
 {
     const Model& model = *report.model;
     std::optional<WaterBalance> known;
@@ -99,7 +103,6 @@ void write_report(std::ostream& page, const Report& report)
         known.emplace(model);
     }
     const WaterBalance* const balance = known ? &*known : nullptr;
-    PageData data;
     put_head(data, report);
     put_segments(data, report, balance);
     put_paths(data, model, balance);
@@ -108,8 +111,18 @@ void write_report(std::ostream& page, const Report& report)
     put_series(data, report, balance, found);
     put_balance(data, model, balance);
     put_tables(data, model);
-    put_findings(data, report);
     put_against(data, report, found);
+}
+
+} // namespace
+
+void write_report(std::ostream& page, const Report& report)
+{
+    PageData data;
+    std::future<void> shown = std::async(std::launch::async, [&] { put_model(data, report); });
+    const FileFindings findings = report.check();
+    shown.get();
+    put_findings(data, *report.model, findings);
 
     std::string_view rest = report_page;
     const auto fill = [&](std::string_view place, const std::string& content) {

@@ -5,6 +5,7 @@
 #include "model_store/model_store.hpp"
 
 #include <cstdint>
+#include <functional>
 #include <iosfwd>
 #include <string>
 #include <vector>
@@ -17,11 +18,11 @@ struct Report {
     std::string title; ///< UTF-8, as are the texts below
     std::string file;  ///< the model's, as it was named
     bool database = false;
-    std::uint64_t bytes = 0;          ///< size of the file
-    std::string made;                 ///< date and time
-    std::string program;              ///< name and version
-    FileFindings findings;            ///< of the model, each kind up to a limit
-    std::vector<SegmentPlace> places; ///< where a modeller draws segments; may be of some, or none
+    std::uint64_t bytes = 0;             ///< size of the file
+    std::string made;                    ///< date and time
+    std::string program;                 ///< name and version
+    std::function<FileFindings()> check; ///< of the model; called once, while most of the page is made
+    std::vector<SegmentPlace> places;    ///< where a modeller draws segments; may be of some, or none
 
     const Model* old_model = nullptr; ///< what it is compared with; null for nothing
     std::string old_file;

@@ -62,14 +62,36 @@ std::vector<SegmentPlace> segment_places(const std::string& database)
     }
 }
 
-FileFindings findings_of(const std::string& file, FileKind kind, bool quiet)
+/// Of a model with more pairs, the losses of as many are a matter of a moment.
+constexpr std::size_t most_pairs_of_a_check = 100'000;
+
+/// Reads the model that a report is about. An input file is checked by the way, a database when the report asks.
+Model read_reported_model(const ReportArguments& arguments, Report& report)
 {
-    if (kind == FileKind::input_file) {
-        return check_input_file(file);
+    Model model;
+    if (std::filesystem::is_regular_file(arguments.model) && kind_of_file(arguments.model) == FileKind::input_file) {
+        try {
+            report.check = [found = check_and_read_input_file(arguments.model, model)] { return found; };
+        } catch (const std::system_error& error) {
+            throw ToolError(ExitCode::model_unreadable, error.what());
+        }
+        return model;
     }
-    std::optional<ExportedModel> exported;
-    return check_database(
-        file, [&](const Model& model) { return exported.emplace(PlugIn(default_plug_in()), model, quiet).file(); });
+    ModelFileOptions reading;
+    reading.quiet = arguments.quiet;
+    model = read_model_file(arguments.model, reading).model;
+    report.database = true;
+    report.places = segment_places(arguments.model);
+    report.check = [&report, quiet = arguments.quiet] {
+        std::optional<ExportedModel> exported;
+        CheckOptions options;
+        options.most_pairs = most_pairs_of_a_check;
+        const auto write_input_file = [&](const Model& copy) {
+            return exported.emplace(PlugIn(default_plug_in()), copy, quiet).file();
+        };
+        return check_loaded_model(*report.model, write_input_file, options);
+    };
+    return model;
 }
 
 ExitCode write(const ReportArguments& arguments)
@@ -77,13 +99,9 @@ ExitCode write(const ReportArguments& arguments)
     const std::string output = output_of(arguments);
     refuse_one_file({{"OUT", output}, {"MODEL", arguments.model}, {"OTHER", arguments.against}});
     WholeFile file(output, Standing::replaced);
-    ModelFileOptions reading;
-    reading.quiet = arguments.quiet;
-    reading.unsure_values = true;
-    const ModelFile read = read_model_file(arguments.model, reading);
     Report report;
-    report.model = &read.model;
-    report.database = read.kind == FileKind::database;
+    const Model model = read_reported_model(arguments, report);
+    report.model = &model;
     report.file = shown(fs::path(arguments.model).filename());
     report.title = arguments.title.empty()    ? shown(fs::path(arguments.model).stem())
                    : is_utf8(arguments.title) ? arguments.title
@@ -91,12 +109,11 @@ ExitCode write(const ReportArguments& arguments)
     report.bytes = fs::file_size(arguments.model);
     report.made = made_at();
     report.program = "velm " VELM_VERSION;
-    if (report.database) {
-        report.places = segment_places(arguments.model);
-    }
-    report.findings = findings_of(arguments.model, read.kind, arguments.quiet);
     std::optional<ModelFile> other;
     if (!arguments.against.empty()) {
+        ModelFileOptions reading;
+        reading.quiet = arguments.quiet;
+        reading.unsure_values = true;
         other = read_model_file(arguments.against, reading);
         report.old_model = &other->model;
         report.old_file = shown(fs::path(arguments.against).filename());

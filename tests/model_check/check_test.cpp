@@ -29,7 +29,23 @@ FileFindings check_bytes(const std::string& bytes)
 {
     const TestFolder folder;
     write_file(folder / "a.inp", bytes);
-    return check_input_file(folder / "a.inp");
+    FileFindings found = check_input_file(folder / "a.inp");
+    Model model;
+    const FileFindings in_one_reading = check_and_read_input_file(folder / "a.inp", model);
+    EXPECT_EQ(in_one_reading.findings.size(), found.findings.size());
+    return found;
+}
+
+FileFindings check_loaded(const Model& model, std::size_t most_pairs)
+{
+    const TestFolder folder;
+    CheckOptions options;
+    options.most_pairs = most_pairs;
+    const auto write = [&](const Model& copy) {
+        write_file(folder / "a.inp", exported(copy));
+        return folder / "a.inp";
+    };
+    return check_loaded_model(model, write, options);
 }
 
 FileFindings check_as_database(const Model& model)
@@ -193,7 +209,27 @@ TEST(CheckDatabase, WhatItsExportLoses)
         Model model = river();
         one.change(model);
         EXPECT_EQ(short_report(check_as_database(model)), one.found) << one.what;
+        EXPECT_EQ(short_report(check_loaded(model, 1'000'000)), one.found) << one.what;
     }
+}
+
+TEST(CheckLoadedModel, LooksForLossesInTheBeginningOfSeriesOnly)
+{
+    Model model = river();
+    TimeSeries& flows = model.flow_fields[0].functions[0].series;
+    flows = {};
+    for (int hour = 0; hour < 100'001; ++hour) {
+        flows.times.push_back(static_cast<float>(hour) / 10);
+        flows.values.push_back(1);
+    }
+    flows.times.back() = 0;
+    model.systems[0].boundaries.items[0].series = {{0, 1, 2}, {0.1234567F, 0.1234567F, 0.1234567F}};
+    const FileFindings found = check_loaded(model, 10);
+    EXPECT_EQ(found.counts.at("V101").found, 1U); // the number of the pairs
+    EXPECT_EQ(found.counts.at("V203").found, 1U); // the last pair
+    EXPECT_LT(found.counts.at("V301").found, 3U);
+    EXPECT_EQ(found.remarks.size(), 1U);
+    EXPECT_TRUE(check_as_database(model).remarks.empty());
 }
 
 TEST(CheckDatabase, RowsThatAreNoModel)
