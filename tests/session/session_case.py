@@ -8,7 +8,7 @@ import sqlite3
 import sys
 
 TESTS = pathlib.Path(__file__).resolve().parent.parent
-sys.path[:0] = [str(TESTS / "tool"), str(TESTS / "reference"), str(TESTS / "windows")]
+sys.path[:0] = [str(TESTS / "tool"), str(TESTS / "reference")]
 
 from tool_case import ToolCase  # noqa: E402 found by the line above
 

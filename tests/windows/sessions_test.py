@@ -11,10 +11,6 @@ import unittest
 
 from wine_case import BUILD, SCHEMA, SOURCE, VELM_LINUX, WINE, WineCase
 
-from random_databases import RandomDatabase
-
-RANDOM_MODELS = 3
-
 
 class Sessions(WineCase):
     def setUp(self):
@@ -79,12 +75,6 @@ class Sessions(WineCase):
                 database.executescript(SCHEMA + "PRAGMA foreign_keys = ON;" + sql.read_text("utf-8"))
                 database.close()
                 self.check_every_way(f"{sql.stem}.db")
-
-    def test_random_models(self):
-        for seed in range(1, RANDOM_MODELS + 1):
-            with self.subTest(seed=seed):
-                RandomDatabase(SCHEMA, seed).write(self.directory / f"{seed}.db")
-                self.check_every_way(f"{seed}.db")
 
     def test_a_departure_and_a_cut(self):
         self.assertEqual(self.velm("example", "model.db")[0], 0)
