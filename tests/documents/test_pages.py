@@ -33,7 +33,6 @@ HELPS = {"check": "estuary.db estuary.inp other.inp", "docs": "",
 ELSEWHERE = [  # what other tests run, or these cannot
     r"(PATH=|\./dev |\.ci/run).*",  # run these tests
     r"velm replay .* --export 2 .*",  # of a host's second export: session.whole
-    r"CREATE TABLE segment_place .*",  # for a database of an older version, as tool.command_line has one
 ]
 
 
