@@ -57,7 +57,8 @@ MISTAKES = [
         ("V514", "2023 13 31", 3, 1), ("V514", "24 0 0", 3, 16)]),
     ("UPDATE segment SET name = 'Moor Brook ' WHERE number = 5; UPDATE system SET tag = 'NO3' WHERE number = 1", [
         ("V515", "system 2, system 1, 'NO3'", 17, 1), ("V515", "segment 5, segment 3, 'Moor Brook'", 34, 11)]),
-    ("UPDATE exchange_pair SET first_segment = 26, second_segment = 30 WHERE (first_segment, second_segment) = (27, 31); "
+    ("UPDATE exchange_pair SET first_segment = 26, second_segment = 30 "
+     "WHERE first_segment = 27 AND second_segment = 31; "
      "UPDATE segment SET type = 2 WHERE number = 31", [("V516", "segment 31", 60, 11)]),
     ("UPDATE segment SET flow_option = 3 WHERE number = 1; UPDATE boundary SET segment = 5; "
      "UPDATE flow_path SET fraction = 0", []),
