@@ -34,7 +34,7 @@ Segment segment(ModelValues& values, std::size_t number)
 {
     Segment segment;
     segment.name = "Reach " + std::to_string(number);
-    segment.type = 1;
+    segment.type = number == 1 ? 1 : 3; // the river flows through the first
     segment.volume = values.draw(volume);
     segment.velocity_multiplier = values.draw(fraction);
     segment.velocity_exponent = values.draw(fraction);
@@ -48,8 +48,29 @@ Segment segment(ModelValues& values, std::size_t number)
     segment.initial_surface_elevation = values.draw(depth);
     segment.bottom_elevation = -values.draw(depth);
     segment.side_slope = values.draw(fraction);
-    segment.initial_depth = values.draw(depth);
+    segment.initial_depth = segment.volume / (segment.length * segment.width);
     return segment; // without a weir
+}
+
+/// A model in which a check finds nothing to warn of: a river through the first segment, and a run of so many days.
+Model river(ModelValues& values, std::size_t segments, float days)
+{
+    Model model;
+    model.start_date = {2001, 1, 1};
+    model.julian_end_time = days;
+    model.time_optimization = 1;
+    model.maximum_time_step = 1;
+    model.print_interval = 1;
+    for (std::size_t i = 1; i <= segments; ++i) {
+        model.segments.push_back(segment(values, i));
+    }
+    model.flow_fields = {{1, 1, {{"River", {{0, 1, 1}, {1, 0, 1}}, {{0}, {1}}}}}};
+    System tracer;
+    tracer.name = "Tracer";
+    tracer.boundaries.items = {{1, {{0}, {1}}}};
+    tracer.initial_conditions.resize(segments);
+    model.systems.push_back(std::move(tracer));
+    return model;
 }
 
 Parameter parameter(ModelValues& values, std::size_t segments)
@@ -65,10 +86,7 @@ Model segment_model(std::size_t rows)
     const std::size_t segments = std::min<std::size_t>(99'999, rows / 41);
     const std::size_t types = (rows / segments - 1) / 2;
     ModelValues values(2);
-    Model model;
-    for (std::size_t i = 1; i <= segments; ++i) {
-        model.segments.push_back(segment(values, i));
-    }
+    Model model = river(values, segments, 1);
     for (std::size_t isc = 1; isc <= types; ++isc) {
         model.parameter_types.push_back(
             {static_cast<std::int32_t>(isc), {parameter(values, segments), parameter(values, segments)}});
@@ -80,8 +98,7 @@ Model boundary_model(std::size_t rows)
 {
     const std::size_t pairs = rows / (std::size_t{8} * 24);
     ModelValues values(3);
-    Model model;
-    model.segments.push_back(segment(values, 1));
+    Model model = river(values, 1, static_cast<float>(pairs / 24));
     for (std::size_t i = 1; i <= 8; ++i) {
         System system;
         system.name = "System " + std::to_string(i);
@@ -97,12 +114,12 @@ Model flow_model(std::size_t rows)
 {
     const std::size_t pairs = rows / (std::size_t{6} * 300);
     ModelValues values(4);
-    Model model;
-    model.segments.push_back(segment(values, 1));
+    Model model = river(values, 1, static_cast<float>(pairs));
+    model.flow_fields.clear();
     for (int field = 0; field < 6; ++field) {
         FlowField flow_field;
         for (int function = 0; function < 300; ++function) {
-            flow_field.functions.push_back({"Inflow", {{0, 1, 1}}, series(values, pairs, 1, flow)});
+            flow_field.functions.push_back({"Inflow", {{0, 1, 1}, {1, 0, 1}}, series(values, pairs, 1, flow)});
         }
         model.flow_fields.push_back(std::move(flow_field));
     }

@@ -12,7 +12,7 @@ namespace velm::bench {
 ///
 ///     segments     99,999 segments, the most that five columns can number, with 40 parameters in use
 ///     boundaries   8 systems, 12 boundaries and 12 loads each, 100,000 hourly time pairs in each of them
-///     flows        6 flow fields of 300 functions, each a single path and 1,000 daily time pairs
+///     flows        6 flow fields of 300 functions, each a path in and out and 1,000 daily time pairs
 [[nodiscard]] Model workload(std::string_view name, std::size_t rows = 0);
 
 /// What the model holds in single precision.
