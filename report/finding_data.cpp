@@ -80,6 +80,9 @@ void put_findings(PageData& data, const Model& model, const FileFindings& findin
 
 namespace {
 
+/// The page lists so many; velm diff lists all.
+constexpr std::size_t most_differences = 1000;
+
 /// Where the page shows a difference: a series, or the row of an item.
 std::string place_of_difference(const Difference& one)
 {
@@ -106,25 +109,24 @@ void put_against(PageData& data, const Report& report, std::span<const Differenc
     if (report.old_model == nullptr) {
         return;
     }
-    std::vector<float> segments;
     data.begin_object("against");
     data.put_utf8("file", report.old_file);
     data.begin_array("differences");
-    for (const Difference& one : found) {
+    for (const Difference& one : found.first(std::min(found.size(), most_differences))) {
         std::string words = difference_lines({&one, 1}, false);
         words.pop_back(); // the line end
         data.begin_object();
         data.put_utf8("words", words);
         data.put_utf8("at", place_of_difference(one));
         data.end_object();
-        if (one.new_place.table == "segment") {
-            segments.push_back(static_cast<float>(one.new_place.numbers[0]));
-        }
     }
     data.end_array();
+    data.put_count("count", found.size());
     data.begin_array("segments");
-    for (const float segment : segments) {
-        data.put({}, double{segment});
+    for (const Difference& one : found) {
+        if (one.new_place.table == "segment") {
+            data.put_count({}, one.new_place.numbers[0]);
+        }
     }
     data.end_array();
     data.end_object();

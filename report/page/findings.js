@@ -40,5 +40,5 @@ export function startFindings() {
     const place = find("findings");
     if (codes.length === 0) place.append(h("p", { class: "quiet" }, "Nothing was found."));
     else place.append(filter(), ...[...codes].sort((a, b) => levels.indexOf(a.level) - levels.indexOf(b.level)).map(group));
-    place.append(...page.findings.remarks.map((remark) => h("p", { class: "quiet" }, visible(remark), ".")));
+    place.append(...page.findings.remarks.map((remark) => h("p", { class: "quiet" }, visible(remark.slice(0, 1).toUpperCase() + remark.slice(1)), ".")));
 }

@@ -19,10 +19,10 @@ function layersOf(heights, steps) {
     graph.setGraph({ rankdir: "LR", ranker: heights.length > 100 ? "tight-tree" : "network-simplex",
         nodesep: size.between, ranksep: size.across });
     graph.setDefaultEdgeLabel(() => ({}));
-    heights.forEach((height, c) => graph.setNode(c, { width: size.width, height }));
+    for (const c of new Set(steps.flat())) graph.setNode(c, { width: size.width, height: heights[c] });
     for (const [from, to] of steps) graph.setEdge(from, to);
     dagre.layout(graph);
-    return heights.map((height, c) => ({ x: graph.node(c).x - size.width / 2, y: graph.node(c).y - height / 2 }));
+    return heights.map((height, c) => graph.node(c) && { x: graph.node(c).x - size.width / 2, y: graph.node(c).y - height / 2 });
 }
 
 /** A tree whose roots are the outlets, in a moment; what closes a ring is drawn across. */
@@ -43,7 +43,7 @@ function treeOf(heights, steps) {
         node.depth = parent.depth + 1;
     };
     const grow = (outlet) => {
-        if (nodes[outlet].parent) return;
+        if (nodes[outlet].parent || next[outlet].length === 0) return;
         attach(nodes[outlet], root);
         const queue = [outlet];
         for (const at of queue) {
@@ -58,7 +58,7 @@ function treeOf(heights, steps) {
     heights.forEach((_, c) => grow(c));
     const tallest = heights.reduce((most, height) => Math.max(most, height), 0);
     tree().nodeSize([tallest + size.between, size.width + size.across])(root);
-    const places = [];
+    const places = new Array(heights.length);
     root.each((node) => { if (node.data >= 0) places[node.data] = { x: -node.y, y: node.x }; });
     return places;
 }
@@ -127,7 +127,7 @@ function partOverlaps(places, heights) {
     }
 }
 
-/** Columns without a place stand between their neighbours, or in line behind the only one; those of which none has a place, below all. */
+/** Columns without a place stand between their neighbours, or in line behind the only one. */
 function placeOthers(places, steps) {
     const step = size.width + size.across;
     const next = bySegment(steps.flatMap(([from, to]) => [[from, { at: to, dx: step }], [to, { at: from, dx: -step }]]));
@@ -153,10 +153,18 @@ function placeOthers(places, steps) {
         }
     }
     for (let round = 0; round < Math.min(100, 2e5 / queue.length); ++round) queue.slice(given).forEach(settle);
-    const { left, top, height } = extent(queue.map((c) => places[c]));
-    for (let c = 0, i = 0; c < places.length; ++c) {
-        places[c] ??= { x: left + (i % 10) * step, y: top + height + 200 + Math.floor(i++ / 10) * 100 };
-    }
+}
+
+/** Columns that have no place by now stand in rows below the others. */
+function placeLonely(places, heights) {
+    const lonely = heights.map((_, c) => c).filter((c) => !places[c]);
+    if (lonely.length === 0) return;
+    const known = places.filter(Boolean);
+    const tallest = heights.reduce((most, one) => Math.max(most, one), 0);
+    const { left, top, width, height } = known.length ? extent(known) : { left: 0, top: -tallest - size.between, width: 0, height: 0 };
+    const [across, down] = [size.width + size.across, tallest + size.between];
+    const perRow = Math.max(Math.floor(width / across) + 1, Math.ceil(Math.sqrt((lonely.length * wide * down) / across)));
+    lonely.forEach((c, i) => { places[c] = { x: left + (i % perRow) * across, y: top + height + down * (1 + Math.floor(i / perRow)) }; });
 }
 
 /** The modeller's coordinates, y upwards, scaled so that most neighbours have room. A column without stands between its neighbours. */
@@ -177,6 +185,7 @@ function givenPlaces(heights, steps) {
         place.y *= scale;
     }
     placeOthers(places, steps);
+    placeLonely(places, heights);
     if (segmentCount <= mostNamed) partOverlaps(places, heights);
     return places;
 }
@@ -189,8 +198,9 @@ export function segmentPlaces() {
     if (!columnPlaces) {
         const many = columns.length > layered || (columns.length > fewColumns && converges(steps));
         columnPlaces = many ? treeOf(heights, steps) : layersOf(heights, steps);
-        fitToView(columnPlaces, heights);
+        fitToView(columnPlaces.filter(Boolean), heights);
     }
+    placeLonely(columnPlaces, heights);
     const places = new Array(segmentCount + 1);
     columns.forEach((column, c) => {
         let { y } = columnPlaces[c];

@@ -128,8 +128,8 @@ const linkOfPath = (numbers, exchange) => links.find((one) => one.exchange === e
 
 function takeAddresses() {
     const toSegment = (at) => (numbers) => {
-        choose(numbers[at], { near: true, focus: false });
-        return find("panel-title");
+        choose(numbers[at], { near: true });
+        return find(numbers[at] > 0 ? "panel-title" : "map-title");
     };
     shows(["segment"], toSegment(0));
     shows(["initial_condition"], toSegment(1));
@@ -167,6 +167,7 @@ function showWordsBelow() {
 }
 
 export function startMap(marks) {
+    takeAddresses();
     if (segmentCount === 0) {
         find("map").replaceChildren(h("p", { class: "quiet" }, "No segments: there is nothing to draw."));
         find("map-tools").hidden = find("panel").hidden = true;
@@ -193,6 +194,5 @@ export function startMap(marks) {
     find("zoom-out").addEventListener("click", () => view.zoom(1 / 1.4));
     find("zoom-all").addEventListener("click", () => view.fit());
     find("search-form").addEventListener("submit", (event) => { event.preventDefault(); search(); });
-    takeAddresses();
 }
 

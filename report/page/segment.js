@@ -2,7 +2,7 @@
 import { endTitle, numbers, page, pairs, paths, pathTitle, segmentCount, segmentNames, visible } from "./data.js";
 import { dayInWords } from "./dates.js";
 import { find, h, link, name } from "./dom.js";
-import { exact, plural, withUnit } from "./format.js";
+import { count, exact, plural, withUnit } from "./format.js";
 import { findingLine } from "./findings.js";
 import { below, reach, types } from "./network.js";
 import { boundariesAt, findingsAt, loadsAt } from "./places.js";
@@ -88,11 +88,13 @@ function dataPart(segment) {
     return [...groups].map(([group, list]) => h("details", { open: group === "shape" }, h("summary", {}, group), rows(list)));
 }
 
-/** Warnings and errors in full; notes, which may be many, when asked for. */
+/** The first warnings and errors in full; more of them, and notes, when asked for. */
 function findings(list) {
+    const lines = (some) => some.map((one) => findingLine(one, one.code));
+    const folded = (some, title) => (some.length ? [h("details", {}, h("summary", {}, title), lines(some))] : []);
     const notes = list.filter((one) => one.code.level === "note");
-    return [...list.filter((one) => one.code.level !== "note").slice(0, 10).map((one) => findingLine(one, one.code)),
-        ...(notes.length ? [h("details", {}, h("summary", {}, plural(notes.length, "note")), notes.slice(0, 20).map((one) => findingLine(one, one.code)))] : [])];
+    const others = list.filter((one) => one.code.level !== "note");
+    return [...lines(others.slice(0, 3)), ...folded(others.slice(3), `${count(others.length - 3)} more`), ...folded(notes, plural(notes.length, "note"))];
 }
 
 function showSegment(segment) {
