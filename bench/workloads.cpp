@@ -134,7 +134,7 @@ struct Workload {
 
 constexpr Workload workloads[] = {
     {"segments", segment_model, 99'999 * 41},
-    {"boundaries", boundary_model, 8 * 24 * 100'000},
+    {"boundaries", boundary_model, 8 * 24 * 99'999},
     {"flows", flow_model, 6 * 300 * 1000},
 };
 

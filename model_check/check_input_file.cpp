@@ -1,6 +1,5 @@
 #include "model_check/check_file.hpp"
 
-#include "input_file/form_rules.hpp"
 #include "input_file/input_file.hpp"
 #include "input_file/section_of.hpp"
 #include "model_check/check_values.hpp"
@@ -8,6 +7,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -61,16 +61,6 @@ private:
     std::multimap<RowNumbers, Finding> waiting_; ///< most fields have other numbers
 };
 
-Finding touching(const FieldText& field)
-{
-    return {.rule = &form_rules::touching_fields,
-            .address = field.address,
-            .place = field.place,
-            .section = name_of(field.section),
-            .message = "follows its neighbour without a blank",
-            .text = field_as_text(field.text)};
-}
-
 /// Reads the file again, to say all in its order.
 void list_in_order(const std::filesystem::path& file, FindingList& list, ValueFindings& values)
 {
@@ -78,8 +68,8 @@ void list_in_order(const std::filesystem::path& file, FindingList& list, ValueFi
     reading.most_problems = 0;
     reading.on_problem = [&](const Finding& problem) { list.add(problem); };
     reading.on_field = [&](const FieldText& field) {
-        if (touches_its_neighbour(field)) {
-            list.add(touching(field));
+        if (std::optional<Finding> finding = finding_of(field)) {
+            list.add(*std::move(finding));
         }
         values.list_those_of(field);
     };
@@ -96,7 +86,7 @@ FileFindings check(const std::filesystem::path& file, const CheckOptions& option
     ValueFindings values(list);
     std::error_code unknown;
     const std::uintmax_t size = std::filesystem::file_size(file, unknown);
-    bool any_touch = false;
+    bool any_finding = false;
     bool any_problem = false;
     {
         ReadOptions reading;
@@ -107,10 +97,10 @@ FileFindings check(const std::filesystem::path& file, const CheckOptions& option
             }
         };
         reading.on_field = [&](const FieldText& field) {
-            if (touches_its_neighbour(field)) {
-                any_touch = true;
+            if (std::optional<Finding> finding = finding_of(field)) {
+                any_finding = true;
                 if (model != nullptr) {
-                    list.add(touching(field));
+                    list.add(*std::move(finding));
                 }
             }
         };
@@ -129,7 +119,7 @@ FileFindings check(const std::filesystem::path& file, const CheckOptions& option
             return result;
         }
     }
-    if (any_problem || any_touch || !values.empty()) {
+    if (any_problem || any_finding || !values.empty()) {
         list_in_order(file, list, values);
     }
     return result;

@@ -1,10 +1,14 @@
 #include "model_check/field_finding.hpp"
 
+#include "input_file/form_rules.hpp"
 #include "model/words.hpp"
 #include "plain_text/plain_text.hpp"
 
 namespace velm {
 
+namespace {
+
+/// True for a number that fills its columns and follows another number without a blank; asterisks are none.
 bool touches_its_neighbour(const FieldText& field)
 {
     const auto offset = field.place.column - 1;
@@ -13,6 +17,26 @@ bool touches_its_neighbour(const FieldText& field)
     }
     const char before = field.record[offset - 1];
     return (before >= '0' && before <= '9') || before == '.';
+}
+
+} // namespace
+
+std::optional<Finding> finding_of(const FieldText& field)
+{
+    Finding finding{.address = field.address,
+                    .place = field.place,
+                    .section = name_of(field.section),
+                    .text = field_as_text(field.text)};
+    if (field.address.column.empty() && field.text.find('*') != std::string_view::npos) {
+        finding.rule = &form_rules::field_overflow;
+        finding.message = "the number of its time pairs, above 99999, does not fit the five columns of its field";
+    } else if (touches_its_neighbour(field)) {
+        finding.rule = &form_rules::touching_fields;
+        finding.message = "follows its neighbour without a blank";
+    } else {
+        return {};
+    }
+    return finding;
 }
 
 std::string field_as_text(std::string_view bytes)

@@ -1,5 +1,6 @@
 #include "model_check/losses.hpp"
 
+#include "model/items.hpp"
 #include "model/real_in_words.hpp"
 #include "model/words.hpp"
 
@@ -15,12 +16,33 @@ namespace velm {
 
 namespace {
 
-/// To three digits: "0.00012 %".
-std::string percentage(double part)
+enum class Measure { part, days, fraction };
+
+/// In what people think of a difference at that address.
+Measure measure_of(const Address& address)
+{
+    if (address.column == "time") {
+        return Measure::days;
+    }
+    Measure measure = Measure::part;
+    for_each_table([&](TableId /*id*/, const auto& table) {
+        for (const auto& column : table.columns) {
+            if (table.name == address.table && column.name == address.column) {
+                measure = column.unit == "days"           ? Measure::days
+                          : column.rule == Rule::fraction ? Measure::fraction
+                                                          : Measure::part;
+            }
+        }
+    });
+    return measure;
+}
+
+/// To three digits: "0.00012".
+std::string in_three_digits(double number)
 {
     std::array<char, 32> text{};
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), part * 100, std::chars_format::general, 3);
-    return std::string(text.data(), end.ptr) + " %";
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::general, 3);
+    return {text.data(), end.ptr};
 }
 
 bool is_worse(const Loss& one, const Loss& other)
@@ -32,7 +54,22 @@ bool is_worse(const Loss& one, const Loss& other)
 
 std::string Loss::in_words() const
 {
-    return real_in_words(value) + " is written " + text + ", off by " + percentage(relative);
+    const Measure measure = measure_of(address);
+    const double difference = relative * std::abs(double{value});
+    return real_in_words(value) + " is written " + text + ", off by " +
+           (measure == Measure::part ? in_three_digits(relative * 100) + " %"
+                                     : in_three_digits(difference) + (measure == Measure::days ? " days" : ""));
+}
+
+std::string Loss::remedy() const
+{
+    const std::string nothing = "nothing, when the difference does not matter; else ";
+    switch (measure_of(address)) {
+    case Measure::part: return {};
+    case Measure::days: return nothing + "give a time of fewer digits, or count the days from a later start";
+    case Measure::fraction: break;
+    }
+    return nothing + "give fractions of fewer decimals that together make what is meant";
 }
 
 void LossCount::see(const FieldText& field)

@@ -19,8 +19,10 @@ struct Loss {
     std::string text;    ///< without blanks around it
     double relative = 0; ///< distance of the text from the value, in parts of the value
 
-    /// "4e-05 is written 0.0000, off by 100 %"
+    /// "4e-05 is written 0.0000, off by 100 %"; of times "off by 0.0375 days", of fractions "off by 0.00333".
     [[nodiscard]] std::string in_words() const;
+    /// What to do about a time or a fraction; empty for others.
+    [[nodiscard]] std::string remedy() const;
 };
 
 /// Losses of like weight.

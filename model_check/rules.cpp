@@ -32,8 +32,6 @@ std::span<const FindingRule* const> finding_rules()
             rules.push_back(&meaning.rule);
         }
         std::ranges::sort(rules, {}, &FindingRule::code);
-        const auto repeated = std::ranges::unique(rules, {}, &FindingRule::code);
-        rules.erase(repeated.begin(), repeated.end());
         return rules;
     }();
     return all;

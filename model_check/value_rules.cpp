@@ -1,6 +1,5 @@
 #include "model_check/rules.hpp"
 
-#include "input_file/form_rules.hpp"
 #include "model/items.hpp"
 #include "model/real_in_words.hpp"
 
@@ -10,8 +9,6 @@
 namespace velm {
 
 namespace {
-
-constexpr std::size_t most_pairs_shown = 99'999; // in the five columns of their count
 
 std::string more(std::ptrdiff_t others, const char* where)
 {
@@ -83,18 +80,6 @@ void look_at_times(const Model& model, const ReportMeaning& report, Predicate is
                "time " + real_in_words(*(first + 1)) + " follows " + real_in_words(*first) +
                    more(places - 1, "in this series"),
                {});
-    });
-}
-
-void find_hidden_counts(const MeantModel& meant, const ReportMeaning& report)
-{
-    for_each_series(meant.model, [&](const TimeSeries& series, const Address& address) {
-        if (series.times.size() > most_pairs_shown) {
-            report(address,
-                   "the number of its time pairs, " + std::to_string(series.times.size()) +
-                       ", does not fit the five columns of its field",
-                   {});
-        }
     });
 }
 
@@ -217,7 +202,6 @@ void find_values_above_the_maximum(const MeantModel& meant, const ReportMeaning&
 using enum Level;
 
 constexpr std::array rules{
-    MeaningRule{form_rules::field_overflow, find_hidden_counts},
     MeaningRule{{"V202", "path to itself", warning, "name two different segments"}, find_paths_to_themselves},
     MeaningRule{{"V203", "time goes back", error, "put the pairs into the order of their times"},
                 find_times_that_go_back},

@@ -1,5 +1,8 @@
 #include "headless_host/headless_host.hpp"
+#include "input_file/form_rules.hpp"
+#include "model/words.hpp"
 #include "model_check/export_losses.hpp"
+#include "model_check/loss_rules.hpp"
 #include "plain_text/plain_text.hpp"
 #include "session/session_recorder.hpp"
 #include "tool/commands.hpp"
@@ -23,6 +26,7 @@
 #include <iomanip>
 #include <iostream>
 #include <optional>
+#include <utility>
 
 namespace velm {
 namespace {
@@ -37,6 +41,7 @@ struct ExportArguments {
     FileName session; ///< empty: not recorded
     FileName plug_in; ///< empty: the tool's own
     bool strict = false;
+    bool allow_overflow = false;
     bool quiet = false;
 };
 
@@ -104,33 +109,84 @@ void print_summary(const FileName& output, const WrittenFile& written, double se
               << written.bytes << " bytes in " << std::fixed << std::setprecision(2) << seconds << " seconds\n";
 }
 
-/// What the file does not say of the model: "2 fields overflow, 31 of 12345 reals lose digits".
-std::string losses_in_words(std::uint64_t overflows, const LossSample& sample)
+std::uint64_t number_of(const ExportLosses& losses, const FindingRule& rule)
 {
-    std::string words = overflows == 0   ? "no field overflows"
-                        : overflows == 1 ? "1 field overflows"
-                                         : std::to_string(overflows) + " fields overflow";
-    words += sample.whole ? ", " : ", in its first " + std::to_string(sampled_bytes / 1'000'000) + " MB ";
-    if (sample.lossy == 0) {
-        return words + "all " + std::to_string(sample.reals) + " reals keep their digits";
+    const auto found = losses.found.counts.find(rule.code);
+    return found == losses.found.counts.end() ? 0 : found->second.found;
+}
+
+/// "1 field overflows", "2 fields overflow"
+std::string numbered(std::uint64_t count, const std::string& one, const std::string& verb)
+{
+    return counted(count, one) + ' ' + verb + (count == 1 ? "s" : "");
+}
+
+/// What the file does not say of the model: "1 field overflows, 2 values vanish, 31 of 12345 values are shortened".
+std::string losses_in_words(const ExportLosses& losses)
+{
+    const std::uint64_t overflows = number_of(losses, form_rules::field_overflow);
+    const std::uint64_t vanished = number_of(losses, loss_rules::value_vanishes);
+    const std::uint64_t changed = number_of(losses, loss_rules::value_changed);
+    const std::uint64_t shortened = number_of(losses, loss_rules::digits_lost);
+    std::string words = overflows == 0 ? "no field overflows" : numbered(overflows, "field", "overflow");
+    words += losses.whole ? "" : "; in its first " + std::to_string(sampled_bytes / 1'000'000) + " MB";
+    bool is_first = !losses.whole;
+    const auto add = [&](const std::string& part) { words += (std::exchange(is_first, false) ? " " : ", ") + part; };
+    if (vanished > 0) {
+        add(numbered(vanished, "value", "vanish"));
     }
-    return words + std::to_string(sample.lossy) + " of " + std::to_string(sample.reals) +
-           (sample.lossy == 1 ? " reals loses digits" : " reals lose digits");
+    if (changed > 0) {
+        add(numbered(changed, "value", "change") + " by more than 0.1 %");
+    }
+    if (shortened > 0) {
+        add(std::to_string(shortened) + " of " + std::to_string(losses.reals) +
+            (shortened == 1 ? " values is shortened" : " values are shortened"));
+    }
+    if (vanished + changed + shortened == 0) {
+        add("all " + std::to_string(losses.reals) + " values keep their digits");
+    }
+    return words;
 }
 
-void print_losses(const ExportArguments& arguments, std::uint64_t overflows, const LossSample& sample)
+void print_losses(const ExportArguments& arguments, const ExportLosses& losses)
 {
-    std::cerr << "velm: " << arguments.output << ": " << losses_in_words(overflows, sample)
-              << (overflows + sample.lossy == 0 ? "" : "; velm check " + arguments.model + " lists them") << '\n';
+    const std::string words = losses_in_words(losses);
+    const bool is_complete = words.starts_with("no field overflows") && words.ends_with("keep their digits");
+    std::cerr << "velm: " << arguments.output << ": " << words
+              << (is_complete ? "" : "; velm check --show note " + arguments.model + " lists them") << '\n';
 }
 
-void refuse_overflows(const ExportArguments& arguments, std::uint64_t overflows)
+/// Throws ToolError for fields that overflow, unless they are allowed; when strict, also for values that vanish or
+/// change. The first of them are named.
+void refuse_losses(const ExportArguments& arguments, const ExportLosses& losses)
 {
-    if (arguments.strict && overflows > 0) {
-        throw ToolError(ExitCode::failed, "the export is refused, " + still(arguments.output) + ": " +
-                                              std::to_string(overflows) +
-                                              (overflows == 1 ? " field overflows" : " fields overflow") +
-                                              "; velm check " + arguments.model + " lists them");
+    std::string reasons;
+    std::string list;
+    const auto refuse = [&](const FindingRule& rule, const std::string& what, const std::string& verb) {
+        if (const std::uint64_t count = number_of(losses, rule); count > 0) {
+            reasons += (reasons.empty() ? "" : ", ") + numbered(count, what, verb);
+            std::uint64_t others = count;
+            for (const Finding& finding : losses.found.findings) {
+                if (finding.rule->code == rule.code) {
+                    list += "\n  " + in_words(finding);
+                    --others;
+                }
+            }
+            list += others == 0 ? "" : "\n  and " + std::to_string(others) + " more";
+        }
+    };
+    if (!arguments.allow_overflow) {
+        refuse(form_rules::field_overflow, "field", "overflow");
+    }
+    if (arguments.strict) {
+        refuse(loss_rules::value_vanishes, "value", "vanish");
+        refuse(loss_rules::value_changed, "value", "change");
+    }
+    if (!reasons.empty()) {
+        const bool may_be_allowed = !arguments.strict;
+        throw ToolError(ExitCode::findings,
+                        "the export is refused, " + still(arguments.output) + ": " + reasons + list +
+                            (may_be_allowed ? "\n  --allow-overflow writes asterisks all the same" : ""));
     }
 }
 
@@ -165,11 +221,12 @@ void export_model(const ExportArguments& arguments, WholeFile& output, Panel& pa
     if (!failure.empty()) {
         throw ToolError(ExitCode::failed, "the export failed, " + still(arguments.output) + ": " + failure);
     }
-    const bool counts = arguments.strict || !arguments.quiet;
-    const std::uint64_t overflows = counts ? count_overflows(output.content(), written.lines_with_asterisks) : 0;
     panel.set_outcome("refused");
-    refuse_overflows(arguments, overflows);
-    const LossSample sample = arguments.quiet ? LossSample{} : sample_losses(model, output.content());
+    const bool read_whole =
+        arguments.strict || (written.lines_with_asterisks > 0 && !(arguments.allow_overflow && arguments.quiet));
+    const ExportLosses losses =
+        read_whole || !arguments.quiet ? losses_of_export(model, output.content(), read_whole) : ExportLosses{};
+    refuse_losses(arguments, losses);
     panel.set_outcome("done");
     panel.write();
     panel.set_outcome("failed");
@@ -177,7 +234,7 @@ void export_model(const ExportArguments& arguments, WholeFile& output, Panel& pa
     if (!arguments.quiet) {
         const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
         print_summary(arguments.output, written, seconds.count());
-        print_losses(arguments, overflows, sample);
+        print_losses(arguments, losses);
     }
 }
 
@@ -224,7 +281,13 @@ Command export_command(CLI::App& tool)
                      "Record what plug-in and host say to each other, in a new file; takes up to ten times as long")
         ->type_name("SESSION");
     arguments->add_option("--plugin", values->plug_in, "Run another build of the plug-in")->type_name("LIBRARY");
-    arguments->add_flag("--strict", values->strict, "Refuse to replace OUTPUT when a value is too wide for its field");
+    CLI::Option* const strict =
+        arguments->add_flag("--strict", values->strict,
+                            "Refuse to replace OUTPUT also when a value vanishes or changes by more than 0.1 %");
+    arguments
+        ->add_flag("--allow-overflow", values->allow_overflow,
+                   "Write asterisks for a value that is too wide for its field, which is refused else")
+        ->excludes(strict);
     arguments->add_flag("--quiet", values->quiet, "Print nothing but errors");
     arguments->footer("Examples:\n"
                       "  velm export estuary.db estuary.inp\n"

@@ -110,7 +110,7 @@ def came_back(host, velm, directory, written):
         return False
     if done.returncode != 0:
         sys.exit(f"{host}: the import ends with {done.returncode}: {done.stderr.decode(errors='replace')}")
-    if subprocess.run([velm, "export", database, second, "--quiet"]).returncode != 0:
+    if subprocess.run([velm, "export", database, second, "--quiet", "--allow-overflow"]).returncode != 0:
         sys.exit(f"{host}: what was imported cannot be exported")
     if second.read_bytes() != written:
         sys.exit(f"{host}: the export after the import differs")

@@ -81,15 +81,6 @@ std::vector<Case> cases()
          "V211 initial_condition, system 1, segment 1, concentration: 8 is above the system's maximum, 7.5, and 2 more "
          "of its segments\n"},
         {"no maximum", [](Model& m) { m.systems[0].maximum_concentration = 0; }, ""},
-        {"more pairs than their count has columns for",
-         [](Model& m) {
-             TimeSeries& series = m.systems[0].boundaries.items[0].series;
-             for (series = {}; series.times.size() < 100'000; series.values.push_back(0)) {
-                 series.times.push_back(static_cast<float>(series.times.size()));
-             }
-         },
-         "V101 boundary_value, system 1, boundary 1: the number of its time pairs, 100000, does not fit the five "
-         "columns of its field\n"},
     };
 }
 

@@ -151,7 +151,7 @@ class Killed(InterruptedExport):
             database.execute("INSERT INTO flow_function VALUES (1, ?, '')", [number])
             database.executemany("INSERT INTO flow_value VALUES (1, ?, ?, ?, ?)",
                                  ((number, pair, pair / 7, pair / 3) for pair in range(1, 400_000)))
-        self.assertEqual(self.velm("export", "model.db", "long.inp")[0], 0)
+        self.assertEqual(self.velm("export", "model.db", "long.inp", "--allow-overflow")[0], 0)
         before = self.files()
         for arguments in [["imported.db"], ["model.db", "--force"]]:
             for way in self.ways():

@@ -19,17 +19,17 @@ RANDOM_HOSTS = 10
 class Models(SessionCase):
     def check_every_way(self, model, expected):
         """Export, replay, model of the session, recorder in the host library's place."""
-        self.run_velm("export", model, "out.inp", "--record", f"{model}.jsonl")
+        self.run_velm("export", model, "out.inp", "--allow-overflow", "--record", f"{model}.jsonl")
         self.assertEqual(expected, self.read("out.inp"))
 
         self.run_velm("replay", f"{model}.jsonl", "replayed.inp")
         self.assertEqual(expected, self.read("replayed.inp"))
 
         self.run_velm("session-to-model", f"{model}.jsonl", f"{model}.taken")
-        self.run_velm("export", f"{model}.taken", "taken.inp")
+        self.run_velm("export", f"{model}.taken", "taken.inp", "--allow-overflow")
         self.assertEqual(expected, self.read("taken.inp"))
 
-        self.run_velm("export", model, "recorded.inp", LD_LIBRARY_PATH=str(self.place),
+        self.run_velm("export", model, "recorded.inp", "--allow-overflow", LD_LIBRARY_PATH=str(self.place),
                       VELM_SESSION=str(self.directory / f"{model}.library.jsonl"))
         self.assertEqual(expected, self.read("recorded.inp"))
         file_name = 1  # the line that has the output's temporary name
@@ -66,7 +66,7 @@ class RandomHosts(SessionCase):
                 code, _, error = self.velm("session-to-model", "random.jsonl", f"{number}.db", "--export", str(number))
                 if number % 2:
                     self.assertEqual((0, f"velm: {number}.db: the model of random.jsonl\n"), (code, error))
-                    self.run_velm("export", f"{number}.db", "out.inp")
+                    self.run_velm("export", f"{number}.db", "out.inp", "--allow-overflow")
                     self.assertEqual(expected, self.read("out.inp"))
                 else:
                     self.assertIn(code, (1, 4), error)

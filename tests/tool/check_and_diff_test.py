@@ -109,16 +109,27 @@ class Check(Files):
                                   {"artifactLocation": {"uri": "file://" + urllib.parse.quote(whole_path)},
                                    "region": region}])
 
-    def test_strict_export_leaves_the_file(self):
+    def test_an_export_that_loses_values_is_refused(self):
         before = self.read("river.inp")
-        self.assertEqual(self.velm("export", "deep.db", "river.inp", "--strict"),
-                         (4, "", "velm: the export is refused, river.inp is as it was: 1 field overflows; "
-                                 "velm check deep.db lists them\n"))
-        self.assertEqual(self.read("river.inp"), before)
-        code, _, messages = self.velm("export", "deep.db", "river.inp")
+        self.copy("deep.db", "fine.db")
+        self.change("fine.db", "UPDATE segment SET volume = 1, slope = 1e-9 * number")
+        refusal = "velm: the export is refused, river.inp is as it was: "
+        wide = "  table segment, segment 2, column volume: 1e+10 is too wide for its field; make the value smaller: "
+        for arguments, start, last in [
+            (["deep.db"], refusal + "1 field overflows\n" + wide, "  --allow-overflow writes asterisks all the same"),
+            (["deep.db", "--strict", "--quiet"], refusal + "1 field overflows\n" + wide, ""),
+            (["fine.db", "--strict"], refusal + "31 values vanish\n", "  and 21 more"),
+        ]:
+            code, text, messages = self.velm("export", arguments[0], "river.inp", *arguments[1:])
+            self.assertEqual((code, text, messages[:len(start)]), (1, "", start))
+            self.assertIn(last, messages.splitlines()[-1])
+            self.assertEqual(self.read("river.inp"), before)
+        code, _, messages = self.velm("export", "fine.db", "river.inp")
+        self.assertIn("no field overflows, 31 values vanish; velm check", messages)
+        code, _, messages = self.velm("export", "deep.db", "river.inp", "--allow-overflow")
         self.assertEqual((code, messages.splitlines()[1]),
-                         (0, "velm: river.inp: 1 field overflows, all 41163 reals keep their digits; "
-                             "velm check deep.db lists them"))
+                         (0, "velm: river.inp: 1 field overflows, all 41163 values keep their digits; "
+                             "velm check --show note deep.db lists them"))
         self.assertNotEqual(self.read("river.inp"), before)
 
 
@@ -162,7 +173,7 @@ class Diff(Files):
         self.assertIn("\n  day 1: 44.866 removed\n", everything)
 
     def test_a_file_with_values_that_cannot_be_read_is_not_compared(self):
-        self.assertEqual(self.velm("export", "deep.db", "deep.inp", "--quiet")[0], 0)
+        self.assertEqual(self.velm("export", "deep.db", "deep.inp", "--quiet", "--allow-overflow")[0], 0)
         code, text, messages = self.velm("diff", "river.inp", "deep.inp")
         self.assertEqual((code, text), (3, ""))
         self.assertRegex(messages, r"^velm: deep.inp cannot be used, .+\n  deep.inp:\d+:21: error V101 .+: segments, segment 2, volume: ")

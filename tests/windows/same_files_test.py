@@ -50,7 +50,7 @@ class SameFiles(WineCase):
         for tool, model, output in [(VELM_LINUX, "windows.db", "linux.inp"), (VELM_LINUX, "linux.db", "both.inp")]:
             if not (self.directory / model).exists():
                 subprocess.run([tool, "example", model], cwd=self.directory, check=True, capture_output=True)
-            subprocess.run([tool, "export", "--quiet", model, output], cwd=self.directory, check=True)
+            subprocess.run([tool, "export", "--quiet", "--allow-overflow", model, output], cwd=self.directory, check=True)
             check_bytes((self.directory / output).read_bytes(), self.export(model, "windows.inp"))
 
 

@@ -33,7 +33,7 @@ class Sessions(WineCase):
         self.assertEqual((code, out), (0, ""), error)
 
     def export_through_recorder(self, model, output):
-        return subprocess.run([WINE, self.prefix, self.recorder / "velm.exe", "export", "--quiet", model, output],
+        return subprocess.run([WINE, self.prefix, self.recorder / "velm.exe", "export", "--quiet", "--allow-overflow", model, output],
                               cwd=self.directory, env=self.environment, capture_output=True, text=True, timeout=120)
 
     def read(self, name):
@@ -48,9 +48,9 @@ class Sessions(WineCase):
         return lines[first:]
 
     def check_every_way(self, model):
-        self.run_here("export", "--quiet", model, "here.inp", "--record", "here.jsonl")
+        self.run_here("export", "--quiet", "--allow-overflow", model, "here.inp", "--record", "here.jsonl")
         expected = self.read("here.inp")
-        self.run_there("export", "--quiet", model, "there.inp", "--record", "there.jsonl")
+        self.run_there("export", "--quiet", "--allow-overflow", model, "there.inp", "--record", "there.jsonl")
         done = self.export_through_recorder(model, "by-library.inp")
         self.assertEqual((done.returncode, done.stderr), (0, ""))
         for session in ("there", "by-library"):
@@ -63,7 +63,7 @@ class Sessions(WineCase):
             self.assertEqual(self.read(name), expected)
 
         self.assertEqual(self.velm("session-to-model", "by-library.jsonl", "taken.db")[0], 0)
-        self.run_here("export", "--quiet", "taken.db", "taken.inp")
+        self.run_here("export", "--quiet", "--allow-overflow", "taken.db", "taken.inp")
         self.assertEqual(self.read("taken.inp"), expected)
         for path in [*self.directory.glob("*.jsonl"), self.directory / "taken.db"]:
             path.unlink()
@@ -78,7 +78,7 @@ class Sessions(WineCase):
 
     def test_a_departure_and_a_cut(self):
         self.assertEqual(self.velm("example", "model.db")[0], 0)
-        self.run_there("export", "--quiet", "model.db", "out.inp", "--record", "whole.jsonl")
+        self.run_there("export", "--quiet", "--allow-overflow", "model.db", "out.inp", "--record", "whole.jsonl")
         whole = self.read("whole.jsonl")
         departing = whole.replace(b'"key":"GVOLUME","form":2,"lengths":[8],"in":[2]',
                                   b'"key":"GVOLUME","form":2,"lengths":[8],"in":[1]')

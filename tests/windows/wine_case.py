@@ -42,7 +42,7 @@ class WineCase(unittest.TestCase):
 
     def export(self, model, output):
         """An export that must succeed; returns the file's bytes."""
-        self.assertEqual(self.velm("export", "--quiet", model, output), (0, "", ""))
+        self.assertEqual(self.velm("export", "--quiet", "--allow-overflow", model, output), (0, "", ""))
         return (self.directory / output).read_bytes()
 
     def files(self):
