@@ -41,7 +41,7 @@ class Terminal(ToolCase):
             ("a dumb terminal", [], {"TERM": "dumb"}, False),
         ]:
             with self.subTest(what):
-                text = self.on_terminal("export", "model.db", "out.inp", *arguments, **environment)
+                text = self.on_terminal("export", "model.db", "out.inp", "--allow-overflow", *arguments, **environment)
                 self.assertNotIn("\x1b", text)
                 pattern = r"\rexport \[#+\.+\]  \d\d %  \d+\.\d [kM] values/s  \d:\d\d left *\r +\r"
                 (self.assertRegex if drawn else self.assertNotRegex)(text, pattern)
