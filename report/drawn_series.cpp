@@ -2,27 +2,9 @@
 
 #include <algorithm>
 #include <limits>
-#include <numeric>
 
 namespace velm {
 namespace {
-
-/// A step of more than this many usual ones is a gap.
-constexpr double longest_step = 7;
-
-TimeSeries in_order(const TimeSeries& series)
-{
-    std::vector<std::size_t> order(series.times.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    std::stable_sort(order.begin(), order.end(),
-                     [&](std::size_t a, std::size_t b) { return series.times[a] < series.times[b]; });
-    TimeSeries sorted;
-    for (const std::size_t at : order) {
-        sorted.times.push_back(series.times[at]);
-        sorted.values.push_back(series.values[at]);
-    }
-    return sorted;
-}
 
 /// Where stretches without a gap begin, and the end.
 std::vector<std::size_t> stretches(const std::vector<float>& times, const SeriesFacts& facts)
@@ -30,7 +12,7 @@ std::vector<std::size_t> stretches(const std::vector<float>& times, const Series
     std::vector<std::size_t> begins{0};
     if (facts.gaps > 0) {
         for (std::size_t i = 1; i < times.size(); ++i) {
-            if (double{times[i]} - double{times[i - 1]} > longest_step * facts.usual_step) {
+            if (times[i] - times[i - 1] > facts.longest_step) {
                 begins.push_back(i);
             }
         }

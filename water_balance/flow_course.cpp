@@ -1,27 +1,14 @@
 #include "water_balance/flow_course.hpp"
 
+#include "water_balance/series_facts.hpp"
+
 #include <algorithm>
 #include <cmath>
-#include <numeric>
 #include <utility>
 
 namespace velm {
 
 namespace {
-
-TimeSeries in_order(const TimeSeries& series)
-{
-    std::vector<std::size_t> order(series.times.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    std::stable_sort(order.begin(), order.end(),
-                     [&](std::size_t one, std::size_t other) { return series.times[one] < series.times[other]; });
-    TimeSeries sorted;
-    for (const std::size_t i : order) {
-        sorted.times.push_back(series.times[i]);
-        sorted.values.push_back(series.values[i]);
-    }
-    return sorted;
-}
 
 /// The place of the first pair after a day.
 std::size_t next_pair(const TimeSeries& pairs, double day)

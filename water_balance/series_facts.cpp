@@ -50,9 +50,9 @@ public:
 
     void put_gaps(SeriesFacts& facts) const
     {
-        const double longest_step = usual_steps_of_a_gap * usual_ + rounding_;
+        facts.longest_step = usual_steps_of_a_gap * usual_ + rounding_;
         for (std::size_t i = 0; i < steps_.size(); ++i) {
-            if (steps_[i] > longest_step) {
+            if (steps_[i] > facts.longest_step) {
                 const SeriesGap gap{times_[i], times_[i + 1]};
                 facts.first_gap = facts.gaps == 0 ? gap : facts.first_gap;
                 facts.longest_gap = gap.length() > facts.longest_gap.length() ? gap : facts.longest_gap;
@@ -123,6 +123,20 @@ SeriesFacts facts_of(const TimeSeries& series, double factor)
     }
     put_values(facts, series.values, factor);
     return facts;
+}
+
+TimeSeries in_order(const TimeSeries& series)
+{
+    std::vector<std::size_t> order(series.times.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(),
+                     [&](std::size_t one, std::size_t other) { return series.times[one] < series.times[other]; });
+    TimeSeries sorted;
+    for (const std::size_t i : order) {
+        sorted.times.push_back(series.times[i]);
+        sorted.values.push_back(series.values[i]);
+    }
+    return sorted;
 }
 
 double time_rounding(double day)

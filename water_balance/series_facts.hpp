@@ -27,6 +27,7 @@ struct SeriesFacts {
     bool regular = false;
     /// Steps of more than seven usual ones; only of a regular series.
     std::size_t gaps = 0;
+    double longest_step = 0; ///< days; steps of more are the gaps
     SeriesGap first_gap;
     SeriesGap longest_gap; ///< the first of the longest
     double least = 0;      ///< of the pairs' values, after the factor
@@ -40,5 +41,8 @@ struct SeriesFacts {
 /// How far two times near `day` may differ by the rounding of a file: a unit of the sixth digit, and what single
 /// precision cannot tell apart.
 [[nodiscard]] double time_rounding(double day);
+
+/// The pairs in the order of their times, those of one time as they were.
+[[nodiscard]] TimeSeries in_order(const TimeSeries& series);
 
 } // namespace velm

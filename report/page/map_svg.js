@@ -62,7 +62,7 @@ function drawSegment(segment, place, marks) {
 
 function drawLink({ link, strokes, heads, middle }) {
     const kind = link.exchange ? "exchange" : `field-${link.paths[0].field}`;
-    const group = svg("g", { class: `link ${kind}${link.b === 0 ? " outside" : ""}`, "data-from": link.a, "data-to": link.b },
+    const group = svg("g", { class: `link ${kind}${isBed(link.a) || isBed(link.b) ? " to-bed" : ""}`, "data-from": link.a, "data-to": link.b },
         svg("path", { class: "hit", d: strokes[0].d }),
         strokes.map(({ path, d, width }) => svg("path", { class: path.exchange ? "exchange" : `stroke field-${path.field}`, d,
             "stroke-width": width.toFixed(1), role: "img", "aria-label": describe(path),

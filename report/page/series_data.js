@@ -22,7 +22,6 @@ export const seriesOf = (table, key) => byAddress.get(`${table},${key.join(",")}
 export const titleOf = (one) => (one.name ? visible(one.name) : one.words);
 
 let applied = true;
-export const factorsApplied = () => applied;
 export const applyFactors = (on) => { applied = on; };
 
 const factorOf = (one) => (applied ? one.factor : 1);
