@@ -41,7 +41,9 @@ const away = { left: [-1, 0], right: [1, 0], top: [0, -1], bottom: [0, 1] };
 
 /** Water comes in from outside at a free side, and leaves: beside the segment, below the lowest, else above. */
 function outsideSide(link, taken) {
-    const side = (link.inward ? ["left"] : ["right", "left"]).find((one) => !taken.has(`${link.a}${one}`));
+    // an exchange runs beside a flow
+    const side = (link.inward ? ["left"] : ["right", "left"]).find((one) => (taken.get(`${link.a}${one}`) ?? []).length === 0 &&
+        (link.exchange || !taken.has(`${link.a}${one}`)));
     if (side && !link.exchange) taken.set(`${link.a}${side}`, []);
     if (side) return side;
     const column = columns[columnOf[link.a]];
