@@ -196,8 +196,8 @@ void look_for_negative(const MeantModel& meant, const ReportMeaning& report)
             item.series->values, [&](float value) { return value * item.factor < 0 && !is_mark(value); },
             [&](std::size_t place) { return pair_at(item, place, "value"); }, "more value",
             [&](const std::string& pair, float value) {
-                return std::pair{pair + " is " + in_figures(value * item.factor) + " " + std::string(item.unit) +
-                                     ", below 0",
+                const std::string after = in_figures(value * item.factor) + " " + std::string(item.unit);
+                return std::pair{pair + " is " + real_in_words(value) + " (" + after + " after its factors), below 0",
                                  std::string("give a value of 0 or more; correct the sign, or the factors")};
             },
             report);

@@ -1,4 +1,5 @@
 #include "model/items.hpp"
+#include "model/real_in_words.hpp"
 #include "model/words.hpp"
 #include "model_check/item_words.hpp"
 #include "model_check/rules.hpp"
@@ -124,7 +125,7 @@ void look_for_inner_boundary(const MeantModel& meant, const ReportMeaning& repor
         for_each_numbered(one.boundaries.items, [&](const SegmentSeries& item, std::int64_t boundary) {
             const Address address{"boundary", "segment", {system, boundary}};
             if (item.segment >= 1 && item.segment <= number_of_segments(meant) &&
-                !meant.water.outside(item.segment).any()) {
+                !meant.water.outside(item.segment).any) {
                 report(address,
                        item_in_words(address) + " is at segment " + std::to_string(item.segment) +
                            ", which neither a flow path nor an exchange pair connects to the outside",
@@ -178,7 +179,7 @@ void look_for_long_steps(const MeantModel& meant, const ReportMeaning& report)
             const Stay& stay = all[static_cast<std::size_t>(segment - 1)];
             const std::string days = in_figures(stay.mean) + " days";
             report({"model", "maximum_time_step", {1}},
-                   in_figures(model.maximum_time_step) + " days are longer than water stays in segment " +
+                   real_in_words(model.maximum_time_step) + " days are longer than water stays in segment " +
                        std::to_string(segment) + ", " + days + " at its mean outflow (shortest on " +
                        meant.dates.in_words(stay.shortest_day) + ": " + in_figures(stay.shortest) + " days)" +
                        in_others(others),
@@ -191,7 +192,7 @@ void look_for_long_steps(const MeantModel& meant, const ReportMeaning& report)
         const Stay& stay = all[static_cast<std::size_t>(segment - 1)];
         const std::string days = in_figures(stay.shortest) + " days";
         report({"model", "minimum_time_step", {1}},
-               in_figures(model.minimum_time_step) + " days are longer than water stays in segment " +
+               real_in_words(model.minimum_time_step) + " days are longer than water stays in segment " +
                    std::to_string(segment) + " at its highest outflow, " + days + " (on " +
                    meant.dates.in_words(stay.shortest_day) + ")" + in_others(others),
                "make the minimum time step shorter than " + days + ", or the segment larger");

@@ -26,12 +26,11 @@ bool is_zero_all_the_time(const TimeSeries& series, double factor, double end)
 
 void WaterBalance::add_contacts()
 {
-    for (std::size_t field = 1; field <= model_.flow_fields.size(); ++field) {
-        for (const FlowFunction& function : model_.flow_fields[field - 1].functions) {
+    for (const FlowField& field : model_.flow_fields) {
+        for (const FlowFunction& function : field.functions) {
             for (const FlowPath& path : function.paths) {
-                const std::size_t segment = segment_at_outside(path, model_.segments.size());
-                if (segment != 0 && field <= OutsideContact{}.flow_fields.size()) {
-                    outside_[segment - 1].flow_fields.at(field - 1) = true;
+                if (const std::size_t segment = segment_at_outside(path, model_.segments.size()); segment != 0) {
+                    outside_[segment - 1].any = true;
                 }
             }
         }
@@ -73,12 +72,12 @@ void WaterBalance::add_exchanges(const ExchangeField& field, std::int32_t number
         for (const ExchangePair& pair : function.pairs) {
             ++pair_number;
             const std::size_t segment = segment_at_outside(pair, model_.segments.size());
-            if (segment == 0 || static_cast<std::size_t>(number) > OutsideContact{}.exchange_fields.size()) {
+            if (segment == 0) {
                 continue;
             }
             OutsideContact& contact = outside_[segment - 1];
-            contact.exchange_fields.at(static_cast<std::size_t>(number - 1)) = true;
-            if (mixes && !contact.mixes()) {
+            contact.any = true;
+            if (mixes && number <= 2 && !contact.mixes()) {
                 contact.mixing = {number, function_number, pair_number};
             }
         }

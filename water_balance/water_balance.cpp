@@ -96,13 +96,6 @@ double WaterShare::net_fraction() const
     return std::abs(net) <= fraction_rounding * (fraction_in + fraction_out) ? 0 : net;
 }
 
-bool OutsideContact::any() const
-{
-    const auto is_set = [](bool one) { return one; };
-    return std::any_of(flow_fields.begin(), flow_fields.end(), is_set) ||
-           std::any_of(exchange_fields.begin(), exchange_fields.end(), is_set);
-}
-
 WaterBalance::WaterBalance(const Model& model)
     : model_(model), end_(std::max(double{model.julian_end_time}, 0.0)), first_share_(model.segments.size() + 2),
       outside_(model.segments.size())

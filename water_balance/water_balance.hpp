@@ -43,16 +43,15 @@ struct WaterShare {
 
 /// Where a segment touches the world outside (segment 0).
 struct OutsideContact {
-    std::array<bool, 6> flow_fields{};     ///< a path of flow field 1 to 6 begins or ends outside
-    std::array<bool, 2> exchange_fields{}; ///< a pair of exchange field 1 or 2 leads outside
+    bool any = false; ///< a flow path or an exchange pair of any field begins or ends outside
     /// Field, function and path by which water of field 1 or 2 comes in at some time of the run; 0 when none does.
     std::array<std::int32_t, 3> entry{};
-    /// Field, function and pair of an exchange that leads outside and is not 0 all through the run; 0 when none is.
+    /// Field 1 or 2, function and pair of an exchange that leads outside and is not 0 all through the run; 0 when none
+    /// is.
     std::array<std::int32_t, 3> mixing{};
 
     [[nodiscard]] bool water_enters() const { return entry[0] != 0; }
     [[nodiscard]] bool mixes() const { return mixing[0] != 0; }
-    [[nodiscard]] bool any() const;
 };
 
 /// Means of a segment over the run, m3/s.
