@@ -119,7 +119,8 @@ FileFindings check_loaded_model(const Model& model, const WriteInputFile& write,
     if (pairs > options.most_pairs) {
         shorten(all, options.most_pairs);
         check_model(list, copy, model, write, options);
-        result.remarks.push_back("only the beginning of each series was looked at for losses; velm check looks at all");
+        result.remarks.emplace_back(
+            "only the beginning of each series was looked at for losses; velm check looks at all");
     } else {
         check_model(list, copy, copy, write, options);
     }

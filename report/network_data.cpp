@@ -195,8 +195,7 @@ void put_paths(PageData& data, const Model& model, const WaterBalance* balance)
         data.begin_object();
         data.put_utf8("name", flow_field_name(f + 1));
         data.begin_array("functions");
-        for (std::size_t g = 0; g < model.flow_fields[f].functions.size(); ++g) {
-            const FlowFunction& function = model.flow_fields[f].functions[g];
+        for (const FlowFunction& function : model.flow_fields[f].functions) {
             data.begin_object();
             data.put_latin1("description", function.description);
             put_function_paths(data, function.paths, balance == nullptr ? nullptr : &balance->functions()[at].course);
