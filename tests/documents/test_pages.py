@@ -25,11 +25,14 @@ GIVEN = {
     "docs/report.md": "estuary.db estuary.inp before.db after.db",
     "docs/session-format.md": "river.db desktop.jsonl libotherhost.so",
 }
-HELPS = {"check": "estuary.db estuary.inp other.inp", "docs": "",
-         "diff": "before.db after.db estuary.db estuary.inp old.inp new.inp",
-         "example": "", "explain": "", "export": "estuary.db changes.sql", "help": "", "import": "estuary.inp edited.inp",
-         "info": "estuary.db estuary.inp", "new": "", "record": "libprevelmwdll_host.so", "replay": "estuary.jsonl desktop.jsonl",
-         "report": "estuary.db estuary.inp before.db after.db", "schema": "", "session-to-model": "desktop.jsonl"}
+HELPS = {
+    "check": "estuary.db estuary.inp other.inp", "docs": "",
+    "diff": "before.db after.db estuary.db estuary.inp old.inp new.inp",
+    "example": "", "explain": "", "export": "estuary.db changes.sql", "help": "",
+    "import": "estuary.inp edited.inp", "info": "estuary.db estuary.inp", "new": "",
+    "record": "libprevelmwdll_host.so", "replay": "estuary.jsonl desktop.jsonl",
+    "report": "estuary.db estuary.inp before.db after.db", "schema": "", "session-to-model": "desktop.jsonl",
+}
 ELSEWHERE = [  # what other tests run, or these cannot
     r"(PATH=|\./dev |\.ci/run).*",  # run these tests
     r"velm replay .* --export 2 .*",  # of a host's second export: session.whole
