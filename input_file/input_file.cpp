@@ -1,9 +1,9 @@
 #include "input_file/input_file.hpp"
 
 #include "input_file/form_rules.hpp"
-#include "input_file/record_reader.hpp"
-#include "input_file/records.hpp"
-#include "input_file/sections.hpp"
+#include "input_file/records/record_reader.hpp"
+#include "input_file/records/records.hpp"
+#include "input_file/sections/sections.hpp"
 #include "plain_text/plain_text.hpp"
 
 #include <array>

@@ -1,7 +1,7 @@
 #include "model_check/check_file.hpp"
 
 #include "input_file/input_file.hpp"
-#include "input_file/section_of.hpp"
+#include "input_file/sections/section_of.hpp"
 #include "model_check/check_values.hpp"
 #include "model_check/field_finding.hpp"
 

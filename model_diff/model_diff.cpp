@@ -1,6 +1,6 @@
 #include "model_diff/model_diff.hpp"
 
-#include "input_file/section_of.hpp"
+#include "input_file/sections/section_of.hpp"
 #include "model/items.hpp"
 #include "model/real_in_words.hpp"
 #include "model/words.hpp"

@@ -1,9 +1,9 @@
 #include "model_store/model_store.hpp"
 #include "plain_text/plain_text.hpp"
-#include "tool/commands.hpp"
-#include "tool/documents.hpp"
-#include "tool/nearest_name.hpp"
-#include "tool/terminal.hpp"
+#include "tool/commands/commands.hpp"
+#include "tool/commands/documents.hpp"
+#include "tool/commands/nearest_name.hpp"
+#include "tool/system/terminal.hpp"
 #include "whole_file/place.hpp"
 
 #include <CLI/CLI.hpp>

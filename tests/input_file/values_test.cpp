@@ -1,5 +1,5 @@
-#include "input_file/real_text.hpp"
-#include "input_file/text_content.hpp"
+#include "input_file/fields/real_text.hpp"
+#include "input_file/fields/text_content.hpp"
 #include "tests/input_file/exported.hpp"
 
 #include <bit>

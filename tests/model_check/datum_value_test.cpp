@@ -1,7 +1,7 @@
 #include "model_check/datum_value.hpp"
 
 #include "model_check/field_finding.hpp"
-#include "model_store/table_shape.hpp"
+#include "model_store/sqlite/table_shape.hpp"
 #include "tests/input_file/exported.hpp"
 
 #include <algorithm>

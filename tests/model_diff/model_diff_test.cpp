@@ -1,6 +1,6 @@
 #include "model_diff/model_diff.hpp"
 
-#include "input_file/section_of.hpp"
+#include "input_file/sections/section_of.hpp"
 #include "model_check/datum_value.hpp"
 #include "model_diff/report.hpp"
 #include "tests/input_file/exported.hpp"

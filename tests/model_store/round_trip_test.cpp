@@ -1,4 +1,4 @@
-#include "model_store/sqlite_database.hpp"
+#include "model_store/sqlite/sqlite_database.hpp"
 #include "tests/model_store/store_fixture.hpp"
 
 #include <algorithm>

@@ -1,0 +1,149 @@
+#include "model/items.hpp"
+#include "model/real_in_words.hpp"
+#include "model_store/latin1.hpp"
+#include "tool/commands/model_info.hpp"
+#include "water_balance/connections.hpp"
+#include "water_balance/series_facts.hpp"
+#include "water_balance/series_list.hpp"
+#include "water_balance/stays.hpp"
+
+#include <cstdint>
+#include <string>
+#include <utility>
+
+namespace velm {
+namespace {
+
+void put_count(JsonText& json, std::string_view member, std::size_t count)
+{
+    json.put(member, static_cast<std::uint64_t>(count));
+}
+
+/// The day, and its date where the start has one.
+void put_day(JsonText& json, const ModelInfo& info, const std::string& name, double day)
+{
+    json.put(name + "_day", day);
+    json.put_if_any(name + "_date", info.dates.date(day));
+}
+
+void put_run(JsonText& json, const ModelInfo& info)
+{
+    const Model& model = info.model();
+    json.begin_object("run");
+    json.put_if_any("start_date", info.dates.date(0));
+    put_day(json, info, "end", model.julian_end_time);
+    for (const auto& [member, days] : {std::pair{"minimum_time_step", model.minimum_time_step},
+                                       {"maximum_time_step", model.maximum_time_step},
+                                       {"print_interval", model.print_interval}}) {
+        json.put(member, std::stod(real_in_words(days))); // 0.1 rather than what is nearest to it in single precision
+    }
+    json.end_object();
+}
+
+void put_systems(JsonText& json, const Model& model)
+{
+    json.begin_array("systems");
+    for_each_numbered(model.systems, [&](const System& system, std::int64_t number) {
+        json.begin_object();
+        put_count(json, "number", static_cast<std::size_t>(number));
+        json.put("name", utf8_from_latin1(system.name));
+        json.put("tag", utf8_from_latin1(system.tag));
+        put_count(json, "boundaries", system.boundaries.items.size());
+        put_count(json, "loads", system.loads.items.size());
+        json.end_object();
+    });
+    json.end_array();
+}
+
+void put_series(JsonText& json, const ModelInfo& info, const SeriesItem& item)
+{
+    const SeriesFacts facts = facts_of(*item.series, item.factor);
+    json.begin_object();
+    json.put("table", item.table);
+    put_count(json, "owner", static_cast<std::size_t>(item.owner));
+    put_count(json, "number", static_cast<std::size_t>(item.number));
+    if (item.segment != 0) {
+        json.put("segment", double(item.segment));
+    }
+    json.put_if_any("description", utf8_from_latin1(item.description));
+    put_count(json, "used", item.used ? 1 : 0);
+    put_count(json, "pairs", facts.pairs);
+    if (facts.pairs > 0) {
+        put_day(json, info, "first", facts.first_day);
+        put_day(json, info, "last", facts.last_day);
+        json.put("usual_step", facts.usual_step);
+        put_count(json, "gaps", facts.gaps);
+        if (facts.gaps > 0) {
+            put_day(json, info, "longest_gap_from", facts.longest_gap.from);
+            put_day(json, info, "longest_gap_to", facts.longest_gap.to);
+        }
+        json.put("least", facts.least);
+        json.put("mean", facts.mean);
+        json.put("greatest", facts.greatest);
+        json.put_if_any("unit", item.unit);
+    }
+    json.end_object();
+}
+
+void put_segments(JsonText& json, const ModelInfo& info)
+{
+    const auto connections = connections_of(info.model());
+    const std::vector<Stay> stay = stays(info.water);
+    json.begin_array("segments");
+    for_each_numbered(info.model().segments, [&](const Segment& segment, std::int64_t number) {
+        const auto place = static_cast<std::size_t>(number - 1);
+        const MeanFlow mean = info.water.mean_flow(static_cast<std::int32_t>(number));
+        json.begin_object();
+        put_count(json, "number", static_cast<std::size_t>(number));
+        json.put("name", utf8_from_latin1(segment.name));
+        json.put("type", double(segment.type));
+        json.put("volume", info.water.start_volume(static_cast<std::int32_t>(number)));
+        if (!info.elsewhere) {
+            json.put("mean_inflow", mean.in);
+            json.put("mean_outflow", mean.out);
+            json.put("residence_time", stay[place].mean);
+            json.put("shortest_residence_time", stay[place].shortest);
+            put_day(json, info, "highest_outflow", stay[place].shortest_day);
+        }
+        json.begin_array("connections");
+        for (const Connection& one : connections[place]) {
+            json.begin_object();
+            put_count(json, "segment", static_cast<std::size_t>(one.segment));
+            json.put("by", one.exchange ? "exchange" : "flow");
+            put_count(json, "field", static_cast<std::size_t>(one.field));
+            json.end_object();
+        }
+        json.end_array();
+        json.end_object();
+    });
+    json.end_array();
+}
+
+} // namespace
+
+void put_info(JsonText& json, const ModelInfo& info)
+{
+    json.begin_object();
+    json.put("file", info.file);
+    json.put("kind", info.database ? "model database" : "input file");
+    put_run(json, info);
+    put_systems(json, info.model());
+    json.begin_object("water");
+    if (info.elsewhere) {
+        json.put("hydrodynamic_file", utf8_from_latin1(info.model().hydrodynamic_file));
+    } else {
+        json.put("in", info.water.totals().in);
+        json.put("out", info.water.totals().out);
+        json.put("stored", info.water.totals().stored);
+    }
+    json.end_object();
+    json.begin_array("series");
+    for (const SeriesItem& item : all_series(info.model())) {
+        put_series(json, info, item);
+    }
+    json.end_array();
+    put_segments(json, info);
+    json.end_object();
+}
+
+} // namespace velm

@@ -1,0 +1,32 @@
+#include "tool/plug_in/exported_model.hpp"
+
+#include "headless_host/headless_host.hpp"
+#include "tool/exit_code.hpp"
+#include "tool/plug_in/plug_in_run.hpp"
+#include "tool/plug_in/written_file.hpp"
+
+#include <string>
+
+namespace velm {
+namespace {
+
+void write(const PlugIn& plug_in, const Model& model, const std::filesystem::path& file, bool quiet)
+{
+    HeadlessHost host(model, file.string());
+    std::string failure = run_export(plug_in, model, host, quiet);
+    if (failure.empty()) {
+        failure = read_written_file(file).incompleteness();
+    }
+    if (!failure.empty()) {
+        throw ToolError(ExitCode::failed, "the model cannot be exported to a temporary file: " + failure);
+    }
+}
+
+} // namespace
+
+ExportedModel::ExportedModel(const PlugIn& plug_in, const Model& model, bool quiet)
+{
+    write(plug_in, model, file_.content(), quiet);
+}
+
+} // namespace velm

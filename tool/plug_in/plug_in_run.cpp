@@ -1,0 +1,111 @@
+#include "tool/plug_in/plug_in_run.hpp"
+
+#include "plain_text/plain_text.hpp"
+#include "tool/plug_in/panel_page.hpp"
+#include "tool/system/operating_system.hpp"
+#include "tool/system/progress_bar.hpp"
+
+#include <cstdint>
+#include <exception>
+
+namespace velm {
+namespace {
+
+/// A host whose exchanges are written down, if they are.
+struct RecordedHost {
+    HeadlessHost& host;
+    SessionRecorder* recorder;
+
+    static void answer(void* recorded_host, const velm_host_request* request) noexcept
+    {
+        auto& self = *static_cast<RecordedHost*>(recorded_host);
+        self.recorder->record(*request, [&] { HeadlessHost::answer(&self.host, request); });
+    }
+};
+
+class AttachedHost {
+public:
+    AttachedHost(velm_host_answer answer, void* host) { velm_host_attach(answer, host); }
+    ~AttachedHost() { velm_host_attach(nullptr, nullptr); }
+    AttachedHost(const AttachedHost&) = delete;
+    AttachedHost& operator=(const AttachedHost&) = delete;
+    AttachedHost(AttachedHost&&) = delete;
+    AttachedHost& operator=(AttachedHost&&) = delete;
+};
+
+/// What the host will have served at the end, but for a few values of each item: near enough for a bar.
+std::uint64_t values_to_serve(const Model& model)
+{
+    constexpr std::uint64_t of_a_segment = 20;
+    const std::uint64_t initial_conditions = 2 * model.systems.size();
+    std::uint64_t values = model.segments.size() * (of_a_segment + initial_conditions);
+    const auto add_series = [&](const auto& items) {
+        for (const auto& item : items) {
+            values += item.series.times.size();
+        }
+    };
+    for (const FlowField& field : model.flow_fields) {
+        add_series(field.functions);
+    }
+    for (const ExchangeField& field : model.exchange_fields) {
+        add_series(field.functions);
+    }
+    for (const System& system : model.systems) {
+        add_series(system.boundaries.items);
+        add_series(system.loads.items);
+    }
+    for (const auto& type : model.time_function_types) {
+        add_series(type.instances);
+    }
+    for (const auto& type : model.parameter_types) {
+        values += model.segments.size() * 2 * type.instances.size(); // whether one is used, and its value there
+    }
+    return values;
+}
+
+/// Runs the plug-in; returns what it threw in words, empty when it returned.
+std::string run_plug_in(const PlugIn& plug_in, const Model& model, HeadlessHost& host, bool quiet,
+                        SessionRecorder* recorder)
+{
+    ProgressBar bar("export", "values", values_to_serve(model), !quiet && has_capable_terminal());
+    host.on_progress = [&](std::uint64_t values) { bar.show(values); };
+    RecordedHost recorded{host, recorder};
+    const auto attached = recorder == nullptr ? AttachedHost(&HeadlessHost::answer, &host)
+                                              : AttachedHost(&RecordedHost::answer, &recorded);
+    try {
+        plug_in.run_export();
+        return {};
+    } catch (const std::exception& error) {
+        return std::string("the plug-in threw ") + printable(error.what());
+    } catch (...) {
+        return "the plug-in threw something that has no name";
+    }
+}
+
+/// Why the export is not to be trusted; empty when host and plug-in agree that it is complete.
+std::string failure_seen_by(const HeadlessHost& host)
+{
+    if (host.requests() == 0) {
+        return "the plug-in asked this tool nothing: it is bound to another host library";
+    }
+    if (host.fault_count() > 0) {
+        const auto others = host.fault_count() - 1;
+        return host.faults().front() + (others == 0 ? "" : " (and " + std::to_string(others) + " more faults)");
+    }
+    if (!host.export_completed()) {
+        const std::string last = last_panel_message(host.panel());
+        return "the plug-in did not announce completion" + (last.empty() ? "" : "; it said last: " + printable(last));
+    }
+    return {};
+}
+
+} // namespace
+
+std::string run_export(const PlugIn& plug_in, const Model& model, HeadlessHost& host, bool quiet,
+                       SessionRecorder* recorder)
+{
+    const std::string thrown = run_plug_in(plug_in, model, host, quiet, recorder);
+    return thrown.empty() ? failure_seen_by(host) : thrown;
+}
+
+} // namespace velm
