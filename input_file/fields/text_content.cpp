@@ -30,13 +30,6 @@ std::string text_before_nul_or_cut(std::string_view beginning)
     return text_before_nul(beginning).value_or(std::string(beginning) + '.');
 }
 
-bool has_lost_its_nul(std::string_view beginning)
-{
-    constexpr std::size_t most_within_a_text = 8;
-    const std::size_t content = without_end_blanks(beginning).size();
-    return content > 0 && beginning.size() - content > most_within_a_text && !text_before_nul(beginning);
-}
-
 bool are_same_but_for_nuls(std::string_view one, std::string_view other)
 {
     const auto content = [](std::string_view bytes) {

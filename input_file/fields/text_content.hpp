@@ -23,9 +23,6 @@ namespace velm {
 /// and the NUL are not among them, something lies beyond them, and a point takes its place.
 [[nodiscard]] std::string text_before_nul_or_cut(std::string_view beginning);
 
-/// Whether such a field ends in so many blanks that nobody's text goes on behind them.
-[[nodiscard]] bool has_lost_its_nul(std::string_view beginning);
-
 /// Whether two texts differ in NULs, the blanks in their place and those at their ends alone: an editor drops them.
 [[nodiscard]] bool are_same_but_for_nuls(std::string_view one, std::string_view other);
 

@@ -317,6 +317,7 @@ void RecordReader::report_at(Place place, const FindingRule& rule, std::string_v
 {
     ++result.problem_count;
     result.about_form += form_rules::is_about_form(rule) ? 1 : 0;
+    nuls_are_lost_ = nuls_are_lost_ || &rule == &form_rules::dropped_nul;
     const bool is_listed = result.problems.size() < options_.most_problems;
     if (!is_listed && !options_.on_problem) {
         return;

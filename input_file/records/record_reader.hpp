@@ -79,6 +79,8 @@ public:
     /// Whether an item `number`, which begins with such a record, is still to come.
     [[nodiscard]] bool goes_on(const Count& count, std::int32_t number, const Record& first);
     [[nodiscard]] bool goes_on(const Count& count, std::int32_t number, std::string_view beginning_of_first);
+    /// Whether an editor has dropped NULs of the file so far, or blanks of the current record, and a NUL with them.
+    [[nodiscard]] bool has_lost_nuls() const { return nuls_are_lost_ || record_.data() == padded_.data(); }
     /// Call after the last item of a section: reports a count that is too low and throws SectionLost.
     void refuse_more(const Count& count, const Record& first);
 
@@ -156,6 +158,7 @@ private:
     std::uint64_t record_line_ = 0;
     std::array<std::string_view, 4> numbers_{}; ///< of a row
     bool row_in_form_ = true;
+    bool nuls_are_lost_ = false;
     bool unended_ = false; ///< the record has no line end, so it may be cut
     std::string padded_;   ///< a record whose blanks were trimmed
     Announced announced_;

@@ -16,7 +16,7 @@ void read_constants(RecordReader& in, Model& model)
         Constant& constant = constants.enter(in);
         constant.value = in.real("value");
         const std::string_view description = in.text("description");
-        if (has_lost_its_nul(description)) {
+        if (in.has_lost_nuls() && description.ends_with(' ') && !text_before_nul(description)) {
             in.report(form_rules::dropped_nul, "description", "is a description without a NUL after it",
                       "one NUL, then blanks");
             constant.description = text_as_served(description);

@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import re
 import sqlite3
 import unittest
 
@@ -70,15 +71,31 @@ class ImportTest(ToolCase):
         self.assertEqual(self.velm("export", "model.db", "b.inp", "--quiet")[0], 0)
         self.assertEqual((self.directory / "b.inp").read_bytes(), written.replace(b"********** ", b"    30.125 "))
 
-    def test_other_forms_of_the_same_values_pass_with_lenient(self):
-        written = self.put("sound.inp")
-        self.put("edited.inp", change=lambda text: text.replace(b"\r\n", b"\n").replace(b"   12.2500\n", b"12.25     \n"))
-        self.assertEqual(self.velm("import", "edited.inp", "model.db")[0], 3)
-        code, _, err = self.velm("import", "edited.inp", "model.db", "--lenient")
-        self.assertEqual(code, 1)
-        self.assertNotIn("NULL", err)
-        self.assertEqual(self.velm("export", "model.db", "b.inp", "--quiet")[0], 0)
-        self.assertEqual((self.directory / "b.inp").read_bytes(), written)
+    def test_what_hand_editing_does_passes_with_lenient_and_an_export_mends_it(self):
+        self.velm("example", "estuary.db")
+        self.velm("export", "estuary.db", "estuary.inp", "--quiet")
+        written = (self.directory / "estuary.inp").read_bytes()
+        line_feeds_alone = written.replace(b"\r\n", b"\n")
+        trimmed = re.sub(rb" +\r\n", rb"\r\n", written)
+        edits = {
+            "line feeds alone": line_feeds_alone,
+            "another number of digits": line_feeds_alone.replace(b"    0.0000\n", b"0.0       \n"),
+            "trimmed blanks": trimmed,
+            "dropped NULs": written.replace(b"\0", b""),
+            "both": trimmed.replace(b"\0", b""),
+            "a mark of UTF-8": b"\xef\xbb\xbf" + written,
+            "no line end at the end": written[:-2],
+        }
+        for name, edited in edits.items():
+            with self.subTest(name):
+                self.assertNotEqual(edited, written)
+                (self.directory / "edited.inp").write_bytes(edited)
+                self.assertEqual(self.velm("import", "edited.inp", "model.db", "--force")[0], 3)
+                code, _, err = self.velm("import", "edited.inp", "model.db", "--lenient", "--force")
+                self.assertEqual(code, 1)
+                self.assertNotIn("NULL", err)
+                self.assertEqual(self.velm("export", "model.db", "b.inp", "--quiet")[0], 0)
+                self.assertEqual((self.directory / "b.inp").read_bytes(), written)
 
 
 if __name__ == "__main__":

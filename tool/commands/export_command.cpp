@@ -118,7 +118,7 @@ std::uint64_t number_of(const ExportLosses& losses, const FindingRule& rule)
 /// "1 field overflows", "2 fields overflow"
 std::string numbered(std::uint64_t count, const std::string& one, const std::string& verb)
 {
-    return counted(count, one) + ' ' + verb + (count == 1 ? "s" : "");
+    return counted(count, one) + ' ' + verb + (count != 1 ? "" : verb.ends_with("sh") ? "es" : "s");
 }
 
 /// What the file does not say of the model: "1 field overflows, 2 values vanish, 31 of 12345 values are shortened".
