@@ -23,20 +23,18 @@ bool touches_its_neighbour(const FieldText& field)
 
 std::optional<Finding> finding_of(const FieldText& field)
 {
-    Finding finding{.address = field.address,
-                    .place = field.place,
-                    .section = name_of(field.section),
-                    .text = field_as_text(field.text)};
-    if (field.address.column.empty() && field.text.find('*') != std::string_view::npos) {
-        finding.rule = &form_rules::field_overflow;
-        finding.message = "the number of its time pairs, above 99999, does not fit the five columns of its field";
-    } else if (touches_its_neighbour(field)) {
-        finding.rule = &form_rules::touching_fields;
-        finding.message = "follows its neighbour without a blank";
-    } else {
+    const bool overflows = field.address.column.empty() && field.text.find('*') != std::string_view::npos;
+    if (!overflows && !touches_its_neighbour(field)) {
         return {};
     }
-    return finding;
+    return Finding{
+        .rule = overflows ? &form_rules::field_overflow : &form_rules::touching_fields,
+        .address = field.address,
+        .place = field.place,
+        .section = name_of(field.section),
+        .message = overflows ? "the number of its time pairs, above 99999, does not fit the five columns of its field"
+                             : "follows its neighbour without a blank",
+        .text = field_as_text(field.text)};
 }
 
 std::string field_as_text(std::string_view bytes)

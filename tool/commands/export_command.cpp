@@ -223,7 +223,7 @@ void export_model(const ExportArguments& arguments, WholeFile& output, Panel& pa
     }
     panel.set_outcome("refused");
     const bool read_whole =
-        arguments.strict || (written.lines_with_asterisks > 0 && !(arguments.allow_overflow && arguments.quiet));
+        arguments.strict || (written.has_asterisks && !(arguments.allow_overflow && arguments.quiet));
     const ExportLosses losses =
         read_whole || !arguments.quiet ? losses_of_export(model, output.content(), read_whole) : ExportLosses{};
     refuse_losses(arguments, losses);

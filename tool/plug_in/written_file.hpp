@@ -13,7 +13,7 @@ struct WrittenFile {
     std::uint64_t sections = 0; ///< lines that open a section
     std::uint64_t records = 0;  ///< complete lines
     std::uint64_t bytes = 0;
-    std::uint64_t lines_with_asterisks = 0;
+    bool has_asterisks = false;
     bool readable = false;
     bool ends_in_line = true; ///< false when characters follow the last complete line
 
