@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <type_traits>
 
 namespace velm {
@@ -192,14 +193,23 @@ void put_paths(PageData& data, const Model& model, const WaterBalance* balance)
     std::size_t at = 0; // in the balance
     data.begin_array("flow_fields");
     for (std::size_t f = 0; f < model.flow_fields.size(); ++f) {
+        const double factor =
+            double{model.flow_fields[f].scale_factor} * double{model.flow_fields[f].conversion_factor};
         data.begin_object();
         data.put_utf8("name", flow_field_name(f + 1));
         data.begin_array("functions");
         for (const FlowFunction& function : model.flow_fields[f].functions) {
             data.begin_object();
             data.put_latin1("description", function.description);
-            put_function_paths(data, function.paths, balance == nullptr ? nullptr : &balance->functions()[at].course);
-            ++at;
+            const FlowCourse* course = nullptr;
+            std::optional<FlowCourse> of_solids; // the balance is of water
+            if (balance != nullptr && at < balance->functions().size() &&
+                static_cast<std::size_t>(balance->functions()[at].field) == f + 1) {
+                course = &balance->functions()[at++].course;
+            } else if (balance != nullptr) {
+                course = &of_solids.emplace(function.series, factor, std::max(double{model.julian_end_time}, 0.0));
+            }
+            put_function_paths(data, function.paths, course);
             data.end_object();
         }
         data.end_array();

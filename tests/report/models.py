@@ -72,6 +72,9 @@ def lake():
     add_flow(db, 1, "Wind", [(a, b, 0.25) for row in rows for a, b in zip(row, row[1:])],
              [(d, math.cos(d / 5) * 4 + 1) for d in range(101)])
     add_system(db, "Salinity", [(0, 30), (100, 31)])
+    db.executescript("INSERT INTO flow_field VALUES (2, 1, 1), (3, 2, 1); "
+                     "INSERT INTO flow_function VALUES (3, 1, 'Settling'); "
+                     "INSERT INTO flow_path VALUES (3, 1, 1, 1, 13, 0.5); INSERT INTO flow_value VALUES (3, 1, 1, 0, 3);")
     db.execute("INSERT INTO exchange_field DEFAULT VALUES")
     db.execute("INSERT INTO exchange_function VALUES (1, 1, 'Between the layers')")
     db.executemany("INSERT INTO exchange_pair VALUES (1, 1, ?, ?, ?, 20000, 2)",

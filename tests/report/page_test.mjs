@@ -129,8 +129,9 @@ for (const name of ["estuary", "lake", "hostile", "01022500", "01547700"]) {
     });
 }
 
-test("segments stand where the modeller puts them, and others in line with them", async () => {
+test("solids have a flow, too; segments stand where the modeller puts them, and others in line with them", async () => {
     await open("lake", async (page) => {
+        assert.match(await page.getAttribute('[data-path="3,1,1"]', "aria-label"), /segment 1 to segment 13, 3 m3\/s on average$/);
         const at = new Map(await page.$$eval(".segment", (all) => all.map((one) => [Number(one.firstChild.dataset.segment),
             /\((\S+) (\S+)\)/.exec(one.getAttribute("transform")).slice(1).map(Number)])));
         const { places } = expected.lake;

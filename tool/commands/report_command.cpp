@@ -97,7 +97,8 @@ Model read_reported_model(const ReportArguments& arguments, Report& report)
 ExitCode write(const ReportArguments& arguments)
 {
     const std::string output = output_of(arguments);
-    refuse_one_file({{"OUT", output}, {"MODEL", arguments.model}, {"OTHER", arguments.against}});
+    refuse_one_file({{"OUT", output}, {"MODEL", arguments.model}});
+    refuse_one_file({{"OUT", output}, {"OTHER", arguments.against}});
     WholeFile file(output, Standing::replaced);
     Report report;
     const Model model = read_reported_model(arguments, report);
