@@ -78,12 +78,12 @@ void FlowCourse::add_stretch(double day, double flow, double later, double flow_
         }
     }
     const double seconds = (later - day) * seconds_a_day;
-    if ((flow < 0) != (flow_there < 0)) { // it turns on the way: a triangle of each sign
+    if ((flow < 0 && flow_there > 0) || (flow > 0 && flow_there < 0)) { // it turns on the way: a triangle of each sign
         const double part = flow / (flow - flow_there);
         forward_ += flow > 0 ? flow * part * seconds / 2 : flow_there * (1 - part) * seconds / 2;
         backward_ -= flow < 0 ? flow * part * seconds / 2 : flow_there * (1 - part) * seconds / 2;
     } else {
-        (flow < 0 ? backward_ : forward_) += std::abs(flow + flow_there) / 2 * seconds;
+        (flow + flow_there < 0 ? backward_ : forward_) += std::abs(flow + flow_there) / 2 * seconds;
     }
 }
 

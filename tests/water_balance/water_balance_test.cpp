@@ -126,7 +126,7 @@ Model drawn_model(unsigned seed, int segments, int pairs)
             }
             for (int i = 0; i < pairs; ++i) {
                 function.series.times.push_back(draw(-5, 40));
-                function.series.values.push_back(draw(-3, 5));
+                function.series.values.push_back(static_cast<float>(pick(-3, 5))); // 0 among them
             }
             std::sort(function.series.times.begin(), function.series.times.end());
         }
