@@ -79,6 +79,15 @@ class Database:
         places = {name: place for name, (_, place) in self.columns(table).items() if place}
         return sorted(places, key=places.__getitem__)
 
+    def named(self, table: str, key: Sequence[Any]) -> Dict[str, Any]:
+        """An item's key by column. Raises ArgumentError for a key that does not fit, ModelError where no row has it."""
+        names = self.key(table)
+        if names[-1] != "number" or len(key) != len(names) or table == "model":
+            raise ArgumentError("key", f"does not name an item of {table} by {', '.join(names)}", value=key)
+        if not self.ask(f"SELECT 1 FROM {table} WHERE {' AND '.join(name + ' = ?' for name in names)}", *key):
+            raise ModelError("is not there", table=table, row=in_words(dict(zip(names, key))))
+        return dict(zip(names, key))
+
     def frame(self, table: str) -> Any:
         """A table as a DataFrame, its key as the index."""
         names, key = list(self.columns(table)), self.key(table)
@@ -143,7 +152,8 @@ class Database:
     def _explained(self, table: str, row: Mapping[str, Any], error: Exception) -> ModelError:
         message = str(error)
         column = (re.findall(rf"\b{table}\.(\w+)", message) or [None])[-1]  # by a CHECK's name, too
-        if isinstance(error, (OverflowError, sqlite3.InterfaceError)):  # of a value that SQLite does not have
+        # of a value that SQLite does not have; Python 3.11 calls it another error than those before
+        if isinstance(error, (OverflowError, sqlite3.InterfaceError, sqlite3.ProgrammingError)):
             column = next((name for name in row if not isinstance(row[name], (float, str)) and
                            not (isinstance(row[name], int) and -2**63 <= row[name] < 2**63)), None)
         if "FOREIGN" in message:
@@ -155,8 +165,8 @@ class Database:
         return ModelError(f"is refused: {message}", table=table, row=self._row(table, row), column=column, value=value)
 
     def _pointing_nowhere(self, table: str, row: Mapping[str, Any]) -> Optional[str]:
-        links = pandas.DataFrame(self.ask(f'PRAGMA foreign_key_list("{table}")')).groupby(0)
-        for _, link in links:  # columns: number, place, table, column here, column there
+        # columns: number, place, table, column here, column there
+        for _, link in pandas.DataFrame(self.ask(f'PRAGMA foreign_key_list("{table}")')).groupby(0):
             where = " AND ".join(f"{there} = ?" for there in link[4])
             if not self.ask(f'SELECT 1 FROM "{link[2].iloc[0]}" WHERE {where}', *(row.get(name) for name in link[3])):
                 return str(link[3].iloc[-1])

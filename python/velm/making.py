@@ -8,7 +8,7 @@ import pandas
 
 from velm import network, removal
 from velm.database import in_words
-from velm.errors import ArgumentError
+from velm.errors import ArgumentError, refuse_where
 from velm.stored_series import Key, StoredSeries
 
 
@@ -24,9 +24,9 @@ class Making(StoredSeries):
         (mg/L, a number or a mapping by system) and `parameters` (a mapping by key) say."""
         named = {"name": name, "length": length, "width": width, "depth": depth, **columns}
         table = segments if isinstance(segments, pandas.DataFrame) else {}
-        data: Dict[str, Any] = {"type": 1, "flow_option": 1, **dict(table)}
+        data: Dict[str, Any] = {"type": 1, "flow_option": 1, **table}
         data.update((key, value) for key, value in named.items() if value is not None)
-        count = int(segments) if isinstance(segments, Integral) else len(segments)
+        count = int(segments) if isinstance(segments, Integral) else len(segments) if numpy.ndim(segments) else 0
         if count < 1:
             raise ArgumentError("segments", "is no number of segments, or has none", value=segments)
         if not isinstance(segments, (Integral, pandas.DataFrame)):
@@ -37,11 +37,13 @@ class Making(StoredSeries):
             if numpy.ndim(values) and len(values) != count:
                 raise ArgumentError(key, f"has {len(values)} values for {count} segments")
         if {"length", "width", "depth"} <= set(data) and "volume" not in data:
-            length, width, depth = (numpy.broadcast_to(data[key], count) for key in ("length", "width", "depth"))
-            data["volume"] = length * width * depth
+            size = {key: numpy.asarray(pandas.to_numeric(data[key], errors="coerce")) for key in data}
+            data["volume"] = numpy.broadcast_to(size["length"] * size["width"] * size["depth"], count)
         data.update({"initial_depth": data.pop("depth")} if "depth" in data else {})
         places = {key: data.pop(key) for key in ("x", "y") if key in data}
         new: List[int] = (self._next("segment") + numpy.arange(count)).tolist()
+        numbers = numpy.broadcast_to(data.get("number", new), count)
+        refuse_where(numbers != new, "number", numbers, f"is not the next; segments get {new[0]} and on in order")
         with self._data.transaction():
             self._data.insert("segment", **{**data, "number": new})
             if places:
@@ -57,17 +59,19 @@ class Making(StoredSeries):
     # Gives new segments their rows: by owner what is given, what all segments share, or what the owner was made with.
     def _extend(self, table: str, names: List[str], segments: Any, argument: str, given: Any, column: str) -> None:
         held = self._data.frame(table).reset_index("segment", drop=True).groupby(names)
-        for owner in self._data.ask(f"SELECT {', '.join(self._data.key(names[-1]))} FROM {names[-1]}"):
-            label = owner if len(owner) > 1 else owner[0]
+        labels = self._data.frame(names[-1]).index.tolist()
+        for label in set(given if isinstance(given, Mapping) else ()) - set(labels):
+            raise ArgumentError(argument, f"is for no {names[-1]} that is there", position=label)
+        for label in labels:
+            owner = dict(zip(names, numpy.atleast_1d(label).tolist()))
             rows = held.get_group(label).drop_duplicates() if label in held.groups else ()
-            row = dict(rows.iloc[0] if len(rows) == 1 else self._made_with.get((table, *owner), {}))
+            row = dict(rows.iloc[0] if len(rows) == 1 else self._made_with.get((table, *owner.values()), {}))
             value = given.get(label) if isinstance(given, Mapping) else given
             if value is not None:
                 row[column] = value
             if not row:
-                raise ArgumentError(argument, "is needed, because the values that are there differ from segment to "
-                                    "segment", position=in_words(dict(zip(names, owner))), value=given)
-            self._data.insert(table, **dict(zip(names, owner)), segment=segments, **row)
+                raise ArgumentError(argument, "is needed: the segments that are there differ", position=in_words(owner))
+            self._data.insert(table, **owner, segment=segments, **row)
 
     # Writes a value for each segment: one for all, one each in order, or a mapping or Series by number.
     def _per_segment(self, table: str, owner: Mapping[str, int], argument: str, values: Any, column: str,
@@ -112,11 +116,9 @@ class Making(StoredSeries):
     def add_exchange(self, series: Any, between: Any, *, unit: Optional[str] = None, field: int = 1,
                      description: str = "", missing: str = "raise") -> Key:
         """Adds an exchange function, in m2/s or `unit` (see set_series); returns its key (exchange field, number).
-        `field`: 1 surface water, 2 pore water.
-
-        `between` is a mapping of pairs of segments to area (m2) and mixing length (m), {(1, 2): (250, 1000)}; a list of
-        such rows; or a DataFrame of first_segment, second_segment, area and length. For a chain, [1, 2, 3], or pairs
-        alone both come from the segments' length, width and initial depth."""
+        `field`: 1 surface water, 2 pore water. `between` is a mapping of pairs of segments to area (m2) and mixing
+        length (m), {(1, 2): (250, 1000)}; a list of such rows; or a DataFrame of first_segment, second_segment, area,
+        length. For a chain, [1, 2, 3], or pairs alone both come from the segments' length, width and depth."""
         pairs = network.steps_of(between, "between", ["area", "length"], self._next("segment") - 1)
         if "area" not in pairs:
             pairs = network.with_geometry(pairs, self._data.frame("segment"), "between")
@@ -124,8 +126,11 @@ class Making(StoredSeries):
 
     def _add_ways(self, kind: str, table: str, field: int, ways: Any, series: Any, unit: Optional[str], missing: str,
                   description: str) -> Key:
+        there = self._next(f"{kind}_field") - 1
+        if field not in range(1, max(there, 6 if kind == "flow" else 2) + 1):
+            raise ArgumentError("field", f"is no {kind} field", value=field)
         with self._data.transaction():
-            for number in range(self._next(f"{kind}_field"), field + 1):
+            for number in range(there + 1, field + 1):
                 self._data.insert(f"{kind}_field", number=number)
             key = self._add_series(kind, field, series, unit, missing, description=description)
             removal.replace_rows(self._data, table, self._owner(kind, key), ways)
@@ -145,7 +150,7 @@ class Making(StoredSeries):
                           missing: str = "raise") -> Key:
         """Adds an environmental time function of the engine's kind `isc`; returns its key (type, number)."""
         with self._data.transaction():
-            key = self._add_of_type("time_function", isc, description=description, used=int(used))
+            key = self._add_of_type("time_function", isc, description=description, used=used)
             self.set_series("time_function", *key, series=series, missing=missing)
         return key
 
@@ -154,8 +159,7 @@ class Making(StoredSeries):
         """Adds a parameter of the engine's kind `isc`; returns its key (type, number). `values`: a number, one for each
         segment in order, or a mapping or Series by number."""
         with self._data.transaction():
-            key = self._add_of_type("parameter", isc, description=description, used=int(used),
-                                    scale_factor=scale_factor)
+            key = self._add_of_type("parameter", isc, description=description, used=used, scale_factor=scale_factor)
             self._per_segment("parameter_value", dict(zip(("parameter_type", "parameter"), key)), "values", values,
                               "value")
         return key
@@ -163,7 +167,7 @@ class Making(StoredSeries):
     def add_constant(self, isc: int, value: float, *, description: str = "", used: bool = True) -> Key:
         """Adds a constant of the engine's kind `isc`; returns its key (type, number)."""
         with self._data.transaction():
-            return self._add_of_type("constant", isc, description=description, used=int(used), value=value)
+            return self._add_of_type("constant", isc, description=description, used=used, value=value)
 
     # Adds an item to the type of that kind, which is made when it is not there.
     def _add_of_type(self, table: str, isc: int, **columns: Any) -> Key:

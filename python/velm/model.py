@@ -6,16 +6,13 @@ import os
 import tempfile
 from typing import Any, Optional
 
-import numpy
 import pandas
 
 from velm import program, removal, time_series
 from velm.database import Database
 from velm.errors import ArgumentError
 from velm.making import Making
-from velm.model_file import Path
-
-LONGEST_STEP, SHORTEST_STEP = 0.1, 0.0001  # days, where no flow says more
+from velm.model_file import LONGEST_STEP, SHORTEST_STEP, Path
 
 
 class Model(Making):
@@ -25,33 +22,12 @@ class Model(Making):
     systems, fields and so on count from 1; 0 is the world outside. A series is a number, which holds for the whole run,
     a pandas.Series on dates or on days from the start, or a mapping of such times to values."""
 
-    _choose_steps = False
-
     def remove(self, table: str, *key: Any) -> None:
-        """Removes an item: remove("segment", 5), remove("flow_function", 1, 2), remove("boundary", 1, 1). Those behind
-        it, and all that points to them, are renumbered.
-
-        With a segment go its boundaries and loads and its exchange pairs; flow paths lead past it. With a system, a
-        field or a type goes all that it has."""
+        """Removes an item: remove("segment", 5), remove("flow_function", 1, 2). Those behind it, and all that points to
+        them, are renumbered. With a segment go its boundaries, loads and exchange pairs; flow paths lead past it. With
+        a system, a field or a type goes all that it has."""
         removal.remove(self._data, table, *key)
         self._made_with.clear()
-
-    def _finish(self) -> None:
-        if self._choose_steps:
-            self.choose_time_steps()
-
-    def choose_time_steps(self) -> None:
-        """Sets the time steps by the water's stay, which velm info says: the longest to half of the shortest mean stay
-        in a segment, 0.1 days at most; the shortest to a tenth of the stay at the highest outflow.
-
-        A model made in a `with` block has this done at its end unless it was given time steps."""
-        segments = program.run_for_json("info", self._data.path)["files"][0]["segments"]
-        with self._data.transaction():
-            for name, stay, part, most, places in (("maximum", "residence_time", 0.5, LONGEST_STEP, 3),
-                                                   ("minimum", "shortest_residence_time", 0.1, SHORTEST_STEP, 6)):
-                step = min([most, *(part * segment[stay] for segment in segments if segment[stay])])
-                step = max(numpy.floor(step * 10**places), 1) / 10**places  # what the input file shows of it
-                self._data.update("model", f"{name}_time_step", [(1,)], [step])
 
 
 def create(path: Path, *, start: Any = None, end: Any, replace: bool = False, **options: Any) -> Model:

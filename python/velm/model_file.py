@@ -4,12 +4,14 @@ import os
 import tempfile
 from typing import Any, ContextManager, Dict, List, Optional, TypeVar, Union
 
+import numpy
 import pandas
 
 from velm import program
 from velm.database import Database
 from velm.table import Table
 
+LONGEST_STEP, SHORTEST_STEP = 0.1, 0.0001  # days, where no flow says more
 Path = Union[str, "os.PathLike[str]"]
 Self = TypeVar("Self", bound="ModelFile")
 
@@ -23,7 +25,7 @@ class ModelFile:
         self._folder: Optional[tempfile.TemporaryDirectory[str]] = None  # where the file is while it has no name
         self._target: Optional[str] = None  # the name that it gets
         self._source = database.path  # what was opened
-        self._replace = self._in_block = False
+        self._replace = self._in_block = self._choose_steps = False
         self._made_with: Dict[Any, Dict[str, Any]] = {}  # what segments to come get, by table and owner
 
     @property
@@ -55,13 +57,18 @@ class ModelFile:
             raise AttributeError(f"a model has neither a method nor a table {name}")
         return Table(self._data, name)
 
+    def __setattr__(self, name: str, value: Any) -> None:
+        if name != "start" and not name.startswith("_"):
+            raise AttributeError(f"a model's {name} is not assigned to; m.segment['width'] = 5 changes a column")
+        super().__setattr__(name, value)
+
     def __dir__(self) -> List[str]:
         return [*super().__dir__(), *self._data.tables()]
 
     def counts(self) -> Any:
         """How many rows each table has that has any, as a pandas.Series."""
-        counted = {name: self._data.ask(f'SELECT count(*) FROM "{name}"')[0][0] for name in self._data.tables()}
-        return pandas.Series({name: count for name, count in counted.items() if count}, name="rows", dtype=int)
+        counts = {name: self._data.ask(f'SELECT count(*) FROM "{name}"')[0][0] for name in self._data.tables()}
+        return pandas.Series(counts, name="rows", dtype=int).loc[lambda count: count > 0]
 
     def __repr__(self) -> str:
         return f"{os.path.basename(self._target or self._source)}: {dict(self.counts())}"
@@ -93,22 +100,30 @@ class ModelFile:
         program.run("report", self.path, page, *options)
         return page
 
+    def choose_time_steps(self) -> None:
+        """Sets the time steps by the water's stay, which velm info says: the longest to half of the shortest mean stay
+        in a segment, 0.1 days at most; the shortest to a tenth of the stay at the highest outflow. The end of create's
+        `with` block does it unless time steps were given."""
+        segments = program.run_for_json("info", self._data.path)["files"][0]["segments"]
+        with self._data.transaction():
+            for name, stay, part, most, places in (("maximum", "residence_time", 0.5, LONGEST_STEP, 3),
+                                                   ("minimum", "shortest_residence_time", 0.1, SHORTEST_STEP, 6)):
+                step = min([most, *(part * segment[stay] for segment in segments if segment[stay])])
+                step = max(numpy.floor(step * 10**places), 1) / 10**places  # what the input file shows of it
+                self._data.update("model", f"{name}_time_step", [(1,)], [step])
+
     def __enter__(self: Self) -> Self:
         self._in_block = True
         return self
 
     def __exit__(self, kind: Any, *_: Any) -> None:
-        if self._target is not None and kind is None:
-            self._finish()
-        elif self._target is not None:
+        if self._target is not None and kind is not None:
             self._target = None
             self._discard()
+        elif self._target is not None and self._choose_steps:
+            self.choose_time_steps()
         self._in_block = False
         self.close()
-
-    # What is still to be done with a new model at the end of its block.
-    def _finish(self) -> None:
-        pass
 
     def _discard(self) -> None:
         self._database.close()
@@ -117,11 +132,9 @@ class ModelFile:
 
     def _put_in_place(self, target: str) -> None:
         self._database.close()
+        put: Any = os.replace if self._replace else os.link  # a link refuses a name that is taken by now
         try:
-            if self._replace:
-                os.replace(self._database.path, target)
-            else:
-                os.link(self._database.path, target)  # unlike a renaming, refuses a name that is taken by now
+            put(self._database.path, target)
         except FileExistsError:
             raise
         except OSError:

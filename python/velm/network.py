@@ -1,6 +1,6 @@
 """Ways through the segments: chains, splits and joins as tables of steps, and the balance of what they carry."""
 
-from typing import Any, List, Mapping, Sequence
+from typing import Any, Dict, List, Mapping, Sequence
 
 import numpy
 import pandas
@@ -15,25 +15,28 @@ def steps_of(way: Any, argument: str, amounts: Sequence[str], segments: int) -> 
 
     `way` is a chain of segments ([0, 1, 2, 0]); a mapping of pairs to an amount or several ({(0, 1): 1.0}); a sequence
     of tuples; or a DataFrame with these columns. 0 is the world outside; `segments` is how many there are."""
-    table = way if isinstance(way, pandas.DataFrame) else pandas.DataFrame(_rows(way, argument, len(amounts)))
-    if not isinstance(way, pandas.DataFrame):
-        table.columns = [*ENDS, *amounts][:table.shape[1]]
-    for name in ENDS:
+    table = way if isinstance(way, pandas.DataFrame) else \
+        pandas.DataFrame(_rows(way, argument, len(amounts))).rename(columns=dict(enumerate([*ENDS, *amounts])))
+    kinds: Dict[str, type] = {**dict.fromkeys(ENDS, int), **{name: float for name in amounts if name in table}}
+    for name in kinds:
         if name not in table:
             raise ArgumentError(argument, f"has no column {name}")
-        ends = pandas.to_numeric(table[name], errors="coerce").to_numpy(dtype=float)
-        refuse_where((ends % 1 != 0) | (ends < 0) | (ends > segments), argument, table[name].tolist(),
-                     f"is no segment; there are {segments}, and 0 is outside")
-    return table.astype({name: int for name in ENDS}).reset_index(drop=True)
+        values = pandas.to_numeric(table[name], errors="coerce").to_numpy(dtype=float)
+        if name in ENDS:
+            refuse_where((values % 1 != 0) | (values < 0) | (values > segments), argument, table[name].tolist(),
+                         f"is no segment; there are {segments}, and 0 is outside")
+        refuse_where(~numpy.isfinite(values), argument, table[name].tolist(), f"is no {name}; give a number")
+    return table.astype(kinds).reset_index(drop=True)
 
 
 def _rows(way: Any, argument: str, amounts: int) -> List[Any]:
-    if isinstance(way, Mapping):
-        rows = [(*pair, *numpy.atleast_1d(amount).tolist()) for pair, amount in way.items()]
-    else:
-        rows = list(way)
-        if all(numpy.ndim(row) == 0 for row in rows):
-            rows = list(zip(rows, rows[1:]))
+    try:
+        rows = [(*pair, *numpy.atleast_1d(amount).tolist()) for pair, amount in way.items()] \
+            if isinstance(way, Mapping) else list(way)
+    except TypeError as error:
+        raise ArgumentError(argument, "is neither a chain of segments nor steps between them", value=way) from error
+    if all(numpy.ndim(row) == 0 for row in rows):
+        rows = list(zip(rows, rows[1:]))
     if not rows:
         raise ArgumentError(argument, "has no step; a chain has two segments or more", value=way)
     lengths = numpy.array([numpy.size(row) for row in rows])
@@ -48,8 +51,8 @@ def refuse_imbalance(steps: Any, argument: str) -> None:
     kept = taken.sub(passed, fill_value=0).drop(0, errors="ignore")
     for segment in kept.index[kept.abs() > 1e-6]:
         raise ArgumentError(argument, f"takes in {taken.get(segment, 0):g} of the flow and passes on "
-                            f"{passed.get(segment, 0):g}; correct the fractions, or say balanced=False when the "
-                            "segment is to fill or empty", position=f"segment {segment}")
+                            f"{passed.get(segment, 0):g}; correct the fractions, or say balanced=False",
+                            position=f"segment {segment}")
 
 
 def around(steps: Any, segment: int) -> Any:

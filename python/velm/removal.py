@@ -2,8 +2,7 @@
 
 from typing import Any
 
-from velm.database import Database, in_words
-from velm.errors import ArgumentError, ModelError
+from velm.database import Database
 from velm.network import ENDS, around
 
 # columns that name an item without a foreign key; 0 stands for none, or for the world outside
@@ -17,13 +16,8 @@ POINTERS = {
 
 def remove(data: Database, table: str, *key: Any) -> None:
     """Removes a row of `table` by its key, whose last part is the number among its like."""
-    names = data.key(table)
-    if names[-1] != "number" or len(key) != len(names):
-        raise ArgumentError("key", f"does not name a row of {table}; its key is {', '.join(names)}", value=key)
-    where = " AND ".join(f"{name} = ?" for name in names)
-    if not data.ask(f"SELECT 1 FROM {table} WHERE {where}", *key):
-        raise ModelError("is not there", table=table, row=in_words(dict(zip(names, key))))
-    owners, number = dict(zip(names[:-1], key)), key[-1]
+    owners = data.named(table, key)
+    number = owners.pop("number")
     same_owner = "".join(f" AND {name} = {int(value)}" for name, value in owners.items())
     # tables of the user's own have no foreign keys into the model, or want to follow it
     related = [other for other in data.tables() if {table, *owners} <= set(data.columns(other))
@@ -40,7 +34,7 @@ def remove(data: Database, table: str, *key: Any) -> None:
                     remove(data, other, *row)
         if table == "segment":
             _lead_around(data, number)
-        data.ask(f"DELETE FROM {table} WHERE {where}", *key)
+        data.ask(f"DELETE FROM {table} WHERE number = ?{same_owner}", number)
         for other, column in [(table, "number"), *((other, table) for other in related)]:
             data.ask(f"UPDATE {other} SET {column} = {column} - 1 WHERE {column} > ?{same_owner}", number)
         for other, column in POINTERS.get(table, []):

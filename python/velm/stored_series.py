@@ -22,8 +22,7 @@ class StoredSeries(ModelFile):
         """A time series as a pandas.Series. `kind` is flow, exchange, boundary, load or time_function, `key` the
         numbers of the item: series("flow", 1, 2) is that of flow function 2 of flow field 1. On dates, or, with
         dates=False or where the start is no date, on days. With `factors`, times scale and conversion factor."""
-        owner = self._owner(kind, key)
-        where = " AND ".join(f"{name} = ?" for name in owner)
+        where = " AND ".join(f"{name} = ?" for name in self._owner(kind, key))
         rows = self._data.ask(f"SELECT time, value FROM {kind}_value WHERE {where} ORDER BY number", *key)
         days, values = numpy.array(rows, dtype=float).reshape(-1, 2).T
         index = pandas.Index(days, name="day")
@@ -37,11 +36,9 @@ class StoredSeries(ModelFile):
         return pandas.Series(values * factor, index=index, name=f"{kind} {key}")
 
     def set_series(self, kind: str, *key: int, series: Any, unit: Optional[str] = None, missing: str = "raise") -> None:
-        """Puts a series in the place of the one that series(kind, *key) reads.
-
-        The first series with a unit gives its field or system the conversion factor, and its values stay as measured;
-        every other is converted to that unit. Without a unit the values are taken to be in it already. missing="drop"
-        leaves missing values out."""
+        """Puts a series in the place of the one that series(kind, *key) reads. The first with a unit gives its field or
+        system the conversion factor, and its values stay as measured; every other is converted to that unit. Without a
+        unit the values are taken to be in it already. missing="drop" leaves missing values out."""
         owner = self._owner(kind, key)
         days, values = time_series.pairs_of(series, self.start, self.end, missing)
         with self._data.transaction():
@@ -52,10 +49,8 @@ class StoredSeries(ModelFile):
     def _owner(self, kind: str, key: Sequence[int]) -> Dict[str, int]:
         if kind not in (*FACTORS, "time_function"):
             raise ArgumentError("kind", "is none of flow, exchange, boundary, load, time_function", value=kind)
-        names = self._data.key(f"{kind}_value")[:-1]
-        if len(key) != len(names):
-            raise ArgumentError("key", f"does not name a series; its key is {', '.join(names)}", value=key)
-        return dict(zip(names, key))
+        self._data.named(ITEMS.get(kind, kind), key)
+        return dict(zip(self._data.key(f"{kind}_value"), key))
 
     def _factor(self, kind: str, owner: int, which: str) -> float:
         table, prefix = FACTORS.get(kind, ("", ""))
@@ -78,6 +73,9 @@ class StoredSeries(ModelFile):
 
     def _add_item(self, table: str, owner: int, **columns: Any) -> Key:
         column = self._data.key(table)[0]
+        for name, value in {column: owner, **columns}.items():
+            if numpy.ndim(value):
+                raise ArgumentError(name, "are several; each call adds one item", value=value)
         number = self._next(table, **{column: owner})
         self._data.insert(table, **{column: owner, "number": number}, **columns)
         return int(owner), number

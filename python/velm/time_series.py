@@ -49,7 +49,7 @@ def _dates(times: Any, argument: str) -> Any:
                  "is text, not a date; read it with parse_dates, or use pandas.to_datetime")
     aware = [getattr(time, "tzinfo", None) is not None for time in times]
     try:
-        return pandas.to_datetime(list(times), utc=True if all(aware) else None)
+        return pandas.to_datetime(list(times), utc=True if aware and all(aware) else None)
     except (TypeError, ValueError) as error:
         raise ArgumentError(argument, f"the times cannot be read: {error}") from error
 
@@ -70,8 +70,7 @@ def pairs_of(series: Any, start: Optional[Any], end: float, missing: str) -> Tup
     steps = numpy.diff(days, prepend=-numpy.inf)
     refuse_where(steps < 0, argument, times, "is before the time ahead of it; sort_index() sorts")
     refuse_where(steps == 0, argument, times, "is there twice; keep one value for each time")
-    refuse_where(days < 0, argument, times, "is before the start of the run; leave it out, as by series[start:], or "
-                                            "start the run earlier")
+    refuse_where(days < 0, argument, times, "is before the start of the run; leave it out, as by series[start:]")
     absent = numpy.isnan(values)
     refuse_where(numpy.isinf(values), argument, found, "is not finite")
     if missing == "raise":
@@ -83,7 +82,7 @@ def pairs_of(series: Any, start: Optional[Any], end: float, missing: str) -> Tup
 
 def _numbers(values: Any, argument: str) -> Any:
     read = pandas.to_numeric(values, errors="coerce")
-    no_numbers = pandas.api.types.is_bool_dtype(values) or pandas.api.types.is_complex_dtype(values)
+    no_numbers = values.dtype.kind in "bcmM"  # truths, complex numbers, durations, dates
     refuse_where((read.isna() & values.notna()) | no_numbers, argument, values.to_numpy(), "is no number")
     return read.to_numpy(dtype=float, na_value=numpy.nan)
 
