@@ -34,11 +34,6 @@ void RecordReader::deliver(const Part& part, float real)
     }
 }
 
-float RecordReader::real(std::string_view name)
-{
-    return real_of(find(name));
-}
-
 float RecordReader::real_of(const Part& part)
 {
     const RealText real = part.column == 0 ? real_in_row(text_of(part)) : real_in_field(text_of(part), part.decimals);
@@ -95,11 +90,30 @@ std::optional<std::int32_t> RecordReader::integer_of(const Part& part)
     return {};
 }
 
-std::int32_t RecordReader::integer(std::string_view name)
+std::string RecordReader::name(std::string_view name, std::string* whole)
 {
-    const Part& part = find(name);
+    const std::string_view field = text(name);
+    if (whole != nullptr) {
+        *whole = field;
+    }
+    std::optional<std::string> before_nul = text_before_nul(field);
+    if (!before_nul) {
+        report(form_rules::dropped_nul, name, "is a name without a NUL after it", "one NUL, then blanks");
+    }
+    return before_nul ? *std::move(before_nul) : text_as_served(field);
+}
+
+void RecordReader::read(const Part& part, Rule rule, std::int32_t& value)
+{
     deliver(part);
-    return integer_of(part).value_or(0);
+    const std::optional<std::int32_t> read = integer_of(part);
+    value = read.value_or(0);
+    const bool names_segment =
+        rule == Rule::segment || ((rule == Rule::segment_or_outside || rule == Rule::segment_below) && value != 0);
+    if (read && names_segment && result.whole && segments && (value < 1 || value > *segments)) {
+        report(form_rules::missing_segment, part.name, "is not a segment of the model",
+               *segments == 0 ? "no segment, for there is none" : "a number from 1 to " + std::to_string(*segments));
+    }
 }
 
 std::optional<std::int32_t> RecordReader::identity(std::string_view name)
@@ -117,36 +131,6 @@ std::string_view RecordReader::text(std::string_view name)
     const Part& part = find(name);
     deliver(part);
     return text_of(part);
-}
-
-std::int32_t RecordReader::segment(std::string_view name)
-{
-    const Part& part = find(name);
-    deliver(part);
-    const std::optional<std::int32_t> segment = integer_of(part);
-    if (segment) {
-        check_segment(name, *segment);
-    }
-    return segment.value_or(0);
-}
-
-std::int32_t RecordReader::segment_or_none(std::string_view name)
-{
-    const Part& part = find(name);
-    deliver(part);
-    const std::int32_t segment = integer_of(part).value_or(0);
-    if (segment != 0) {
-        check_segment(name, segment);
-    }
-    return segment;
-}
-
-void RecordReader::check_segment(std::string_view name, std::int32_t segment)
-{
-    if (result.whole && segments && (segment < 1 || segment > *segments)) {
-        report(form_rules::missing_segment, name, "is not a segment of the model",
-               *segments == 0 ? "no segment, for there is none" : "a number from 1 to " + std::to_string(*segments));
-    }
 }
 
 void RecordReader::repeated(std::string_view name, std::optional<std::int32_t> known)

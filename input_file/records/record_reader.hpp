@@ -5,6 +5,7 @@
 #include "input_file/input_file.hpp"
 #include "input_file/records/file_window.hpp"
 #include "input_file/records/record.hpp"
+#include "model/items.hpp"
 
 #include <array>
 #include <cstddef>
@@ -13,6 +14,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 namespace velm {
@@ -28,14 +30,33 @@ struct Count {
     std::string_view name{};
 };
 
+/// The columns of `Item` that the parts of a record hold, part by part; none for what is no number of it.
+template <const Record& form, class Item>
+consteval auto columns_of()
+{
+    std::array<const Column<Item>*, form.size()> columns{};
+    for_each_table([&](TableId /*id*/, const auto& table) {
+        if constexpr (std::is_same_v<typename std::remove_cvref_t<decltype(table)>::Item, Item>) {
+            for (std::size_t part = 0; part < form.size(); ++part) {
+                for (const Column<Item>& column : table.columns) {
+                    if (form[part].table == table.name && form[part].name == column.name) {
+                        columns[part] = &column;
+                    }
+                }
+            }
+        }
+    });
+    return columns;
+}
+
 /// Reads record after record and field after field, and reports what is wrong with them.
 ///
-///     in.record(records::volume_factors);
-///     model.volume_scale_factor = in.real("volume_scale_factor");
+///     in.record_into<records::volume_factors>(model);
 ///
-/// Fields are asked for by name; in the record's order they are found without a search. One that has no value reads
-/// as 0. What a section needs of earlier ones is kept here too. record_fields.cpp has the fields, record_counts.cpp the
-/// counts and what they announce, record_reader.cpp the records and the problems.
+/// The numbers of a record go where its parts and the table of the model's columns say; other fields are asked for by
+/// name, in the record's order without a search. One that has no value reads as 0. What a section needs of earlier ones
+/// is kept here too. record_fields.cpp has the fields, record_counts.cpp the counts and what they announce,
+/// record_reader.cpp the records and the problems.
 class RecordReader {
 public:
     RecordReader(std::istream& input, const ReadOptions& options, InputFile& read_so_far);
@@ -55,13 +76,29 @@ public:
     /// The key of the rows that the data of the following fields belong to.
     void key(std::int32_t first, std::int32_t second = 0, std::int32_t third = 0) { key_ = {first, second, third}; }
 
-    [[nodiscard]] std::int32_t integer(std::string_view name);
-    [[nodiscard]] float real(std::string_view name);
+    /// Puts the numbers of the current record, which is of that form, into the item whose columns they are.
+    template <const Record& form, class Item>
+    void data(Item& item)
+    {
+        static constexpr auto columns = columns_of<form, Item>();
+        for (std::size_t part = 0; part < form.size(); ++part) {
+            if (columns[part] != nullptr) {
+                with_value(*columns[part], item, [&](auto& value) { read(form[part], columns[part]->rule, value); });
+            }
+        }
+    }
+    /// Takes records one after another, with their numbers.
+    template <const Record&... forms, class Item>
+    void record_into(Item& item)
+    {
+        ((record(forms), data<forms>(item)), ...);
+    }
+
+    [[nodiscard]] float real(std::string_view name) { return real_of(find(name)); }
     /// The field's bytes, until the next record is taken.
     [[nodiscard]] std::string_view text(std::string_view name);
-    /// The number of a segment, or 0 too where that stands for the outside or for none.
-    [[nodiscard]] std::int32_t segment(std::string_view name);
-    [[nodiscard]] std::int32_t segment_or_none(std::string_view name);
+    /// A name behind which an export puts one NUL; `whole` becomes the field's bytes.
+    [[nodiscard]] std::string name(std::string_view name, std::string* whole = nullptr);
 
     /// A number that an export writes out of what it has written before; nothing is known before a lost section.
     void repeated(std::string_view name, std::optional<std::int32_t> known);
@@ -145,7 +182,10 @@ private:
     [[nodiscard]] float settle(const Part& part, const RealText& real);
     void report_no_value(const Part& part);
     void report_gap(const FindingRule& rule, const Part& part, const std::string& message, const std::string& expected);
-    void check_segment(std::string_view name, std::int32_t segment);
+    void read(const Part& part, Rule rule, std::int32_t& value);
+    void read(const Part& part, Rule /*rule*/, float& value) { value = real_of(part); }
+    static void read(const Part& /*part*/, Rule /*rule*/, bool& /*value*/) {}
+    static void read(const Part& /*part*/, Rule /*rule*/, std::string& /*value*/) {}
 
     FileWindow window_;
     const ReadOptions& options_;

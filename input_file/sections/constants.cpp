@@ -14,7 +14,7 @@ void read_constants(RecordReader& in, Model& model)
     for (std::int32_t number = 1; in.goes_on(count, number, records::constant); ++number) {
         in.record(records::constant);
         Constant& constant = constants.enter(in);
-        constant.value = in.real("value");
+        in.data<records::constant>(constant);
         const std::string_view description = in.text("description");
         if (in.has_lost_nuls() && description.ends_with(' ') && !text_before_nul(description)) {
             in.report(form_rules::dropped_nul, "description", "is a description without a NUL after it",

@@ -18,12 +18,7 @@ void read_function(RecordReader& in, std::int32_t field_number, std::int32_t num
     const Count segment_pairs = in.count(records::number_of_exchange_pairs);
     for (std::int32_t place = 1; in.goes_on(segment_pairs, place, records::exchange_pair); ++place) {
         in.key(field_number, number, place);
-        in.record(records::exchange_pair);
-        ExchangePair& pair = function.pairs.emplace_back();
-        pair.first_segment = in.segment_or_none("first_segment");
-        pair.second_segment = in.segment_or_none("second_segment");
-        pair.area = in.real("area");
-        pair.length = in.real("length");
+        in.record_into<records::exchange_pair>(function.pairs.emplace_back());
     }
     const Count time_pairs = in.count(records::number_of_time_pairs);
     in.key(field_number, number);
@@ -44,9 +39,7 @@ void read_exchanges(RecordReader& in, Model& model)
             continue;
         }
         in.key(field_number);
-        in.record(records::exchange_factors);
-        field.scale_factor = in.real("scale_factor");
-        field.conversion_factor = in.real("conversion_factor");
+        in.record_into<records::exchange_factors>(field);
         for (std::int32_t number = 1; in.goes_on(functions, number, records::exchange_function); ++number) {
             read_function(in, field_number, number, field.functions.emplace_back());
         }

@@ -25,11 +25,7 @@ void read_function(RecordReader& in, std::int32_t field, std::int32_t number, Fl
     const Count paths = in.count(records::number_of_flow_paths);
     for (std::int32_t path = 1; in.goes_on(paths, path, records::flow_path); ++path) {
         in.key(field, number, path);
-        in.record(records::flow_path);
-        FlowPath& way = function.paths.emplace_back();
-        way.first_segment = in.segment_or_none("first_segment");
-        way.second_segment = in.segment_or_none("second_segment");
-        way.fraction = in.real("fraction");
+        in.record_into<records::flow_path>(function.paths.emplace_back());
     }
 }
 

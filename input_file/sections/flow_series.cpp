@@ -58,9 +58,7 @@ void read_flow_series(RecordReader& in, Model& model)
             in.repeated_count(records::number_of_inflows, in.flow_fields ? std::optional(known) : std::nullopt);
         if (in.goes_on(functions, 1, records::flow_factors)) {
             in.key(number);
-            in.record(records::flow_factors);
-            field.scale_factor = in.real("scale_factor");
-            field.conversion_factor = in.real("conversion_factor");
+            in.record_into<records::flow_factors>(field);
             read_functions(in, number, functions, field);
         }
     }

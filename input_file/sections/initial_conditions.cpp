@@ -14,20 +14,13 @@ void read_system(RecordReader& in, std::int32_t number, const Count& segments, S
         in.repeated_text("system name", std::string_view(in.system_names[place]).substr(0, shown));
     }
     in.key(number);
-    in.record(records::solids_transport_field);
-    system.solids_transport_field = in.integer("solids_transport_field");
-    in.record(records::solids_density);
-    system.solids_density = in.real("solids_density");
-    in.record(records::maximum_concentration);
-    system.maximum_concentration = in.real("maximum_concentration");
+    in.record_into<records::solids_transport_field, records::solids_density, records::maximum_concentration>(system);
     in.record(records::initial_condition_caption);
     for (std::int32_t segment = 1; in.goes_on(segments, segment, records::initial_condition); ++segment) {
         in.record(records::initial_condition);
         in.repeated("segment number", segment);
         in.key(number, segment);
-        InitialCondition& condition = system.initial_conditions.emplace_back();
-        condition.concentration = in.real("concentration");
-        condition.dissolved_fraction = in.real("dissolved_fraction");
+        in.data<records::initial_condition>(system.initial_conditions.emplace_back());
     }
 }
 

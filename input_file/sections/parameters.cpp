@@ -14,7 +14,7 @@ void read_scale_factors(RecordReader& in, Model& model)
     for (std::int32_t number = 1; in.goes_on(count, number, records::parameter); ++number) {
         in.record(records::parameter);
         Parameter& parameter = parameters.enter(in);
-        parameter.scale_factor = in.real("scale_factor");
+        in.data<records::parameter>(parameter);
         parameter.description = text_as_served(in.text("description"));
     }
     in.refuse_more(count, records::parameter);
