@@ -1,27 +1,73 @@
-#include "model/tables.hpp"
 #include "model_store/load/load_parts.hpp"
 
-#include <map>
+#include <algorithm>
+#include <array>
+#include <functional>
 #include <string>
-#include <utility>
+#include <string_view>
 #include <vector>
 
 namespace velm {
 
 namespace {
 
-/// Reads a table's rows into items; `list_of(row)` is the list that takes the row's, called while the load is sound.
-template <class Table, class ListOf>
-void load_items(LoadState& load, const Table& table, const ParentKeys* parents, ParentKeys* own, ListOf list_of)
-{
-    TableReader row(load, table.name, parents, own);
-    while (row.next()) {
-        typename Table::Item item;
-        row.read(table, item);
-        if (load.sound()) {
-            list_of(row).push_back(std::move(item));
-        }
+/// Each after those that its rows refer to.
+constexpr std::array<std::string_view, 24> tables_in_order{"model",
+                                                           "segment",
+                                                           "system",
+                                                           "initial_condition",
+                                                           "boundary",
+                                                           "boundary_value",
+                                                           "load",
+                                                           "load_value",
+                                                           "flow_field",
+                                                           "flow_function",
+                                                           "flow_path",
+                                                           "flow_value",
+                                                           "exchange_field",
+                                                           "exchange_function",
+                                                           "exchange_pair",
+                                                           "exchange_value",
+                                                           "time_function_type",
+                                                           "time_function",
+                                                           "time_function_value",
+                                                           "parameter_type",
+                                                           "parameter",
+                                                           "parameter_value",
+                                                           "constant_type",
+                                                           "constant"};
+
+/// Goes to items that nobody keeps.
+struct StepAside {
+    auto& operator()(auto& list, std::size_t /*level*/) const
+    {
+        return list.empty() ? list.emplace_back() : list.front();
     }
+    auto& type(auto& list) const { return (*this)(list, 0); }
+};
+
+/// Reads a row of an item into a new one; into none when the load is not sound, for the row's problems alone.
+void load_item(LoadState& load, Model& model, TableId id, TableReader& row)
+{
+    const auto read = [&](const auto& table, auto& item) { row.read(table, item); };
+    if (load.sound()) {
+        with_item(id, model, StepTo{row.numbers(), row.depth()}, read);
+    } else {
+        Model aside;
+        with_item(id, aside, StepAside{}, read);
+    }
+}
+
+void load_items(LoadState& load, Model& model, TableId id, std::string_view table)
+{
+    TableReader row(load, table);
+    while (row.next()) {
+        load_item(load, model, id, row);
+    }
+    for (const auto& [above, bottom] : load.bottoms) { // which may come behind the segment above it
+        check_segment(load, above, bottom);
+    }
+    load.bottoms.clear();
 }
 
 void load_run(LoadState& load, Model& model)
@@ -32,160 +78,134 @@ void load_run(LoadState& load, Model& model)
                                            "run INSERT INTO model DEFAULT VALUES and set what the run needs"));
         return;
     }
-    row.read(tables::model, model);
+    load_item(load, model, TableId::model, row);
     if (row.next()) {
         row.report("", "", "there is more than one row", "keep the row of number 1 only");
     }
 }
 
-/// Also notes the segments' numbers, which the parts after it check against.
-void load_segments(LoadState& load, Model& model)
+/// Reads a table of time pairs into the series that its rows belong to.
+void load_series(LoadState& load, Model& model, const SeriesTable& table)
 {
-    // a bottom segment may come after the segment above it, so it is looked up when all are known
-    std::vector<std::pair<Address, std::int32_t>> bottoms;
-    TableReader row(load, "segment", nullptr, &load.segments);
+    // pairs are gathered here and copied to size: a vector that grows in its place would keep up to half its room idle
+    TimeSeries gathered;
+    TimeSeries* series = nullptr;
+    const auto deliver = [&] {
+        if (series != nullptr && load.sound()) {
+            series->times.assign(gathered.times.begin(), gathered.times.end());
+            series->values.assign(gathered.values.begin(), gathered.values.end());
+        }
+        gathered.times.clear();
+        gathered.values.clear();
+        series = nullptr;
+    };
+
+    TableReader row(load, table.name);
     while (row.next()) {
-        Segment segment;
-        row.read(tables::segment, segment);
-        if (segment.bottom_segment != 0) {
-            bottoms.emplace_back(row.address("bottom_segment"), segment.bottom_segment);
+        if (row.enters_parent()) {
+            deliver();
+            if (load.sound()) {
+                with_item(table.owner, model, StepTo{row.numbers()}, [&](const auto& /*table*/, auto& owner) {
+                    if constexpr (requires { owner.series; }) {
+                        series = &owner.series;
+                    }
+                });
+            }
         }
-        if (load.sound()) {
-            model.segments.push_back(std::move(segment));
+        if (row.has_key() && row.number() - 1 == static_cast<std::int64_t>(table.most_pairs)) {
+            row.report("number", std::to_string(row.number()),
+                       "is beyond the " + std::to_string(table.most_pairs) + " pairs that a series here can have",
+                       "thin the series out");
         }
-    }
-    for (const auto& [above, bottom] : bottoms) {
-        if (!load.segments.contains({bottom, 0})) {
-            load.problems.add(missing_segment(load, above, bottom));
-        }
-    }
-}
-
-/// The boundaries or the loads: tables of one form, which differ in their name.
-template <class Table>
-void load_segment_series(LoadState& load, Model& model, const Table& table, const ParentKeys& systems,
-                         SegmentSeriesSet System::*set)
-{
-    ParentKeys items;
-    const auto items_of = [&](const TableReader& row) -> auto&
-    {
-        return (model.systems[row.place(0)].*set).items;
-    };
-    load_items(load, table, &systems, &items, items_of);
-    load_series(
-        load, std::string(table.name) + "_value", items,
-        [&](const TableReader& pair) -> TimeSeries& { return items_of(pair)[pair.place(1)].series; },
-        SegmentSeries::most_pairs);
-}
-
-void load_systems(LoadState& load, Model& model)
-{
-    ParentKeys systems;
-    load_items(
-        load, tables::system, nullptr, &systems, [&](auto&) -> auto& { return model.systems; });
-    load_for_each_segment(load, "initial_condition", systems, [&](TableReader& row) {
-        InitialCondition condition;
-        row.read(tables::initial_condition, condition);
-        if (load.sound()) {
-            model.systems[row.place(0)].initial_conditions.push_back(condition);
-        }
-    });
-    load_segment_series(load, model, tables::boundary, systems, &System::boundaries);
-    load_segment_series(load, model, tables::load, systems, &System::loads);
-}
-
-void load_flows(LoadState& load, Model& model)
-{
-    ParentKeys fields;
-    ParentKeys functions;
-    const auto functions_of = [&](auto& row) -> auto&
-    {
-        return model.flow_fields[row.place(0)].functions;
-    };
-    load_items(
-        load, tables::flow_field, nullptr, &fields, [&](auto&) -> auto& { return model.flow_fields; });
-    load_items(load, tables::flow_function, &fields, &functions, functions_of);
-    load_items(
-        load, tables::flow_path, &functions,
-        nullptr, [&](auto& row) -> auto& { return functions_of(row)[row.place(1)].paths; });
-    load_series(load, "flow_value", functions,
-                [&](auto& pair) -> TimeSeries& { return functions_of(pair)[pair.place(1)].series; });
-}
-
-void load_exchanges(LoadState& load, Model& model)
-{
-    ParentKeys fields;
-    ParentKeys functions;
-    const auto functions_of = [&](auto& row) -> auto&
-    {
-        return model.exchange_fields[row.place(0)].functions;
-    };
-    load_items(
-        load, tables::exchange_field, nullptr, &fields, [&](auto&) -> auto& { return model.exchange_fields; });
-    load_items(load, tables::exchange_function, &fields, &functions, functions_of);
-    load_items(
-        load, tables::exchange_pair, &functions,
-        nullptr, [&](auto& row) -> auto& { return functions_of(row)[row.place(1)].pairs; });
-    load_series(load, "exchange_value", functions,
-                [&](auto& pair) -> TimeSeries& { return functions_of(pair)[pair.place(1)].series; });
-}
-
-/// Types and their instances, whose keys it notes.
-template <class TypeTable, class Table, class Types>
-void load_types(LoadState& load, const TypeTable& type_table, const Table& table, Types& types, ParentKeys& instances)
-{
-    ParentKeys keys;
-    std::map<std::int32_t, std::string> taken;
-    TableReader row(load, type_table.name, nullptr, &keys);
-    while (row.next()) {
-        typename Types::value_type type;
-        row.read(type_table, type);
-        const auto [holder, is_new] = taken.try_emplace(type.isc, row_in_words(row.address("isc")));
-        if (!is_new) {
-            row.report("isc", std::to_string(type.isc), "is also the ISC number of " + holder->second,
-                       "give each type its own");
-        }
-        if (load.sound()) {
-            types.push_back(std::move(type));
-        }
-    }
-    load_items(
-        load, table, &keys, &instances, [&](auto& r) -> auto& { return types[r.place(0)].instances; });
-}
-
-void load_instances(LoadState& load, Model& model)
-{
-    ParentKeys functions;
-    load_types(load, tables::time_function_type, tables::time_function, model.time_function_types, functions);
-    load_series(load, "time_function_value", functions, [&](const TableReader& pair) -> TimeSeries& {
-        return model.time_function_types[pair.place(0)].instances[pair.place(1)].series;
-    });
-    ParentKeys parameters;
-    load_types(load, tables::parameter_type, tables::parameter, model.parameter_types, parameters);
-    load_for_each_segment(load, "parameter_value", parameters, [&](TableReader& row) {
+        const float time = row.real("time");
         const float value = row.real("value");
         if (load.sound()) {
-            std::vector<float>& values = model.parameter_types[row.place(0)].instances[row.place(1)].values;
-            if (values.empty()) {
-                values.reserve(load.segments.all().size());
-            }
-            values.push_back(value);
+            gathered.times.push_back(time);
+            gathered.values.push_back(value);
+        }
+    }
+    deliver();
+}
+
+/// Reads a table that has a row for each segment under each of its parents, and reports the rows that it lacks.
+void load_for_each_segment(LoadState& load, std::string_view table, const std::function<void(TableReader& row)>& read)
+{
+    TableReader row(load, table);
+    const std::vector<ParentKey>& awaited = row.parents().all(); // in order, as the rows are
+    const auto last_segment = static_cast<std::int64_t>(load.segments.all().size());
+    std::size_t place = 0;
+    std::int64_t reached = 0; // by the parent at `place`
+    const auto leave_parent = [&] {
+        if (reached < last_segment) {
+            const Address rows{row.table(), "segment", {awaited[place][0], row.depth() > 1 ? awaited[place][1] : 0}};
+            load.problems.add(database_finding(rows, "", "there is no row for segment " + std::to_string(reached + 1),
+                                               "give a row for each segment"));
+        }
+        ++place;
+        reached = 0;
+    };
+
+    while (row.next()) {
+        while (row.has_key() && place < awaited.size() && awaited[place] < row.parent()) {
+            leave_parent();
+        }
+        if (row.has_key() && place < awaited.size() && awaited[place] == row.parent()) {
+            reached = row.number();
+        }
+        read(row);
+    }
+    while (place < awaited.size()) {
+        leave_parent();
+    }
+}
+
+void load_initial_conditions(LoadState& load, Model& model)
+{
+    load_for_each_segment(load, "initial_condition",
+                          [&](TableReader& row) { load_item(load, model, TableId::initial_condition, row); });
+}
+
+void load_parameter_values(LoadState& load, Model& model)
+{
+    load_for_each_segment(load, "parameter_value", [&](TableReader& row) {
+        const float value = row.real("value");
+        if (load.sound()) {
+            with_item(TableId::parameter, model, StepTo{row.numbers()}, [&](const auto& /*table*/, auto& parameter) {
+                if constexpr (requires { parameter.values; }) {
+                    parameter.values.push_back(value);
+                }
+            });
         }
     });
-    ParentKeys constants;
-    load_types(load, tables::constant_type, tables::constant, model.constant_types, constants);
 }
 
 } // namespace
 
 void load_tables(LoadState& load, Model& model)
 {
-    load_run(load, model);
-    load_segments(load, model);
-    load_systems(load, model);
-    load_flows(load, model);
-    load_exchanges(load, model);
-    load_instances(load, model);
+    for (const std::string_view name : tables_in_order) {
+        const auto* const series = std::ranges::find(series_tables, name, &SeriesTable::name);
+        const bool has_many_rows =
+            series != series_tables.end() || name == "initial_condition" || name == "parameter_value";
+        if (has_many_rows && load.reads != Rows::all) {
+            continue;
+        }
+        if (series != series_tables.end()) {
+            load_series(load, model, *series);
+        } else if (name == "model") {
+            load_run(load, model);
+        } else if (name == "initial_condition") {
+            load_initial_conditions(load, model);
+        } else if (name == "parameter_value") {
+            load_parameter_values(load, model);
+        } else {
+            for_each_table([&](TableId id, const auto& table) {
+                if (table.name == name) {
+                    load_items(load, model, id, name);
+                }
+            });
+        }
+    }
 }
 
 } // namespace velm

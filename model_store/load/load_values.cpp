@@ -1,6 +1,6 @@
 #include "model_store/load/load_values.hpp"
 
-#include "model/items.hpp"
+#include "model_store/load/load_parts.hpp"
 #include "model_store/sqlite/table_shape.hpp"
 
 #include <array>
@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <exception>
 #include <limits>
+#include <map>
 #include <new>
 #include <span>
 #include <string>
@@ -215,19 +216,33 @@ ValueTable table_of(std::string_view name)
     return {shape.name, list, columns.front()};
 }
 
-template <class Owners, class ItemsOf>
-ValueTable series_table(const SeriesTable& table, Owners& owners, ItemsOf items_of)
+/// How many items each owner has that own series or values, by the table of the items.
+std::map<std::string_view, std::vector<std::size_t>> items_of_owners(const Model& model)
+{
+    std::map<std::string_view, std::vector<std::size_t>> all;
+    for_each_item(model, [&](const auto& table, const RowNumbers& numbers, const auto& item) {
+        if constexpr (
+            requires { item.series; } || requires { item.values; }) {
+            std::vector<std::size_t>& items = all[table.name];
+            items.resize(static_cast<std::size_t>(numbers[0]));
+            ++items.back();
+        }
+    });
+    return all;
+}
+
+ValueTable series_table(const SeriesTable& table, Model& model)
 {
     ValueTable values = table_of(table.name);
-    for (auto& owner : owners) {
-        values.items.push_back(items_of(owner).size());
-    }
-    values.deliver = [&owners, items_of, most = table.most_pairs](std::size_t owner, std::size_t item, Reals times,
-                                                                  Reals reals) {
-        TimeSeries& series = items_of(owners[owner])[item].series;
-        series.times.assign(times.begin(), times.end());
-        series.values.assign(reals.begin(), reals.end());
-        return times.size() <= most;
+    values.deliver = [&](std::size_t owner, std::size_t item, Reals times, Reals reals) {
+        const StepTo step{{static_cast<std::int64_t>(owner + 1), static_cast<std::int64_t>(item + 1)}};
+        with_item(table.owner, model, step, [&](const auto& /*table*/, auto& of) {
+            if constexpr (requires { of.series; }) {
+                of.series.times.assign(times.begin(), times.end());
+                of.series.values.assign(reals.begin(), reals.end());
+            }
+        });
+        return times.size() <= table.most_pairs;
     };
     return values;
 }
@@ -251,9 +266,6 @@ ValueTable initial_conditions_table(Model& model)
 ValueTable parameters_table(Model& model)
 {
     ValueTable values = table_of("parameter_value");
-    for (const auto& type : model.parameter_types) {
-        values.items.push_back(type.instances.size());
-    }
     values.every_item = !model.segments.empty();
     values.deliver = [&model](std::size_t type, std::size_t item, Reals reals, Reals /*none*/) {
         model.parameter_types[type].instances[item].values.assign(reals.begin(), reals.end());
@@ -262,23 +274,16 @@ ValueTable parameters_table(Model& model)
     return values;
 }
 
-std::array<ValueTable, 7> value_tables(Model& model)
+std::vector<ValueTable> value_tables(Model& model)
 {
-    const auto functions = [](auto& field) -> auto&
-    {
-        return field.functions;
-    };
-    return {
-        initial_conditions_table(model),
-        parameters_table(model),
-        series_table(
-            series_of("boundary"), model.systems, [](System & system) -> auto& { return system.boundaries.items; }),
-        series_table(
-            series_of("load"), model.systems, [](System & system) -> auto& { return system.loads.items; }),
-        series_table(series_of("flow_function"), model.flow_fields, functions),
-        series_table(series_of("exchange_function"), model.exchange_fields, functions),
-        series_table(
-            series_of("time_function"), model.time_function_types, [](auto& type) -> auto& { return type.instances; })};
+    auto items = items_of_owners(model);
+    std::vector<ValueTable> tables{initial_conditions_table(model), parameters_table(model)};
+    tables.back().items = std::move(items["parameter"]);
+    for (const SeriesTable& series : series_tables) {
+        tables.push_back(series_table(series, model));
+        tables.back().items = std::move(items[series.owner_name]);
+    }
+    return tables;
 }
 
 } // namespace

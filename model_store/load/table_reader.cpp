@@ -37,11 +37,13 @@ std::string shortest(double value)
 
 } // namespace
 
-TableReader::TableReader(LoadState& load, std::string_view table, const ParentKeys* parents, ParentKeys* own)
-    : load_(load), shape_(model_table(load.table = table)), parents_(parents), own_(own),
+TableReader::TableReader(LoadState& load, std::string_view table)
+    : load_(load), shape_(model_table(load.table = table)), depth_(shape_.keys - 1),
+      counts_segments_(shape_.columns[depth_] == "segment"),
+      parents_(depth_ > 0 ? &load.keys[shape_.columns[depth_ - 1]] : nullptr), // called after the tables they name
+      own_(depth_ < 2 && !counts_segments_ ? &load.keys[shape_.name] : nullptr),
       statement_(load.database,
-                 "SELECT " + shape_.column_list() + " FROM " + shape_.name + " ORDER BY " + key_order(shape_.keys)),
-      depth_(shape_.keys - 1), counts_segments_(shape_.columns[depth_] == "segment")
+                 "SELECT " + shape_.column_list() + " FROM " + shape_.name + " ORDER BY " + key_order(shape_.keys))
 {
 }
 
@@ -91,7 +93,7 @@ void TableReader::check_parent()
     parent_ = parent;
     expected_ = 1;
     if (parents_ != nullptr && !parents_->contains(parent)) {
-        const std::string& column = shape_.columns[depth_ - 1]; // key columns are called after the tables they name
+        const std::string& column = shape_.columns[depth_ - 1];
         report(column, std::to_string(keys_.at(depth_ - 1)), "names no row of table " + column,
                "add that row or remove this one");
     }
@@ -102,7 +104,7 @@ void TableReader::check_number()
     const std::string& column = shape_.columns[depth_];
     const std::int64_t number = this->number();
     if (counts_segments_ && !load_.segments.contains({number, 0})) {
-        check_segment(column, number);
+        check_segment(load_, address(column), number);
     } else if (number == expected_) {
         ++expected_;
     } else if (number < 1) {
@@ -149,10 +151,18 @@ void TableReader::read_value(const ColumnText& column, std::int32_t& value)
     const std::optional<std::int32_t> found = integer(column.name);
     const bool must_be_segment =
         column.rule == Rule::segment || (column.rule == Rule::segment_or_outside && found.value_or(0) != 0);
-    if (found && must_be_segment) {
-        check_segment(column.name, *found);
-    }
     value = found.value_or(0);
+    if (found && must_be_segment) {
+        check_segment(load_, address(column.name), value);
+    } else if (column.rule == Rule::segment_below && value != 0) {
+        load_.bottoms.emplace_back(address(column.name), value);
+    } else if (found && column.rule == Rule::unique) {
+        const auto [holder, is_new] = unique_.try_emplace(value, row_in_words(address(column.name)));
+        if (!is_new) {
+            report(column.name, std::to_string(value), "is also the ISC number of " + holder->second,
+                   "give each type its own");
+        }
+    }
 }
 
 void TableReader::read_value(const ColumnText& column, bool& value)
@@ -222,13 +232,6 @@ void TableReader::read_value(const ColumnText& text, std::string& value)
     }
 }
 
-void TableReader::check_segment(std::string_view column, std::int64_t segment)
-{
-    if (!load_.segments.contains({segment, 0})) {
-        load_.problems.add(missing_segment(load_, address(column), segment));
-    }
-}
-
 void TableReader::report(std::string_view column, std::string value, const std::string& message, std::string remedy)
 {
     load_.problems.add(database_finding(address(column), std::move(value), message, std::move(remedy)));
@@ -257,12 +260,14 @@ std::string TableReader::value_in_words(int column) const
     }
 }
 
-Finding missing_segment(const LoadState& load, const Address& address, std::int64_t segment)
+void check_segment(LoadState& load, const Address& datum, std::int64_t segment)
 {
-    const std::size_t segments = load.segments.all().size();
-    return database_finding(address, std::to_string(segment), "is not a segment of the model",
-                            segments == 0 ? "add segments first"
-                                          : "the segments are numbered from 1 to " + std::to_string(segments));
+    if (!load.segments.contains({segment, 0})) {
+        const std::size_t segments = load.segments.all().size();
+        load.problems.add(database_finding(
+            datum, std::to_string(segment), "is not a segment of the model",
+            segments == 0 ? "add segments first" : "the segments are numbered from 1 to " + std::to_string(segments)));
+    }
 }
 
 } // namespace velm

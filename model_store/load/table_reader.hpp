@@ -9,9 +9,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace velm {
@@ -48,7 +50,10 @@ struct LoadState {
     const LoadOptions& options;
     std::string& table; ///< the one being read
     Rows reads = Rows::all;
-    ParentKeys segments{};
+    std::map<std::string, ParentKeys> keys{}; ///< of the tables that others refer to
+    ParentKeys& segments = keys["segment"];
+    std::vector<std::pair<Address, std::int64_t>>
+        bottoms{}; ///< segments below others, to be checked when all are known
     std::uint64_t rows = 0;
 
     /// True while no problem is known. Only then is an item's place in its vector sure to be its number less 1, so
@@ -58,13 +63,10 @@ struct LoadState {
 
 /// Reads a table's rows in key order. Keys that are no integers, that have gaps or duplicates within their parent and
 /// parents that do not exist are reported as they pass; so is every column that cannot become its field. A column
-/// that was reported reads as 0 or "".
+/// that was reported reads as 0 or "". The keys of a table that others may refer to are kept for them.
 class TableReader {
 public:
-    /// `parents`, when given, are the rows that the keys but the last must name. `own`, when given, receives this
-    /// table's keys.
-    TableReader(LoadState& load, std::string_view table, const ParentKeys* parents = nullptr,
-                ParentKeys* own = nullptr);
+    TableReader(LoadState& load, std::string_view table);
 
     bool next();
 
@@ -74,8 +76,13 @@ public:
     [[nodiscard]] bool has_key() const { return has_key_; }
     [[nodiscard]] std::int64_t number() const { return keys_[depth_]; }
     [[nodiscard]] ParentKey parent() const { return parent_; }
-    /// The place in its vector of the parent named by the key column `level`. Needs a sound load.
-    [[nodiscard]] std::size_t place(std::size_t level) const { return static_cast<std::size_t>(keys_.at(level) - 1); }
+    [[nodiscard]] const RowNumbers& numbers() const { return keys_; }
+
+    [[nodiscard]] std::string_view table() const { return shape_.name; }
+    /// How many key columns name the parent.
+    [[nodiscard]] std::size_t depth() const { return depth_; }
+    /// The rows that those must name. Needs a depth.
+    [[nodiscard]] const ParentKeys& parents() const { return *parents_; }
 
     /// Reads all columns of a table into an item of it.
     template <class Table, class Item>
@@ -103,18 +110,18 @@ private:
     void read_value(const ColumnText& column, bool& value);
     void read_value(const ColumnText& column, std::string& value);
     [[nodiscard]] std::optional<std::int32_t> integer(std::string_view column);
-    void check_segment(std::string_view column, std::int64_t segment);
     [[nodiscard]] std::string value_in_words(int column) const;
     [[nodiscard]] float single_precision(std::string_view column, int index);
 
     LoadState& load_;
     const TableShape& shape_;
+    std::size_t depth_;
+    bool counts_segments_; ///< whether the last key is a segment's number
     const ParentKeys* parents_;
     ParentKeys* own_;
     Statement statement_;
-    std::size_t depth_;    ///< how many key columns name the parent
-    bool counts_segments_; ///< whether the last key is a segment's number
-    std::array<std::int64_t, 3> keys_{};
+    std::map<std::int32_t, std::string> unique_; ///< the rows of what has to be so, in words
+    RowNumbers keys_{};
     ParentKey parent_{};
     std::int64_t expected_ = 1;
     std::size_t next_column_ = 0;
@@ -123,7 +130,7 @@ private:
     bool first_row_ = true;
 };
 
-/// Says of a column that names a segment that the segment does not exist.
-[[nodiscard]] Finding missing_segment(const LoadState& load, const Address& address, std::int64_t segment);
+/// Reports a datum that names a segment which does not exist.
+void check_segment(LoadState& load, const Address& datum, std::int64_t segment);
 
 } // namespace velm
