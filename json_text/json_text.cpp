@@ -83,6 +83,12 @@ void JsonText::put(std::string_view member, std::uint64_t value)
     writer_->json.Uint64(value);
 }
 
+void JsonText::put(std::string_view member, std::int64_t value)
+{
+    name(member);
+    writer_->json.Int64(value);
+}
+
 void JsonText::put(std::string_view member, double value)
 {
     name(member);

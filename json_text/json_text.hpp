@@ -34,6 +34,7 @@ public:
     /// or turn a line around is escaped.
     void put(std::string_view member, std::string_view value);
     void put(std::string_view member, std::uint64_t value);
+    void put(std::string_view member, std::int64_t value);
     void put(std::string_view member, double value); ///< null for what is not finite
     /// Left out when the text is empty.
     void put_if_any(std::string_view member, std::string_view value);

@@ -160,6 +160,10 @@ class Printed(ToolCase):
             "highest_outflow_date": "2001-03-11", "connections": [{"segment": 0, "by": "flow", "field": 1}]})
         self.assertEqual((pond["residence_time"], pond["connections"]), (None, []))
         text = self.velm("info", "model.inp", "--series", "--segments")[1]
+        (self.directory / "part.inp").write_bytes((self.directory / "model.inp").read_bytes().replace(b"15.0000", b"15.x000"))
+        code, part, messages = self.velm("info", "part.inp")
+        self.assertEqual((code, part.split("\n")[1:3]), (3, text.split("\n")[1:3]))
+        self.assertRegex(messages, r"^velm: what is said of part.inp is incomplete, .*\n  part.inp:.* V102 .*\n$")
         for words in ["in 17280000 m3, out 17280000 m3, stored 0 m3",
                       "flow field 1, flow function 1 2 2001-03-01, day 0 2001-03-11, day 10 10 0 10 20 30 m3/s River",
                       "1 864000 20 20 0.5 0.3333 1 Reach outside (flow 1)"]:

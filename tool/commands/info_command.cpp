@@ -33,7 +33,7 @@ ExitCode print_all(const InfoArguments& arguments)
             reading.quiet = arguments.quiet;
             reading.unsure_values = true;
             const ModelFile read = read_model_file(file, reading);
-            const ModelInfo info(file.text(), read.kind == FileKind::database, read.model);
+            const ModelInfo info(file.text(), read);
             if (arguments.json) {
                 put_info(json, info);
             } else {
@@ -41,6 +41,12 @@ ExitCode print_all(const InfoArguments& arguments)
                 print_info(std::cout, info, arguments.tables);
             }
             first = false;
+            if (read.errors != 0) {
+                print_error("what is said of " + file +
+                            " is incomplete, for not all of its values can be read; velm check lists what is wrong:" +
+                            read.first_errors);
+                code = ExitCode::model_unreadable;
+            }
         } catch (const ToolError& error) {
             if (error.code != ExitCode::model_unreadable) {
                 throw;
@@ -75,7 +81,7 @@ Command info_command(CLI::App& tool)
         "  velm info estuary.db\n"
         "  velm info estuary.db estuary.inp --series --segments\n\n"
         "Values are after their scale and conversion factors. Exit codes: 0 done, 2 usage, 3 a file cannot\n"
-        "be read; of the others all is said.");
+        "be read or not all of it; all that can is said.");
     return {arguments, [values] { return print_all(*values); }};
 }
 

@@ -63,7 +63,7 @@ void put_series(JsonText& json, const ModelInfo& info, const SeriesItem& item)
     put_count(json, "owner", static_cast<std::size_t>(item.owner));
     put_count(json, "number", static_cast<std::size_t>(item.number));
     if (item.segment != 0) {
-        json.put("segment", double(item.segment));
+        json.put("segment", std::int64_t{item.segment});
     }
     json.put_if_any("description", utf8_from_latin1(item.description));
     put_count(json, "used", item.used ? 1 : 0);
@@ -96,7 +96,7 @@ void put_segments(JsonText& json, const ModelInfo& info)
         json.begin_object();
         put_count(json, "number", static_cast<std::size_t>(number));
         json.put("name", utf8_from_latin1(segment.name));
-        json.put("type", double(segment.type));
+        json.put("type", std::int64_t{segment.type});
         json.put("volume", info.water.start_volume(static_cast<std::int32_t>(number)));
         if (!info.elsewhere) {
             json.put("mean_inflow", mean.in);
@@ -126,6 +126,7 @@ void put_info(JsonText& json, const ModelInfo& info)
     json.begin_object();
     json.put("file", info.file);
     json.put("kind", info.database ? "model database" : "input file");
+    put_count(json, "errors", info.errors);
     put_run(json, info);
     put_systems(json, info.model());
     json.begin_object("water");

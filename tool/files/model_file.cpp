@@ -91,16 +91,25 @@ ModelFile read_input_model(const std::filesystem::path& file, const std::string&
     ProgressBar bar("read", "bytes", unknown ? 0 : size, !options.quiet && has_capable_terminal());
     ReadOptions reading;
     reading.on_progress = [&](std::uint64_t bytes) { bar.show(bytes); };
+    constexpr std::size_t most_listed = 5;
+    std::vector<Finding> first;
+    reading.most_problems = 0;
+    reading.on_problem = [&](const Finding& one) {
+        if (first.size() < most_listed && !form_rules::is_about_form(*one.rule)) {
+            first.push_back(one);
+        }
+    };
     try {
         InputFile read = read_input_file(file, reading);
-        if (read.problem_count > read.about_form && !options.unsure_values) {
-            std::erase_if(read.problems, [](const Finding& one) { return form_rules::is_about_form(*one.rule); });
+        const std::uint64_t errors = read.problem_count - read.about_form;
+        std::string list = list_of_problems(name, first, errors);
+        if (errors != 0 && !options.unsure_values) {
             throw ToolError(
                 ExitCode::model_unreadable,
-                name + " cannot be used, for not all of its values can be read; velm check lists what is wrong:" +
-                    list_of_problems(name, read.problems, read.problem_count - read.about_form));
+                name +
+                    " cannot be used, for not all of its values can be read; velm check lists what is wrong:" + list);
         }
-        return {std::move(read.model), FileKind::input_file, std::move(read.problems)};
+        return {std::move(read.model), FileKind::input_file, errors, std::move(list)};
     } catch (const std::system_error& error) {
         throw ToolError(ExitCode::model_unreadable, error.what());
     }
@@ -112,7 +121,7 @@ ModelFile read_model_file(const FileName& file, const ModelFileOptions& options)
     try {
         const FileKind kind = kind_of_file(file);
         if (kind == FileKind::database) {
-            return {read_database(file, options), kind, {}};
+            return {read_database(file, options), kind};
         }
         if (!options.changes.empty()) {
             throw ToolError(ExitCode::usage, file + " is an input file, which SQL cannot change; import it first");

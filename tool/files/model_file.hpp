@@ -8,6 +8,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <span>
@@ -23,7 +24,8 @@ void refuse_stream(const FileName& file, const std::string& argument, const std:
 struct ModelFile {
     Model model;
     FileKind kind{};
-    std::vector<Finding> findings; ///< in an input file; the first of them
+    std::uint64_t errors = 0;   ///< places of an input file that cannot be read
+    std::string first_errors{}; ///< a list_of_problems()
 };
 
 struct ModelFileOptions {
