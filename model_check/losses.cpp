@@ -63,13 +63,14 @@ std::string Loss::in_words() const
 
 std::string Loss::remedy() const
 {
-    const std::string nothing = "nothing, when the difference does not matter; else ";
     switch (measure_of(address)) {
     case Measure::part: return {};
-    case Measure::days: return nothing + "give a time of fewer digits, or count the days from a later start";
+    case Measure::days:
+        return address.table == "model" ? "give it with fewer decimals"
+                                        : "give a time of fewer digits, or count the days from a later start";
     case Measure::fraction: break;
     }
-    return nothing + "give fractions of fewer decimals that together make what is meant";
+    return "give fractions of fewer decimals that together make what is meant";
 }
 
 void LossCount::see(const FieldText& field)
@@ -80,8 +81,8 @@ void LossCount::see(const FieldText& field)
         compare(address, field.text, *value.text);
         return;
     }
-    losses_.reals += value.real != nullptr ? 1 : 0;
     if (value.real != nullptr && field.text.find('*') == std::string_view::npos) {
+        ++losses_.reals;
         compare(address, without_blanks(field.text), *value.real);
         *value.real = field.real;
     }

@@ -44,7 +44,7 @@ constexpr double noticeable_change = 1e-3;
 /// What the text of an input file loses of the model that it was exported from. A real is lossy when the nearest
 /// single-precision number to its text is another one.
 struct Losses {
-    std::uint64_t reals = 0;
+    std::uint64_t reals = 0;        ///< that have a text
     LossList vanishing;             ///< lossy reals whose text is 0
     LossList changed;               ///< others that are off by more than noticeable_change
     LossList digits_lost;           ///< the rest of the lossy ones

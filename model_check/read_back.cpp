@@ -16,13 +16,16 @@ namespace {
 
 void add(FindingList& list, const FindingRule& rule, const LossList& losses)
 {
+    const std::string first =
+        &rule == &loss_rules::digits_lost ? "nothing, when the difference does not matter; else " : "";
     for (const Loss& loss : losses.worst) {
+        const std::string remedy = loss.remedy();
         list.add({.rule = &rule,
                   .address = loss.address,
                   .message = loss.in_words(),
                   .value = real_in_words(loss.value),
                   .text = loss.text,
-                  .remedy = loss.remedy()});
+                  .remedy = remedy.empty() ? remedy : first + remedy});
     }
     list.count(rule, losses.count - losses.worst.size());
 }

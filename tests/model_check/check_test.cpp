@@ -209,9 +209,7 @@ TEST(CheckDatabase, WhatItsExportLoses)
          "F: warning V207 time steps: table model, column minimum_time_step: 0.0104 is above the maximum time step, "
          "0.01\n"
          "F: warning V302 value changed: table model, column maximum_time_step: 0.01041 is written 0.010, off by "
-         "0.00041 "
-         "days; nothing, when the difference does not matter; else give a time of fewer digits, or count the days from "
-         "a later start\n"},
+         "0.00041 days; give it with fewer decimals\n"},
         {"a fraction that six digits do not show",
          [](Model& m) { m.systems[1].initial_conditions[0].dissolved_fraction = 1 / 3.0F; },
          "F: note V301 digits lost: table initial_condition, system 2, segment 1, column dissolved_fraction: "

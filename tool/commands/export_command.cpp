@@ -128,6 +128,7 @@ std::string losses_in_words(const ExportLosses& losses)
     const std::uint64_t vanished = number_of(losses, loss_rules::value_vanishes);
     const std::uint64_t changed = number_of(losses, loss_rules::value_changed);
     const std::uint64_t shortened = number_of(losses, loss_rules::digits_lost);
+    const std::uint64_t cut = number_of(losses, loss_rules::text_cut);
     std::string words = overflows == 0 ? "no field overflows" : numbered(overflows, "field", "overflow");
     words += losses.whole ? "" : "; in its first " + std::to_string(sampled_bytes / 1'000'000) + " MB";
     bool is_first = !losses.whole;
@@ -143,7 +144,10 @@ std::string losses_in_words(const ExportLosses& losses)
             (shortened == 1 ? " values is shortened" : " values are shortened"));
     }
     if (vanished + changed + shortened == 0) {
-        add("all " + std::to_string(losses.reals) + " values keep their digits");
+        add((overflows == 0 ? "all " : "the other ") + std::to_string(losses.reals) + " values keep their digits");
+    }
+    if (cut > 0) {
+        add(counted(cut, "text") + (cut == 1 ? " is cut" : " are cut"));
     }
     return words;
 }
