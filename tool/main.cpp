@@ -42,7 +42,7 @@ constexpr Entry entries[] = {
     {check_command, "findings"},
     {diff_command, "findings"},
     {import_command, "file-format"},
-    {info_command, "model-database"},
+    {info_command, "info"},
 #ifdef VELM_REPORT
     {report_command, "report"},
 #endif
@@ -100,7 +100,8 @@ ToolError refusal(const CLI::App& tool, const CLI::ParseError& error)
     const std::string asks = called.empty() ? "velm help" : "velm help " + command.get_name();
     const std::string option = unknown_option(command);
     if (option.empty()) {
-        return {ExitCode::usage, printable(error.what()) + "; " + asks + " explains"};
+        const std::string what = called.empty() ? "a command is missing" : printable(error.what());
+        return {ExitCode::usage, what + "; " + asks + " explains"};
     }
     std::vector<std::string> names;
     for (const CLI::Option* each : command.get_options()) {

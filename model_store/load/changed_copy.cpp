@@ -75,7 +75,7 @@ Database changed_copy(const Database& original, const SqlScript& script, const O
             on_change(line, sqlite3_total_changes64(copy.handle()) - before);
         }
     };
-    run_script(copy, script, run, "give UPDATE, INSERT and DELETE statements on the model's tables");
+    run_script(copy, script, run, "correct it: UPDATE, INSERT and DELETE on the model's tables, within their checks");
     sqlite3_set_authorizer(copy.handle(), nullptr, nullptr);
     return copy;
 }

@@ -14,10 +14,11 @@ from tool_case import ToolCase, VELM
 class Usage(ToolCase):
     # arguments, decisive text of standard error; nothing is printed on standard output and no file changes
     REFUSED = [
-        ([], "velm: A subcommand is required; velm help explains\n"),
+        ([], "velm: a command is missing; velm help explains\n"),
         (["exprot", "m.db", "o.inp"], "velm: there is no command exprot; did you mean export? velm help lists all commands\n"),
         (["sing"], "velm: there is no command sing; velm help lists all commands\n"),
         (["help", "exprot"], "velm: there is no command exprot; did you mean export? velm help lists all commands\n"),
+        (["docs", "../README"], "velm: there is no page ../README; velm docs lists all\n"),
         (["docs", "finding"], "velm: there is no page finding; did you mean findings? velm docs lists all\n"),
         (["export", "m.db", "o.inp", "--strct"], "velm: there is no option --strct; did you mean --strict? velm help export lists all\n"),
         (["export"], "velm: MODEL is required; velm help export explains\n"),

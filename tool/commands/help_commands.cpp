@@ -6,6 +6,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -46,14 +47,13 @@ ExitCode print_document(const std::string& page)
         }
         return ExitCode::done;
     }
-    const std::filesystem::path file = document(page);
-    if (file.empty()) {
+    if (std::find(names.begin(), names.end(), page) == names.end()) {
         const std::string nearest = nearest_name(page, names);
-        throw ToolError(ExitCode::usage, "there is no page " + page + "; " +
+        throw ToolError(ExitCode::usage, "there is no page " + printable(page) + "; " +
                                              (nearest.empty() ? "" : "did you mean " + nearest + "? ") +
                                              "velm docs lists all");
     }
-    std::cout << std::ifstream(file, std::ios::binary).rdbuf();
+    std::cout << std::ifstream(document(page), std::ios::binary).rdbuf();
     return ExitCode::done;
 }
 
@@ -110,7 +110,6 @@ Command docs_command(CLI::App& tool)
     return {arguments, [page] { return print_document(*page); }};
 }
 
-/// For packages and shells, not for people: what the man pages and completions are made of.
 /// The section of a page from a heading that begins so to the next heading; empty when there is none.
 std::string section_of_document(const std::string& page, const std::string& heading)
 {
@@ -147,6 +146,7 @@ Command explain_command(CLI::App& tool)
             }};
 }
 
+/// For packages and shells, not for people: what the man pages and completions are made of.
 Command describe_command(CLI::App& tool)
 {
     auto manual = std::make_shared<bool>(false);
