@@ -21,4 +21,7 @@ export function date(day) {
 
 /** "2023-02-09 (day 39)" or "day 39" */
 export const dayInWords = (day) => (hasDates ? `${date(day)} (day ${short(day)})` : `day ${short(day)}`);
-export const span = (first, last) => (hasDates ? `${date(first)} to ${date(last)}` : `day ${short(first)} to ${short(last)}`);
+export function span(first, last) {
+    const [from, to] = hasDates ? [date(first), date(last)] : [`day ${short(first)}`, short(last)];
+    return first === last ? from : `${from} to ${to}`;
+}

@@ -179,7 +179,9 @@ function givenPlaces(heights, steps) {
         .filter((distance) => distance > 0).sort((a, b) => a - b);
     const { width, height } = extent(known);
     if (!(width + height > 0)) return null; // one point is no map
-    const scale = 1 / (apart[apart.length >> 2] ?? Math.max(width, height) / (Math.sqrt(columns.length) * 2 * size.width));
+    // one that is far away does not push all others onto a dot
+    const most = (1.5 * columns.length * (size.width + size.across)) / Math.max(width, height);
+    const scale = Math.min(most, 1 / (apart[apart.length >> 2] ?? Math.max(width, height) / (Math.sqrt(columns.length) * 2 * size.width)));
     for (const place of known) {
         place.x *= scale;
         place.y *= scale;

@@ -8,6 +8,7 @@ import { startNavigation } from "./navigate.js";
 import { boundariesAt, findingsAt, loadsAt, worst } from "./places.js";
 import { startPlot } from "./plot.js";
 import { startPanel } from "./segment.js";
+import { startPrint } from "./print.js";
 import { startSeries } from "./series.js";
 import { startTables } from "./tables.js";
 
@@ -33,6 +34,7 @@ startBalance();
 startTables();
 startFindings();
 startAgainst();
+startPrint();
 if (!location.hash) choose(mostFlow(), { light: false });
 startNavigation();
 document.documentElement.dataset.ready = "true";

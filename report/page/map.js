@@ -67,13 +67,14 @@ export function choose(segment, { near = false, focus = false, light = true } = 
 
 function chooseLink(one) {
     chosen.segment = 0;
+    if (isBed(one.a) || isBed(one.b)) showBed(true);
     drawing.light({ link: one, up: one.b ? [one.a, one.b] : [one.a] });
     tell("link", one);
 }
 
 function showBed(on) {
     find("bed").checked = on;
-    drawing.element.classList.toggle("no-bed", !on);
+    drawing.showBed(on);
 }
 
 /** The nearest segment in a direction, sideways distance counting double. */
@@ -95,7 +96,7 @@ function onKey(event) {
     if (event.ctrlKey || event.altKey || event.metaKey) return;
     const { key } = event;
     const at = drawing.current();
-    const focusOn = (segment) => { drawing.focus(segment); view.show(segment, false); };
+    const focusOn = (segment) => { if (isBed(segment)) showBed(true); drawing.focus(segment); view.show(segment, false); };
     if (steps[key]) focusOn(neighbour(at, ...steps[key]));
     else if (key === "Enter" || key === " ") choose(at);
     else if (key === "Home") focusOn(1);
@@ -103,6 +104,7 @@ function onKey(event) {
     else if (key === "+" || key === "=") view.zoom(1.4);
     else if (key === "-") view.zoom(1 / 1.4);
     else if (key === "0") view.fit();
+    else if (key === "Escape") drawing.light({});
     else return;
     event.preventDefault();
 }
@@ -153,6 +155,7 @@ function showWordsBelow() {
     bed.parentElement.hidden = beds === 0;
     bed.parentElement.append(` bed (${count(beds)})`);
     bed.addEventListener("change", () => showBed(bed.checked));
+    showBed(beds === segmentCount);
     const fields = new Set(links.flatMap((one) => one.paths.filter((p) => !p.exchange).map((p) => p.field)));
     const kinds = [...fields].sort().map((f) => [`field-${f}`, page.flow_fields[f - 1].name]);
     if (links.some((one) => one.exchange)) kinds.push(["exchange", "exchange"]);

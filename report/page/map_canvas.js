@@ -13,6 +13,7 @@ export function drawCanvas(places) {
     let lit = {};
     let current = 1;
     let waiting = false;
+    let withBed = true;
 
     function segmentColour(segment, style) {
         if (segment === lit.segment) return style.getPropertyValue("--accent");
@@ -25,6 +26,7 @@ export function drawCanvas(places) {
         context.lineWidth = Math.min(2, Math.max(0.5, 3 * view.k)) / view.k;
         context.beginPath();
         for (const { a, b } of inner) {
+            if (!withBed && (isBed(a) || isBed(b))) continue;
             context.moveTo(places[a].x + size.width / 2, places[a].y + heightOf(a) / 2);
             context.lineTo(places[b].x + size.width / 2, places[b].y + heightOf(b) / 2);
         }
@@ -45,7 +47,7 @@ export function drawCanvas(places) {
         const least = 1.5 / view.k; // a dot that can be seen
         for (let segment = 1; segment <= segmentCount; ++segment) {
             const { x, y } = places[segment];
-            if (x < left || y < top || x > right || y > bottom) continue;
+            if (x < left || y < top || x > right || y > bottom || (!withBed && isBed(segment))) continue;
             context.fillStyle = segmentColour(segment, style);
             const grown = segment === lit.segment ? 4 : 1;
             context.fillRect(x, y, Math.max(size.width, least * grown), Math.max(heightOf(segment), least * grown));
@@ -79,6 +81,7 @@ export function drawCanvas(places) {
             say();
             later();
         },
+        showBed(on) { withBed = on; later(); },
         changed() {},
         focus(segment) {
             current = segment;

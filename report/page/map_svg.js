@@ -5,6 +5,7 @@ import { short } from "./format.js";
 import { heightOf, size } from "./layout.js";
 import { linkShapes } from "./link_shapes.js";
 import { isBed, links } from "./network.js";
+import { onPaper, sheet } from "./print.js";
 
 export const pathAddress = (p) => `${p.exchange ? "exchange_pair" : "flow_path"},${p.field},${p.function},${p.number}`;
 
@@ -38,6 +39,14 @@ function twoLines(text, most) {
     return [first, shortened(text.slice(first.length), most)];
 }
 
+/** Boundary, load and the worst finding, from the right. */
+function drawMarks({ boundary, load, level }) {
+    const drawn = [boundary && svg("path", { class: "boundary", d: "M0-5l5 5-5 5-5-5z" }), load && svg("path", { class: "load", d: "M-5.5-4.5h11l-5.5 9z" }),
+        level && svg("path", { d: level === "error" ? "M-4.5 0a4.5 4.5 0 1 0 9 0a4.5 4.5 0 1 0-9 0z" : "M0-4.5L5 4.5H-5z" })].filter(Boolean);
+    return drawn.map((shape, i) => svg("g", { class: shape.hasAttribute("class") ? null : `mark ${level}`,
+        transform: `translate(${size.width - 11 - markWidth * i} 9.5)` }, shape));
+}
+
 function drawSegment(segment, place, marks) {
     const height = heightOf(segment);
     const bed = isBed(segment);
@@ -54,10 +63,7 @@ function drawSegment(segment, place, marks) {
             bed && svg("rect", { class: "hatch", width: size.width, height, rx: 2, fill: "url(#hatch)" }),
             svg("text", { class: "number", x: 7, y: bed ? 16 : 19 }, String(segment)),
             name && lines.map((line, i) => svg("text", { class: "name", x: bed ? 33 : 7, y: bed ? 16 : 36 + 15.5 * i }, line)),
-            mark.boundary && svg("path", { class: "boundary", d: `M${size.width - 11} 4l5 5-5 5-5-5z` }),
-            mark.load && svg("path", { class: "load", d: `M${size.width - 31} 5h11l-5.5 9z` }),
-            mark.level && svg("g", { class: `mark ${mark.level}`, transform: `translate(${size.width - 42} 9.5)` },
-                svg("path", { d: mark.level === "error" ? "M-4.5 0a4.5 4.5 0 1 0 9 0a4.5 4.5 0 1 0-9 0z" : "M0-4.5L5 4.5H-5z" }))));
+            drawMarks(mark)));
 }
 
 function drawLink({ link, strokes, heads, middle }) {
@@ -102,6 +108,8 @@ export function drawSvg(places, marks) {
         element: h("div", { class: "canvas" }, element),
         surface: element,
         applyView({ k, x, y }) {
+            if (onPaper()) element.setAttribute("viewBox", `0 0 ${sheet.width} ${sheet.map}`);
+            else element.removeAttribute("viewBox");
             world.setAttribute("transform", `translate(${x} ${y}) scale(${k})`);
             element.classList.toggle("far", k < 0.5);
             element.classList.toggle("very-far", k < 0.22);
@@ -128,6 +136,7 @@ export function drawSvg(places, marks) {
             element.classList.toggle("lit", lit.length > 0);
             if (segment) setCurrent(segment);
         },
+        showBed(on) { element.classList.toggle("no-bed", !on); },
         changed(segments) { for (const segment of segments) nodes[segment]?.classList.add("changed"); },
         focus(segment) {
             setCurrent(segment);

@@ -87,12 +87,14 @@ export function reach(segment, forward) {
     return found;
 }
 
+const isOfSolids = ({ field }) => field >= 3 && field <= 5;
+
 function neighbours(sign) {
     const next = new Map();
     for (const link of links) {
         if (link.exchange || link.b === 0) continue;
         for (const path of link.paths) {
-            if (path.flow === 0 && !path.turns) continue;
+            if (isOfSolids(path) || (path.flow === 0 && !path.turns)) continue;
             const forward = path.flow * sign >= 0;
             const [from, to] = forward ? [path.first, path.second] : [path.second, path.first];
             if (!next.has(from)) next.set(from, new Set());

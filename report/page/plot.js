@@ -4,11 +4,14 @@ import { lines } from "./colour.js";
 import { axisTime, date, dayInWords, dayOf, end, hasDates } from "./dates.js";
 import { find, h } from "./dom.js";
 import { count, exact, short } from "./format.js";
+import { onPaper, sheet } from "./print.js";
 import { points, titleOf, unitOf } from "./series_data.js";
+import { on } from "./state.js";
 
 let plot = null;
 let drawn = [];
 let marked; // day
+const plotHeight = 260;
 const darkness = matchMedia("(prefers-color-scheme: dark)");
 const style = (name) => getComputedStyle(document.documentElement).getPropertyValue(name).trim();
 
@@ -63,20 +66,23 @@ const axisNumbers = (u, ticks, axis, space, step) => {
     return ticks.map((tick) => short(tick, Math.max(3, Math.ceil(Math.log10(greatest / step)) + 1)));
 };
 
+/** As wide as the longest of its numbers. */
+const axisSize = (u, texts) => Math.max(64, 16 + 7.5 * Math.max(0, ...(texts ?? []).map((text) => text.length)));
+
 /** A single pair is shown within the run. */
 const spanOf = (u, least, greatest) => (u.data[0].length > 1 ? [least, greatest]
     : [Math.min(least, axisTime(0)), Math.max(least, axisTime(end), axisTime(0) + 1)]);
 
-function options(all, width) {
+function options(all, { width, height }) {
     const units = [...new Set(all.map(({ one }) => unitOf(one)))];
     const ink = style("--ink");
-    const palette = lines(darkness.matches);
+    const palette = lines(darkness.matches && !onPaper());
     const grid = { stroke: style("--rule"), width: 1 };
     const scales = Object.fromEntries(units.map((unit) => [`y ${unit}`, {}]));
-    const axis = (unit, i) => ({ scale: `y ${unit}`, label: unit || "value", side: i % 2 ? 1 : 3, stroke: ink, incrs: steps, splits: multiples, size: 64, labelSize: 18,
+    const axis = (unit, i) => ({ scale: `y ${unit}`, label: unit || "value", side: i % 2 ? 1 : 3, stroke: ink, incrs: steps, splits: multiples, size: axisSize, labelSize: 18,
         grid: i === 0 ? grid : { show: false }, ticks: grid, values: axisNumbers });
     return {
-        width, height: 300, padding: [12, 36, 0, 0],
+        width, height, padding: [12, 36, 0, 0],
         tzDate: (time) => uPlot.tzDate(new Date(time * 1000), "Etc/UTC"),
         scales: { x: { time: hasDates, range: spanOf }, ...scales },
         axes: [{ stroke: ink, grid, ticks: grid, ...(hasDates ? { space: 90, values: dateLabels } : { label: "days", labelSize: 18 }) }, ...units.map(axis)],
@@ -105,6 +111,8 @@ function describe(list) {
     find("plot").setAttribute("aria-label", words);
 }
 
+const plotSize = () => (onPaper() ? { width: sheet.width, height: sheet.plot } : { width: find("plot").clientWidth, height: plotHeight });
+
 export function showPlot(list, day) {
     drawn = list;
     marked = day;
@@ -119,7 +127,7 @@ export function showPlot(list, day) {
     }
     const all = linesOf(with_pairs);
     find("plot").replaceChildren();
-    plot = new uPlot(options(all, find("plot").clientWidth), aligned(all), find("plot"));
+    plot = new uPlot(options(all, plotSize()), aligned(all), find("plot"));
     if (day !== undefined) moveTo(nearest(axisTime(day)));
 }
 
@@ -168,8 +176,6 @@ export function startPlot() {
     find("plot-all").addEventListener("click", showAll);
     const redraw = () => showPlot(drawn, marked);
     darkness.addEventListener("change", redraw);
-    // a sheet is narrower than most windows, and nothing else tells the plot
-    addEventListener("beforeprint", () => plot?.setSize({ width: 680, height: 240 }));
-    addEventListener("afterprint", redraw);
-    new ResizeObserver(() => plot?.setSize({ width: find("plot").clientWidth, height: 300 })).observe(find("plot"));
+    on("paper", redraw);
+    new ResizeObserver(() => plot?.setSize(plotSize())).observe(find("plot"));
 }

@@ -41,7 +41,7 @@ function shareRows(segment, way) {
         const fn = functions[numbers(shares.function, shares.count)[i]];
         const series = seriesOf("flow_value", [fn.field, fn.function]);
         list.push([link(`flow_value,${fn.field},${fn.function}`, `function ${fn.function} of field ${fn.field}`), value(flow, "m3/s"), " ",
-            series ? spark(series, 56, 14) : ""]);
+            series ? spark(series, 44, 14) : ""]);
     }
     return list;
 }
@@ -69,7 +69,7 @@ function connections(segment) {
         const words = p.exchange ? "mixes with " : (p.first === segment) === !(p.flow < 0) ? "to " : "from ";
         return h("li", {}, words, other ? link(`segment,${other}`, endTitle(other)) : "outside", ": ", link(pathAddress(p),
             p.exchange ? `pair ${p.number} of exchange function ${p.function}, field ${p.field}` : `path ${p.number} of function ${p.function}, field ${p.field}`),
-        p.exchange ? "" : [" ", value(Math.abs(p.flow), "m3/s")]);
+        p.exchange ? "" : [" · ", value(Math.abs(p.flow), "m3/s")]);
     }));
 }
 
@@ -107,8 +107,8 @@ function showSegment(segment) {
         h("p", { class: "quiet" }, typeWords[types[segment - 1]] ?? `type ${types[segment - 1]}`,
             bottom > 0 ? ["; below it ", link(`segment,${bottom}`, `segment ${bottom}`)] : "",
             up + down > 0 ? `; up-stream ${plural(up, "segment")}, down-stream ${plural(down, "segment")}` : ""),
-        ...findings(list),
         ...waterPart(segment).filter(Boolean),
+        ...findings(list),
         h("h3", {}, "Connected to"), connections(segment),
         h("h3", {}, "Boundaries"), seriesLinks(boundariesAt(segment), "boundary"),
         h("h3", {}, "Loads"), seriesLinks(loadsAt(segment), "load"),

@@ -1,8 +1,10 @@
 // Zoom and pan of the map: wheel, drag, keys and buttons change one view, which the drawing applies.
 import { find } from "./dom.js";
 import { heightOf, size } from "./layout.js";
+import { sheet } from "./print.js";
+import { on } from "./state.js";
 
-const margin = 40;
+const margin = 46;
 const closest = 3;
 const closestFit = 1.25;
 
@@ -24,18 +26,21 @@ export function makeView(drawing, places) {
         return { left, top, width: right - left, height: bottom - top };
     }
 
+    function fitInto(all, w, h) {
+        view.k = Math.min((w - 2 * margin) / all.width, (h - 2 * margin) / all.height, closestFit);
+        view.x = (w - all.width * view.k) / 2 - all.left * view.k;
+        view.y = (h - all.height * view.k) / 2 - all.top * view.k;
+        apply();
+    }
+
     function fit() {
         const all = extent();
         const w = surface.clientWidth;
         // as high as the network needs at the map's width
         const needed = Math.min((w - 2 * margin) / all.width, closestFit) * all.height + 2 * margin;
-        find("overview").style.setProperty("--map-height", `${Math.round(Math.min(Math.max(needed, w < 600 ? 200 : 260), 440))}px`);
-        const h = surface.clientHeight;
-        view.k = Math.min((w - 2 * margin) / all.width, (h - 2 * margin) / all.height, closestFit);
+        find("overview").style.setProperty("--map-height", `${Math.round(Math.min(Math.max(needed, w < 600 ? 200 : 380), 440))}px`);
+        fitInto(all, w, surface.clientHeight);
         least = view.k / 2;
-        view.x = (w - all.width * view.k) / 2 - all.left * view.k;
-        view.y = (h - all.height * view.k) / 2 - all.top * view.k;
-        apply();
     }
 
     function zoom(factor, at = { x: surface.clientWidth / 2, y: surface.clientHeight / 2 }) {
@@ -87,5 +92,11 @@ export function makeView(drawing, places) {
     // a drag is no click
     surface.addEventListener("click", (event) => { if (drag?.moved) event.stopImmediatePropagation(); drag = null; });
     new ResizeObserver(() => { if (!fit.width || fit.width !== surface.clientWidth) { fit.width = surface.clientWidth; fit(); } }).observe(surface);
+    let onScreen;
+    on("paper", (paper) => {
+        if (paper) onScreen = { ...view };
+        if (paper) fitInto(extent(), sheet.width, sheet.map);
+        else { Object.assign(view, onScreen); apply(); }
+    });
     return { fit, zoom, pan, show };
 }

@@ -175,6 +175,8 @@ test("the map zooms, pans, is searched and walked through", async () => {
     await open("estuary", async (page) => {
         const place = () => page.$eval("svg.map > g", (world) => world.getAttribute("transform"));
         const first = await place();
+        const seen = () => page.$eval('[data-segment="30"]', (node) => getComputedStyle(node.parentElement).opacity);
+        assert.equal(await seen(), "0"); // until asked for
         await page.click("#zoom-in");
         assert.notEqual(await place(), first);
         await page.click("#zoom-all");
@@ -196,7 +198,11 @@ test("the map zooms, pans, is searched and walked through", async () => {
         await page.selectOption("#colour", { label: "volume" });
         assert.match(await page.textContent("#legend-scale"), /volume .*94\.5 million m3/);
         await page.uncheck("#bed");
-        assert.equal(await page.isVisible('[data-segment="30"]'), false);
+        assert.equal(await seen(), "0");
+        await page.focus('[data-segment="14"]');
+        await page.keyboard.press("ArrowDown");
+        assert.equal(await page.isChecked("#bed"), true);
+        assert.notEqual(await seen(), "0");
     });
 });
 
