@@ -114,55 +114,51 @@ constexpr const SeriesTable& series_of(std::string_view owner)
 
 /// Calls visit(item, its number) for each item of a list.
 template <class List, class Visit>
-void for_each_numbered(const List& list, Visit visit)
+void for_each_numbered(List& list, Visit visit)
 {
-    for (std::int64_t number = 1; const auto& item : list) {
+    for (std::int64_t number = 1; auto& item : list) {
         visit(item, number++);
     }
 }
 
 /// Calls visit(table, numbers, item) for each item of a model, an owner before what it owns.
-template <class Visit>
-void for_each_item(const Model& model, Visit&& visit)
+template <class AnyModel, class Visit>
+void for_each_item(AnyModel& model, Visit&& visit)
 {
-    const auto types = [&](const auto& type_table, const auto& table, const auto& list) {
-        for_each_numbered(list, [&](const auto& type, std::int64_t t) {
+    const auto types = [&](const auto& type_table, const auto& table, auto& list) {
+        for_each_numbered(list, [&](auto& type, std::int64_t t) {
             visit(type_table, RowNumbers{t}, type);
-            for_each_numbered(type.instances, [&](const auto& item, std::int64_t i) {
+            for_each_numbered(type.instances, [&](auto& item, std::int64_t i) {
                 visit(table, RowNumbers{t, i}, item);
             });
         });
     };
-    const auto fields = [&](const auto& field_table, const auto& table, const auto& part_table, const auto& list,
-                            const auto& parts_of) {
-        for_each_numbered(list, [&](const auto& field, std::int64_t f) {
+    const auto fields = [&](const auto& field_table, const auto& table, const auto& part_table, auto& list,
+                            auto parts) {
+        for_each_numbered(list, [&](auto& field, std::int64_t f) {
             visit(field_table, RowNumbers{f}, field);
-            for_each_numbered(field.functions, [&](const auto& function, std::int64_t n) {
+            for_each_numbered(field.functions, [&](auto& function, std::int64_t n) {
                 visit(table, RowNumbers{f, n}, function);
-                for_each_numbered(parts_of(function), [&](const auto& part, std::int64_t p) {
+                for_each_numbered(function.*parts, [&](auto& part, std::int64_t p) {
                     visit(part_table, RowNumbers{f, n, p}, part);
                 });
             });
         });
     };
     visit(tables::model, RowNumbers{1}, model);
-    for_each_numbered(model.segments,
-                      [&](const Segment& item, std::int64_t s) { visit(tables::segment, RowNumbers{s}, item); });
-    for_each_numbered(model.systems, [&](const System& system, std::int64_t s) {
-        const auto own = [&](const auto& table, const auto& list) {
-            for_each_numbered(list, [&](const auto& item, std::int64_t i) { visit(table, RowNumbers{s, i}, item); });
+    for_each_numbered(model.segments, [&](auto& item, std::int64_t s) { visit(tables::segment, RowNumbers{s}, item); });
+    for_each_numbered(model.systems, [&](auto& system, std::int64_t s) {
+        const auto own = [&](const auto& table, auto& list) {
+            for_each_numbered(list, [&](auto& item, std::int64_t i) { visit(table, RowNumbers{s, i}, item); });
         };
         visit(tables::system, RowNumbers{s}, system);
         own(tables::initial_condition, system.initial_conditions);
         own(tables::boundary, system.boundaries.items);
         own(tables::load, system.loads.items);
     });
-    fields(
-        tables::flow_field, tables::flow_function, tables::flow_path, model.flow_fields,
-        [](const FlowFunction& function) -> auto& { return function.paths; });
-    fields(
-        tables::exchange_field, tables::exchange_function, tables::exchange_pair, model.exchange_fields,
-        [](const ExchangeFunction& function) -> auto& { return function.pairs; });
+    fields(tables::flow_field, tables::flow_function, tables::flow_path, model.flow_fields, &FlowFunction::paths);
+    fields(tables::exchange_field, tables::exchange_function, tables::exchange_pair, model.exchange_fields,
+           &ExchangeFunction::pairs);
     types(tables::time_function_type, tables::time_function, model.time_function_types);
     types(tables::parameter_type, tables::parameter, model.parameter_types);
     types(tables::constant_type, tables::constant, model.constant_types);

@@ -1,5 +1,6 @@
 #include "model_check/check_file.hpp"
 
+#include "model/items.hpp"
 #include "model_check/check_values.hpp"
 #include "model_check/read_back.hpp"
 #include "model_store/model_store.hpp"
@@ -35,24 +36,11 @@ void check_model(FindingList& list, Model& exported, const Model& model, const W
 std::vector<TimeSeries*> series_of(Model& model)
 {
     std::vector<TimeSeries*> all;
-    const auto add = [&all](auto& items) {
-        for (auto& item : items) {
+    for_each_item(model, [&](const auto& /*table*/, const RowNumbers& /*numbers*/, auto& item) {
+        if constexpr (requires { item.series; }) {
             all.push_back(&item.series);
         }
-    };
-    for (FlowField& field : model.flow_fields) {
-        add(field.functions);
-    }
-    for (ExchangeField& field : model.exchange_fields) {
-        add(field.functions);
-    }
-    for (System& system : model.systems) {
-        add(system.boundaries.items);
-        add(system.loads.items);
-    }
-    for (auto& type : model.time_function_types) {
-        add(type.instances);
-    }
+    });
     return all;
 }
 

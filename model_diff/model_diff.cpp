@@ -51,6 +51,9 @@ std::string name_of_system(const System& system, const std::vector<System>& syst
                : numbered("system", static_cast<std::size_t>(&system - systems.data()), system.name);
 }
 
+/// Of items that have nothing but columns.
+const auto nothing_else = [](const std::string& /*item*/, const auto& /*one*/, const auto& /*other*/) {};
+
 /// Items that are known by their number alone.
 const auto by_number = [](const auto& /*item*/) { return std::string(); };
 
@@ -105,88 +108,75 @@ public:
 
     void run(const Model& before, const Model& after)
     {
-        columns("model", "", before, after);
-        segments(before, after);
-        flow_fields(before, after);
-        exchange_fields(before, after);
+        columns(tables::model, "", before, after);
+        items(tables::segment, before.segments, after.segments, by_number,
+              [](std::size_t place, const Segment&) { return numbered("segment", place); });
+        fields(tables::flow_field, tables::flow_function, tables::flow_path, before.flow_fields, after.flow_fields,
+               "path", &FlowFunction::paths, Section::flow_series);
+        fields(tables::exchange_field, tables::exchange_function, tables::exchange_pair, before.exchange_fields,
+               after.exchange_fields, "pair", &ExchangeFunction::pairs, Section::exchanges);
         systems(before, after);
-        types("time_function", "time function", before.time_function_types, after.time_function_types,
+        types(tables::time_function_type, tables::time_function, before.time_function_types, after.time_function_types,
               [this](const std::string& item, const TimeFunction& one, const TimeFunction& other) {
                   series(Section::time_functions, item, one.series, other.series);
               });
-        types("parameter", "parameter", before.parameter_types, after.parameter_types,
+        types(tables::parameter_type, tables::parameter, before.parameter_types, after.parameter_types,
               [this](const std::string& item, const Parameter& one, const Parameter& other) {
                   by_segment(Section::parameters, item, "value", one.values, other.values);
               });
-        types("constant", "constant", before.constant_types, after.constant_types,
-              [](const std::string&, const Constant&, const Constant&) {});
+        types(tables::constant_type, tables::constant, before.constant_types, after.constant_types, nothing_else);
     }
 
 private:
-    void segments(const Model& before, const Model& after)
+    /// Flow fields or exchange fields; `parts` are the member of a function that has its paths or pairs, a `part` each.
+    template <class FieldTable, class FunctionTable, class PartTable, class Fields, class Parts>
+    void fields(const FieldTable& field_table, const FunctionTable& function_table, const PartTable& part_table,
+                const Fields& before, const Fields& after, const char* part, Parts parts, Section section)
     {
+        const auto compare_functions = [&](const std::string& item, const auto& one, const auto& other) {
+            items(
+                part_table, one.*parts, other.*parts,
+                [](const auto& way) {
+                    return std::to_string(way.first_segment) + ' ' + std::to_string(way.second_segment);
+                },
+                [&](std::size_t place, const auto&) { return numbered(part, place) + " of " + item; });
+            series(section, item, one.series, other.series);
+        };
+        const auto compare_fields = [&](const std::string& field, const auto& one, const auto& other) {
+            items(
+                function_table, one.functions, other.functions,
+                [](const auto& function) { return function.description; },
+                [&](std::size_t place, const auto& function) {
+                    return numbered("function", place, function.description) + " of " + field;
+                },
+                compare_functions);
+        };
         items(
-            "segment", before.segments, after.segments, by_number,
-            [](std::size_t place, const Segment&) { return numbered("segment", place); },
-            [](const std::string&, const Segment&, const Segment&) {});
-    }
-
-    void flow_fields(const Model& before, const Model& after)
-    {
-        const auto field_words = [](std::size_t place, const FlowField&) { return numbered("flow field", place); };
-        const auto compare_field = [this](const std::string& field, const FlowField& one, const FlowField& other) {
-            items(
-                "flow_function", one.functions, other.functions, std::mem_fn(&FlowFunction::description),
-                [&](std::size_t place, const FlowFunction& function) {
-                    return numbered("function", place, function.description) + " of " + field;
-                },
-                [this](const std::string& item, const FlowFunction& old_one, const FlowFunction& new_one) {
-                    ways("flow_path", "path", item, old_one.paths, new_one.paths);
-                    series(Section::flow_series, item, old_one.series, new_one.series);
-                });
-        };
-        items("flow_field", before.flow_fields, after.flow_fields, by_number, field_words, compare_field);
-    }
-
-    void exchange_fields(const Model& before, const Model& after)
-    {
-        const auto field_words = [](std::size_t place, const ExchangeField&) {
-            return numbered("exchange field", place);
-        };
-        const auto compare_field = [this](const std::string& field, const ExchangeField& one,
-                                          const ExchangeField& other) {
-            items(
-                "exchange_function", one.functions, other.functions, std::mem_fn(&ExchangeFunction::description),
-                [&](std::size_t place, const ExchangeFunction& function) {
-                    return numbered("function", place, function.description) + " of " + field;
-                },
-                [this](const std::string& item, const ExchangeFunction& old_one, const ExchangeFunction& new_one) {
-                    ways("exchange_pair", "pair", item, old_one.pairs, new_one.pairs);
-                    series(Section::exchanges, item, old_one.series, new_one.series);
-                });
-        };
-        items("exchange_field", before.exchange_fields, after.exchange_fields, by_number, field_words, compare_field);
+            field_table, before, after, by_number,
+            [&](std::size_t place, const auto&) { return numbered(name_in_words(field_table.name), place); },
+            compare_fields);
     }
 
     void systems(const Model& before, const Model& after)
     {
         items(
-            "system", before.systems, after.systems, std::mem_fn(&System::name),
+            tables::system, before.systems, after.systems, std::mem_fn(&System::name),
             [](std::size_t place, const System& system) { return numbered("system", place, system.name); },
             [&](const std::string& item, const System& one, const System& other) {
                 const std::string name = name_of_system(other, after.systems);
-                entries("boundary", name, one.boundaries, other.boundaries, Section::boundaries);
-                entries("load", name, one.loads, other.loads, Section::loads);
+                entries(tables::boundary, name, one.boundaries, other.boundaries, Section::boundaries);
+                entries(tables::load, name, one.loads, other.loads, Section::loads);
                 initial_conditions(item, one, other);
             });
     }
 
-    void entries(std::string_view table, const std::string& system, const SegmentSeriesSet& before,
+    template <class Table>
+    void entries(const Table& table, const std::string& system, const SegmentSeriesSet& before,
                  const SegmentSeriesSet& after, Section section)
     {
         items(
             table, before.items, after.items, [](const SegmentSeries& entry) { return std::to_string(entry.segment); },
-            [&](std::size_t place, const SegmentSeries&) { return numbered(table, place) + " of " + system; },
+            [&](std::size_t place, const SegmentSeries&) { return numbered(table.name, place) + " of " + system; },
             [&](const std::string& item, const SegmentSeries& one, const SegmentSeries& other) {
                 series(section, item, one.series, other.series);
             });
@@ -207,23 +197,13 @@ private:
         }
     }
 
-    template <class Way>
-    void ways(std::string_view table, std::string_view kind, const std::string& function,
-              const std::vector<Way>& before, const std::vector<Way>& after)
-    {
-        items(
-            table, before, after,
-            [](const Way& way) { return std::to_string(way.first_segment) + ' ' + std::to_string(way.second_segment); },
-            [&](std::size_t place, const Way&) { return numbered(kind, place) + " of " + function; },
-            [](const std::string&, const Way&, const Way&) {});
-    }
-
-    template <class Instance, class Compare>
-    void types(std::string_view table, std::string_view kind, const std::vector<InstanceType<Instance>>& before,
+    template <class TypeTable, class Table, class Instance, class Compare>
+    void types(const TypeTable& type_table, const Table& table, const std::vector<InstanceType<Instance>>& before,
                const std::vector<InstanceType<Instance>>& after, Compare compare)
     {
+        const std::string kind = name_in_words(table.name);
         const auto type_words = [&](std::size_t, const InstanceType<Instance>& type) {
-            return std::string(kind) + "s of ISC number " + std::to_string(type.isc);
+            return kind + "s of ISC number " + std::to_string(type.isc);
         };
         const auto compare_type = [&](const std::string&, const InstanceType<Instance>& one,
                                       const InstanceType<Instance>& other) {
@@ -233,27 +213,28 @@ private:
             items(table, one.instances, other.instances, by_number, words, compare);
         };
         items(
-            table, before, after, [](const auto& type) { return std::to_string(type.isc); }, type_words, compare_type);
+            type_table, before, after, [](const auto& type) { return std::to_string(type.isc); }, type_words,
+            compare_type);
     }
 
     /// Compares two lists of a table's items: which there are, in what order, their columns, and what else `compare`
     /// looks at. `name` is what an item is known by, `words` says which one it is.
-    template <class Item, class Name, class Words, class Compare>
-    void items(std::string_view table, const std::vector<Item>& before, const std::vector<Item>& after, Name name,
-               Words words, Compare compare)
+    template <class Table, class Item, class Name, class Words, class Compare = decltype(nothing_else)>
+    void items(const Table& table, const std::vector<Item>& before, const std::vector<Item>& after, Name name,
+               Words words, Compare compare = nothing_else)
     {
-        const Section section = section_of(table, "name");
         for (const ItemMatch& match : match_items(names(before, name), names(after, name), is_type<Item>)) {
-            found_.enter(table, match);
-            compare_match(section, table, match, before, after, words, compare);
+            found_.enter(table.name, match);
+            compare_match(table, match, before, after, words, compare);
             found_.leave();
         }
     }
 
-    template <class Item, class Words, class Compare>
-    void compare_match(Section section, std::string_view table, const ItemMatch& match, const std::vector<Item>& before,
+    template <class Table, class Item, class Words, class Compare>
+    void compare_match(const Table& table, const ItemMatch& match, const std::vector<Item>& before,
                        const std::vector<Item>& after, Words words, Compare compare)
     {
+        const Section section = section_of(table.name, "name");
         if (!match.old_place) {
             found_.push_back({section, Change::added, words(*match.new_place, after[*match.new_place])});
             return;
@@ -281,34 +262,21 @@ private:
         return list;
     }
 
-    template <class Item>
-    void columns(std::string_view table, const std::string& item, const Item& before, const Item& after)
+    template <class Table, class Item>
+    void columns(const Table& table, const std::string& item, const Item& before, const Item& after)
     {
-        for_each_table([&](TableId /*id*/, const auto& known) {
-            if constexpr (std::is_same_v<typename std::remove_cvref_t<decltype(known)>::Item, Item>) {
-                for (const Column<Item>& column : known.columns) {
-                    if (known.name == table) {
-                        compare_column(table, item, column, before, after);
+        for (const Column<Item>& column : table.columns) {
+            with_value(column, before, [&](const auto& one) {
+                with_value(column, after, [&](const auto& other) {
+                    if constexpr (std::is_same_v<decltype(one), decltype(other)>) {
+                        if (!same(one, other)) {
+                            found_.push_back({section_of(table.name, column.name), Change::changed, item,
+                                              name_in_words(column.name), in_words(one), in_words(other)});
+                        }
                     }
-                }
-            }
-        });
-    }
-
-    template <class Item>
-    void compare_column(std::string_view table, const std::string& item, const Column<Item>& column, const Item& before,
-                        const Item& after)
-    {
-        with_value(column, before, [&](const auto& one) {
-            with_value(column, after, [&](const auto& other) {
-                if constexpr (std::is_same_v<decltype(one), decltype(other)>) {
-                    if (!same(one, other)) {
-                        found_.push_back({section_of(table, column.name), Change::changed, item,
-                                          name_in_words(column.name), in_words(one), in_words(other)});
-                    }
-                }
+                });
             });
-        });
+        }
     }
 
     /// Walks both series by time.

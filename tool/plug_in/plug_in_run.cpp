@@ -1,5 +1,6 @@
 #include "tool/plug_in/plug_in_run.hpp"
 
+#include "model/items.hpp"
 #include "plain_text/plain_text.hpp"
 #include "tool/plug_in/panel_page.hpp"
 #include "tool/system/operating_system.hpp"
@@ -39,27 +40,13 @@ std::uint64_t values_to_serve(const Model& model)
     constexpr std::uint64_t of_a_segment = 20;
     const std::uint64_t initial_conditions = 2 * model.systems.size();
     std::uint64_t values = model.segments.size() * (of_a_segment + initial_conditions);
-    const auto add_series = [&](const auto& items) {
-        for (const auto& item : items) {
+    for_each_item(model, [&](const auto& /*table*/, const RowNumbers& /*numbers*/, const auto& item) {
+        if constexpr (requires { item.series; }) {
             values += item.series.times.size();
+        } else if constexpr (requires { item.values; }) {
+            values += 2 * item.values.size(); // whether one is used, and its value there
         }
-    };
-    for (const FlowField& field : model.flow_fields) {
-        add_series(field.functions);
-    }
-    for (const ExchangeField& field : model.exchange_fields) {
-        add_series(field.functions);
-    }
-    for (const System& system : model.systems) {
-        add_series(system.boundaries.items);
-        add_series(system.loads.items);
-    }
-    for (const auto& type : model.time_function_types) {
-        add_series(type.instances);
-    }
-    for (const auto& type : model.parameter_types) {
-        values += model.segments.size() * 2 * type.instances.size(); // whether one is used, and its value there
-    }
+    });
     return values;
 }
 
