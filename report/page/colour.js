@@ -33,5 +33,5 @@ export function scaleOf(values) {
 /** What the map can be coloured by; `varies` where that would show something. */
 export const colourings = page.segments.data.map((datum) => {
     const values = numbers(datum.values, segmentCount);
-    return { ...datum, values, varies: values.some((value) => value !== values[0]) };
+    return { ...datum, values, varies: values.some((value) => value !== values[0] && !(Math.abs(value - values[0]) <= 1e-5 * Math.abs(value))) };
 });

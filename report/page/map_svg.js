@@ -113,6 +113,7 @@ export function drawSvg(places, marks) {
             world.setAttribute("transform", `translate(${x} ${y}) scale(${k})`);
             element.classList.toggle("far", k < 0.5);
             element.classList.toggle("very-far", k < 0.22);
+            element.classList.toggle("farthest", k < 0.17);
         },
         paint(colourOf) {
             for (let segment = 1; segment < nodes.length; ++segment) {

@@ -53,25 +53,33 @@ const dateLabels = (u, ticks, axis, space, step) => ticks.map((tick, i) => {
     return step >= 86400 ? day : `${time ?? "00:00"}${i > 0 && time ? "" : `\n${day}`}`;
 });
 
-// the library's own steps end at 1e16
-const steps = Array.from({ length: 91 }, (_, i) => [1, 2, 5].map((n) => Number(`${n}e${i - 45}`))).flat();
-const multiples = (u, axis, least, greatest, step) => {
+// the library's own steps are from 1e-16 to 1e16
+const steps = Array.from({ length: 101 }, (_, i) => [1, 2, 5].map((n) => Number(`${n}e${i - 50}`))).flat();
+const leastApart = 32; // pixels from tick to tick
+const multiples = (u, axis, least, greatest) => {
+    const height = u.bbox.height / devicePixelRatio || plotHeight;
+    const step = steps.find((one) => one >= ((greatest - least) * leastApart) / height);
     const first = Math.ceil(least / step);
     return Array.from({ length: Math.max(0, Math.min(Math.floor(greatest / step) - first + 1, 100)) }, (_, i) => (first + i) * step);
 };
 
 /** With the digits that tell one tick from the next. */
-const axisNumbers = (u, ticks, axis, space, step) => {
+const axisNumbers = (u, ticks) => {
     const greatest = Math.max(...ticks.map(Math.abs));
+    const step = ticks.length > 1 ? ticks[1] - ticks[0] : greatest;
     return ticks.map((tick) => short(tick, Math.max(3, Math.ceil(Math.log10(greatest / step)) + 1)));
 };
 
 /** As wide as the longest of its numbers. */
 const axisSize = (u, texts) => Math.max(64, 16 + 7.5 * Math.max(0, ...(texts ?? []).map((text) => text.length)));
 
-/** A single pair is shown within the run. */
-const spanOf = (u, least, greatest) => (u.data[0].length > 1 ? [least, greatest]
-    : [Math.min(least, axisTime(0)), Math.max(least, axisTime(end), axisTime(0) + 1)]);
+/** All pairs and the whole run. */
+function fullSpan({ data: [x] }) {
+    const [first, last] = [Math.min(x[0], axisTime(0)), Math.max(x.at(-1), axisTime(end))];
+    return [first, last > first ? last : first + axisTime(1) - axisTime(0)];
+}
+// asked for before anybody zooms, too
+const spanOf = (u, least, greatest) => (least === u.data[0][0] && greatest === u.data[0].at(-1) ? fullSpan(u) : [least, greatest]);
 
 function options(all, { width, height }) {
     const units = [...new Set(all.map(({ one }) => unitOf(one)))];
@@ -149,13 +157,17 @@ function moveTo(index) {
 function zoom(factor, shift = 0) {
     if (!plot) return;
     const { min, max } = plot.scales.x;
-    const all = plot.data[0];
+    const [first, last] = fullSpan(plot);
     const middle = (min + max) / 2 + shift * (max - min);
     const half = ((max - min) / 2) * factor;
-    plot.setScale("x", { min: Math.max(middle - half, Math.min(all[0], min)), max: Math.min(middle + half, Math.max(all.at(-1), max)) });
+    plot.setScale("x", { min: Math.max(middle - half, Math.min(first, min)), max: Math.min(middle + half, Math.max(last, max)) });
 }
 
-const showAll = () => plot?.setScale("x", { min: plot.data[0][0], max: plot.data[0].at(-1) });
+function showAll() {
+    if (!plot) return;
+    const [min, max] = fullSpan(plot);
+    plot.setScale("x", { min, max });
+}
 
 function onKey(event) {
     if (!plot || event.ctrlKey || event.altKey || event.metaKey) return;

@@ -102,7 +102,7 @@ export function plotSeries(one, day) {
 export function startSeries() {
     list();
     if (series.length === 0) {
-        for (const one of document.querySelectorAll("#plot, #series-kinds, [aria-labelledby=series-title] .tools")) one.hidden = true;
+        for (const one of document.querySelectorAll("#plot, #plot ~ .bar, [aria-labelledby=series-title] .tools")) one.hidden = true;
         return;
     }
     kindButtons();

@@ -4,7 +4,6 @@ import { heightOf, size } from "./layout.js";
 import { sheet } from "./print.js";
 import { on } from "./state.js";
 
-const margin = 46;
 const closest = 3;
 const closestFit = 1.25;
 
@@ -26,7 +25,9 @@ export function makeView(drawing, places) {
         return { left, top, width: right - left, height: bottom - top };
     }
 
+    const marginOf = (w) => (w < 600 ? 26 : 46); // room for arrows to the outside
     function fitInto(all, w, h) {
+        const margin = marginOf(w);
         view.k = Math.min((w - 2 * margin) / all.width, (h - 2 * margin) / all.height, closestFit);
         view.x = (w - all.width * view.k) / 2 - all.left * view.k;
         view.y = (h - all.height * view.k) / 2 - all.top * view.k;
@@ -37,6 +38,7 @@ export function makeView(drawing, places) {
         const all = extent();
         const w = surface.clientWidth;
         // as high as the network needs at the map's width
+        const margin = marginOf(w);
         const needed = Math.min((w - 2 * margin) / all.width, closestFit) * all.height + 2 * margin;
         find("overview").style.setProperty("--map-height", `${Math.round(Math.min(Math.max(needed, w < 600 ? 200 : 380), 440))}px`);
         fitInto(all, w, surface.clientHeight);

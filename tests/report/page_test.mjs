@@ -240,6 +240,15 @@ test("constants of the tables; a page from an input file; one file that names wh
         const values = await page.$$eval('[id^="row-constant,"]', (all) => all.map((row) => row.querySelectorAll("[data-value]")[2].dataset.value));
         assert.deepEqual(values.map(Number).map(single), expected.estuary.constants.map(([value]) => single(value)));
         await page.pdf({ path: join(folder, "estuary.pdf"), format: "A4" });
+        await page.setViewportSize({ width: 703, height: 1016 }); // such a sheet
+        await page.emulateMedia({ media: "print" });
+        await page.evaluate(() => dispatchEvent(new Event("beforeprint")));
+        const cut = await page.$$eval(".segment", (all) => all.filter((one) => {
+            const [box, map] = [one, one.closest("svg")].map((element) => element.getBoundingClientRect());
+            return box.left < map.left || box.right > map.right || box.top < map.top || box.bottom > map.bottom;
+        }).length);
+        assert.equal(cut, 0);
+        assert.ok((await page.locator("#plot").boundingBox()).y < (await page.locator("#panel").boundingBox()).y);
     });
     await open("input_file", async (page) => {
         assert.equal((await attributes(page, "data-path")).length, expected.estuary.paths.length);
