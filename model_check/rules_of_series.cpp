@@ -47,7 +47,8 @@ void for_each_used(const Model& model, Look look)
 
 std::string days_in_words(double days)
 {
-    return in_figures(days) + (days == 1 ? " day" : " days");
+    const std::string figures = in_figures(days);
+    return figures + (figures == "1" ? " day" : " days");
 }
 
 void look_for_gaps(const MeantModel& meant, const ReportMeaning& report)
@@ -125,11 +126,14 @@ void look_for_short(const MeantModel& meant, const ReportMeaning& report)
         const std::string words = lack_in_words(meant, series, first, last);
         if (!words.empty()) {
             const bool late = words.starts_with(" begins");
-            report(pair_at(item, place_of(late ? first : last, series), "time"), series_in_words(item) + words,
-                   late ? "add pairs from day 0 on, or start the run later; until its first pair the engine takes its "
-                          "first value"
-                        : "add pairs up to the end, or end the run earlier; behind its last pair the engine keeps its "
-                          "last value");
+            report(
+                pair_at(item, place_of(late ? first : last, series), "time"), series_in_words(item) + words,
+                words.find(", and ends") != std::string::npos
+                    ? "add pairs from day 0 up to the end; outside them the engine keeps the first and the last value"
+                : late ? "add pairs from day 0 on, or start the run later; until its first pair the engine takes its "
+                         "first value"
+                       : "add pairs up to the end, or end the run earlier; behind its last pair the engine keeps its "
+                         "last value");
         }
     });
 }
@@ -221,10 +225,18 @@ void look_for_negative(const MeantModel& meant, const ReportMeaning& report)
     });
 }
 
+/// `item` is "value of pair 3 of load 1 of system 2", of a series, or another that cannot be left out.
 std::pair<std::string, std::string> mark_in_words(const std::string& item, float value)
 {
-    return {"the value of " + item + " is " + real_in_words(value) + ", which stands for a missing one in records",
-            "put in the value that was meant, or leave a pair out; the engine would take it for a measurement"};
+    return {"the " + item + " is " + real_in_words(value) + ", which stands for a missing one in records",
+            std::string("put in the value that was meant") +
+                (item.starts_with("value of pair ") ? ", or leave the pair out" : "") +
+                "; the engine would take it for a measurement"};
+}
+
+std::pair<std::string, std::string> marked_value_in_words(const std::string& item, float value)
+{
+    return mark_in_words("value of " + item, value);
 }
 
 void look_for_marks_in_conditions(const Model& model, std::string_view column, float InitialCondition::*value,
@@ -238,7 +250,7 @@ void look_for_marks_in_conditions(const Model& model, std::string_view column, f
             },
             "more segment",
             [&](const std::string& item, const InitialCondition& condition) {
-                return mark_in_words(item, condition.*value);
+                return mark_in_words(name_in_words(column) + " at the start in " + item, condition.*value);
             },
             report);
     });
@@ -250,7 +262,8 @@ void look_for_marks(const MeantModel& meant, const ReportMeaning& report)
         const bool in_columns = item.table == "load_value" || item.table == "time_function_value";
         report_first(
             item.series->values, in_columns ? is_mark_in_columns : is_mark,
-            [&](std::size_t place) { return pair_at(item, place, "value"); }, "more pair", mark_in_words, report);
+            [&](std::size_t place) { return pair_at(item, place, "value"); }, "more pair", marked_value_in_words,
+            report);
     });
     look_for_marks_in_conditions(meant.model, "concentration", &InitialCondition::concentration, report);
     look_for_marks_in_conditions(meant.model, "dissolved_fraction", &InitialCondition::dissolved_fraction, report);
@@ -262,7 +275,7 @@ void look_for_marks(const MeantModel& meant, const ReportMeaning& report)
                     [&](std::size_t place) {
                         return Address{"parameter_value", "value", {t, number, static_cast<std::int64_t>(place + 1)}};
                     },
-                    "more segment", mark_in_words, report);
+                    "more segment", marked_value_in_words, report);
             }
         });
     });
@@ -270,7 +283,7 @@ void look_for_marks(const MeantModel& meant, const ReportMeaning& report)
         for_each_numbered(type.instances, [&](const Constant& constant, std::int64_t number) {
             if (constant.used && is_mark_in_columns(constant.value)) {
                 const Address address{"constant", "value", {t, number}};
-                auto [message, remedy] = mark_in_words(item_in_words(address), constant.value);
+                auto [message, remedy] = marked_value_in_words(item_in_words(address), constant.value);
                 report(address, std::move(message), std::move(remedy));
             }
         });

@@ -47,8 +47,14 @@ Mover greatest_mover(const WaterBalance& water, std::int32_t segment, double day
 /// What to balance where a volume leaves its bounds by this function.
 std::string balance_in_words(const Mover& mover, std::int32_t segment)
 {
+    double in = mover.share->fraction_in;
+    double out = mover.share->fraction_out;
+    const bool turned = (mover.added > 0) != (in > out);
+    if (turned) {
+        std::swap(in, out);
+    }
     return "let as much leave segment " + std::to_string(segment) + " as enters it: of " + mover.function + ", " +
-           in_figures(mover.share->fraction_in) + " flows in and " + in_figures(mover.share->fraction_out) + " out";
+           in_figures(in) + " flows in and " + in_figures(out) + " out" + (turned ? " where its flow is below 0" : "");
 }
 
 void look_for_dry(const MeantModel& meant, const ReportMeaning& report)
