@@ -16,9 +16,9 @@ namespace {
 constexpr std::size_t most_row_problems = 10'000;
 
 /// Looks for what the export of `exported` loses, and gives it the values of the export; checks those of `model`, which
-/// may be the same.
-void check_model(FindingList& list, Model& exported, const Model& model, const WriteInputFile& write,
-                 const CheckOptions& options)
+/// may be the same. Returns what was left out.
+std::vector<std::string> check_model(FindingList& list, Model& exported, const Model& model,
+                                     const WriteInputFile& write, const CheckOptions& options)
 {
     const std::filesystem::path file = write(exported);
     const std::uintmax_t size = std::filesystem::file_size(file);
@@ -28,9 +28,10 @@ void check_model(FindingList& list, Model& exported, const Model& model, const W
             options.on_progress("check", bytes, size);
         }
     });
-    check_values(model, &model == &exported ? found.gaps : std::vector<Address>(),
-                 [&](Finding finding) { list.add(std::move(finding)); });
+    std::vector<std::string> remarks = check_values(model, &model == &exported ? found.gaps : std::vector<Address>(),
+                                                    [&](Finding finding) { list.add(std::move(finding)); });
     add_losses(list, found.losses);
+    return remarks;
 }
 
 std::vector<TimeSeries*> series_of(Model& model)
@@ -87,8 +88,7 @@ FileFindings check_database(const std::filesystem::path& file, const WriteInputF
         }
         return result;
     }
-    check_model(list, model, model, write, options);
-    result.remarks = remarks_on(model);
+    result.remarks = check_model(list, model, model, write, options);
     return result;
 }
 
@@ -97,7 +97,6 @@ FileFindings check_loaded_model(const Model& model, const WriteInputFile& write,
     FileFindings result;
     result.database = true;
     FindingList list(result, options.most_of_a_rule, options.on_finding, options.ignored);
-    result.remarks = remarks_on(model);
     Model copy = model;
     const std::vector<TimeSeries*> all = series_of(copy);
     std::size_t pairs = 0;
@@ -106,11 +105,11 @@ FileFindings check_loaded_model(const Model& model, const WriteInputFile& write,
     }
     if (pairs > options.most_pairs) {
         shorten(all, options.most_pairs);
-        check_model(list, copy, model, write, options);
+        result.remarks = check_model(list, copy, model, write, options);
         result.remarks.emplace_back(
             "only the beginning of each series was looked at for losses; velm check looks at all");
     } else {
-        check_model(list, copy, copy, write, options);
+        result.remarks = check_model(list, copy, copy, write, options);
     }
     return result;
 }

@@ -110,8 +110,8 @@ FileFindings check(const std::filesystem::path& file, const CheckOptions& option
         InputFile read = read_input_file(file, reading);
         any_problem = read.problem_count > 0;
         if (read.whole) { // with records missing, nothing can be said about how values belong together
-            check_values(read.model, read.gaps, [&](Finding finding) { values.add(std::move(finding)); });
-            result.remarks = remarks_on(read.model);
+            result.remarks =
+                check_values(read.model, read.gaps, [&](Finding finding) { values.add(std::move(finding)); });
         }
         if (model != nullptr) {
             *model = std::move(read.model);

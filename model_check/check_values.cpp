@@ -18,39 +18,46 @@ bool is_near_a_gap(const Address& address, const std::vector<Address>& gaps)
     });
 }
 
+bool leads_water(const Address& address)
+{
+    return address.table.starts_with("flow_") || address.column == "flow_option" || address.table == "boundary" ||
+           (address.table == "exchange_pair" && address.column.ends_with("_segment"));
+}
+
+/// Why nothing can be said of the model's water; empty where something can.
+std::string reason_without_water(const Model& model, const std::vector<Address>& gaps)
+{
+    if (flows_are_elsewhere(model)) {
+        return "segment 1 has flow option 3, so the flows come from another file";
+    }
+    return std::ranges::any_of(gaps, leads_water) ? "where the water flows cannot all be read" : "";
+}
+
 } // namespace
 
-void check_values(const Model& model, const std::vector<Address>& gaps,
-                  const std::function<void(Finding finding)>& report)
+std::vector<std::string> check_values(const Model& model, const std::vector<Address>& gaps,
+                                      const std::function<void(Finding finding)>& report)
 {
     const WaterBalance water(model);
     const RunDates dates(model);
     const MeantModel meant{model, water, dates};
-    const bool flows_are_known = !flows_are_elsewhere(model);
+    const std::string no_water = reason_without_water(model, gaps);
+    std::string left_out;
     for (const MeaningRule& meaning : meaning_rules()) {
-        if (flows_are_known || !meaning.needs_flows) {
-            meaning.look(meant, [&](const Address& address, std::string message, std::string remedy) {
-                if (!is_near_a_gap(address, gaps)) {
-                    report({.rule = &meaning.rule,
-                            .address = address,
-                            .message = std::move(message),
-                            .remedy = std::move(remedy)});
-                }
-            });
+        if (meaning.needs_flows && !no_water.empty()) {
+            left_out += (left_out.empty() ? "" : ", ") + std::string(meaning.rule.code);
+            continue;
         }
+        meaning.look(meant, [&](const Address& address, std::string message, std::string remedy) {
+            if (!is_near_a_gap(address, gaps)) {
+                report({.rule = &meaning.rule,
+                        .address = address,
+                        .message = std::move(message),
+                        .remedy = std::move(remedy)});
+            }
+        });
     }
-}
-
-std::vector<std::string> remarks_on(const Model& model)
-{
-    std::string codes;
-    for (const MeaningRule& meaning : meaning_rules()) {
-        codes += meaning.needs_flows ? (codes.empty() ? "" : ", ") + std::string(meaning.rule.code) : "";
-    }
-    if (codes.empty() || !flows_are_elsewhere(model)) {
-        return {};
-    }
-    return {"segment 1 has flow option 3, so the flows come from another file: " + codes + " are left out"};
+    return left_out.empty() ? std::vector<std::string>() : std::vector{no_water + ": " + left_out + " are left out"};
 }
 
 } // namespace velm

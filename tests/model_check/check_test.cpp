@@ -83,6 +83,11 @@ TEST(CheckInputFile, EachThingThatCanBeWrong)
          "       two         2.5000\r\n",
          "F:115:1: error V102 not a number: loads, system 1, load 1, pair 3, time: '       two' is not a number, "
          "expected a number\n"},
+        {"a word in place of a boundary's segment, where water then seems to enter without one",
+         "    2               Boundary Segment", "    x               Boundary Segment",
+         "F:84:1: error V102 not a number: boundaries, system 1, boundary 2, segment: '    x' is not an integer, "
+         "expected "
+         "an integer\n"},
         {"asterisks in place of a number that tells rows apart", "ISC #:    11", "ISC #: *****",
          "F:154:8: error V101 field overflow: constants, isc: '*****' hides a number that tells what the record is, "
          "expected a number\n"},
