@@ -3,6 +3,7 @@
 #include "tool/commands/commands.hpp"
 #include "tool/commands/documents.hpp"
 #include "tool/commands/nearest_name.hpp"
+#include "tool/system/operating_system.hpp"
 #include "tool/system/terminal.hpp"
 #include "whole_file/place.hpp"
 
@@ -171,6 +172,7 @@ ExitCode run_and_report(int argument_count, char** arguments)
 int main(int argument_count, char** arguments)
 {
     try {
+        velm::hold_standard_streams();
         return static_cast<int>(velm::run_and_report(argument_count, arguments));
     } catch (...) { // even the message found no memory
         return static_cast<int>(velm::ExitCode::failed);

@@ -55,22 +55,32 @@ void copy_attributes(const std::string& from, int to)
     }
 }
 
-/// The group's bits in an access list, in their place in a mode. The list has a version of four bytes, then entries of
-/// kind (2 bytes), permissions (2) and number (4), least byte first.
-mode_t group_entry(const std::vector<char>& list)
+/// A mode without an access list that gives nobody more than the list does, under which the group's bits of the mode
+/// are the most that groups and named users have: the group keeps what its own entry has, too, and others, among whom
+/// those named are then, what each of these entries has. The list has a version of four bytes, then entries of kind (2
+/// bytes), permissions (2) and number (4), least byte first.
+mode_t mode_without_list(mode_t mode, const std::vector<char>& list)
 {
-    constexpr unsigned char owning_group = 4;
+    constexpr char named_user = 2;
+    constexpr char owning_group = 4;
+    constexpr char named_group = 8;
     for (std::size_t at = 4; at + 8 <= list.size(); at += 8) {
-        if (static_cast<unsigned char>(list[at]) == owning_group && list[at + 1] == 0) {
-            return (static_cast<mode_t>(list[at + 2]) & 7U) << 3U;
+        const char kind = list[at];
+        const mode_t held = mode_t{S_IRWXU} | static_cast<unsigned char>(list[at + 2]) * 011U;
+        if (kind == owning_group) {
+            mode &= held | S_IRWXO;
+        } else if (kind == named_user || kind == named_group) {
+            mode &= held | S_IRWXG;
         }
     }
-    return 0;
+    return mode;
 }
 
-void set_group_bits(mode_t& mode, mode_t bits)
+/// A mode for another group: it has what everybody has, which is no more than the old group had.
+mode_t mode_of_other_group(mode_t mode)
 {
-    mode = (mode & ~mode_t{S_IRWXG}) | bits;
+    const mode_t all = mode & (mode >> 3U) & S_IRWXO;
+    return (mode & ~mode_t{S_IRWXG | S_IRWXO}) | (all << 3U) | all;
 }
 
 } // namespace
@@ -95,12 +105,12 @@ void keep_access(int from, int to)
     mode &= after.st_gid == before.st_gid ? ~mode_t{0} : ~mode_t{S_ISGID};
     const std::vector<char> list = attribute(old_name, access_list);
     if (after.st_gid != before.st_gid) {
-        set_group_bits(mode, (mode & S_IRWXO) << 3U);
+        mode = mode_of_other_group(mode_without_list(mode, list));
         fremovexattr(to, access_list);
     } else if (list.empty()) {
         fremovexattr(to, access_list); // one that the folder gives to its new files
     } else if (fsetxattr(to, access_list, list.data(), list.size(), 0) != 0) {
-        set_group_bits(mode, group_entry(list));
+        mode = mode_without_list(mode, list);
     }
     if (fchmod(to, mode) != 0) {
         throw std::system_error(errno, std::generic_category());

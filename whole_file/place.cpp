@@ -4,9 +4,13 @@
 
 #include <string>
 #include <system_error>
+#include <vector>
 
 #ifdef _WIN32
 #include <cwchar>
+#else
+#include <sys/stat.h>
+#include <unistd.h>
 #endif
 
 namespace velm {
@@ -46,6 +50,24 @@ bool is_one_name(const fs::path& one, const fs::path& other)
 #endif
 }
 
+/// A link of another user's must not lead to a file that he could not replace himself.
+#ifdef _WIN32
+void refuse_misleading_link(const fs::path& /*name*/, const fs::path& /*link*/, const fs::path& /*place*/) {}
+#else
+void refuse_misleading_link(const fs::path& name, const fs::path& link, const fs::path& place)
+{
+    struct stat owned {};
+    struct stat folder {};
+    if (lstat(link.c_str(), &owned) != 0 ||
+        (owned.st_uid != geteuid() && owned.st_uid != 0 &&
+         (stat(place.parent_path().c_str(), &folder) != 0 || folder.st_uid != owned.st_uid))) {
+        refuse(name, "is a symbolic link of another user's that leads to " + shown(place) +
+                         ", in a folder that is not "
+                         "his; name that file if you mean it");
+    }
+}
+#endif
+
 } // namespace
 
 fs::path real_place(const fs::path& name)
@@ -53,14 +75,19 @@ fs::path real_place(const fs::path& name)
     constexpr int most_links = 40;
     std::error_code error;
     fs::path file = name;
+    std::vector<fs::path> followed;
     for (int links = 0; links < most_links; ++links) {
         if (!file.has_filename() || file.filename() == "." || file.filename() == "..") {
             refuse(name, "is a directory; name a file in it");
         }
         fs::path place = real_folder(file) / file.filename();
         if (fs::symlink_status(place, error).type() != fs::file_type::symlink) {
+            for (const fs::path& link : followed) {
+                refuse_misleading_link(name, link, place);
+            }
             return place;
         }
+        followed.push_back(place);
         file = place.parent_path() / fs::read_symlink(place, error);
         if (error) {
             refuse(name, "is a symbolic link that cannot be read: " + error.message() + "; name another file");

@@ -18,7 +18,8 @@ enum class Standing {
 };
 
 /// Where `name` leads, also when nothing stands there yet: a path without symbolic links, which are followed to the
-/// end. Throws FileError for links in a circle and for a folder that does not exist or cannot be entered.
+/// end. Throws FileError for links in a circle, for one of another user's that leads out of his own folders, and for a
+/// folder that does not exist or cannot be entered.
 [[nodiscard]] std::filesystem::path real_place(const std::filesystem::path& name);
 
 /// True when both names lead to one file or, where nothing stands yet, will lead to one. False where one of them leads

@@ -22,31 +22,26 @@ namespace {
 struct Remembered {
     int parent = -1; ///< none: a free place
     int folder = -1;
+    int content = -1; ///< none yet
     std::array<char, 32> name{};
 };
 std::array<Remembered, 8> remembered{};
 
-/// Whether the folder of this name is the one that is open.
-bool is_that_folder(int parent, const char* name, int folder)
-{
-    struct stat named {};
-    struct stat opened {};
-    return fstatat(parent, name, &named, AT_SYMLINK_NOFOLLOW) == 0 && fstat(folder, &opened) == 0 &&
-           named.st_dev == opened.st_dev && named.st_ino == opened.st_ino;
-}
-
-/// Somebody who may write to the parent may have put a folder of his own in the place of the one just made.
+/// Somebody who may write to the parent may have put a folder of his own in the place of the one just made. Permissions
+/// prove nothing: where a file system has none, they are not those that were asked for.
 bool is_mine(int folder)
 {
     struct stat opened {};
-    return fstat(folder, &opened) == 0 && opened.st_uid == geteuid() && (opened.st_mode & (S_IRWXG | S_IRWXO)) == 0;
+    return fstat(folder, &opened) == 0 && opened.st_uid == geteuid();
 }
 
 /// Calls nothing but the system, for it may run in a signal handler.
-void remove_folder(int parent, const char* name, int folder)
+void remove_folder(int parent, const char* name, int folder, int content)
 {
-    unlinkat(folder, "content", 0);
-    if (is_that_folder(parent, name, folder)) {
+    if (content >= 0 && leads_to(folder, "content", content)) {
+        unlinkat(folder, "content", 0);
+    }
+    if (leads_to(parent, name, folder)) {
         unlinkat(parent, name, AT_REMOVEDIR);
     }
 }
@@ -55,7 +50,7 @@ extern "C" void remove_remembered()
 {
     for (Remembered& one : remembered) {
         if (one.parent >= 0) {
-            remove_folder(one.parent, one.name.data(), one.folder);
+            remove_folder(one.parent, one.name.data(), one.folder, one.content);
             one.parent = -1;
         }
     }
@@ -98,6 +93,14 @@ std::string new_name()
 
 } // namespace
 
+bool leads_to(int folder, const char* name, int opened)
+{
+    struct stat one {};
+    struct stat other {};
+    return fstatat(folder, name, &one, AT_SYMLINK_NOFOLLOW) == 0 && fstat(opened, &other) == 0 &&
+           one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
+
 SignalsHeld::SignalsHeld()
 {
     sigset_t all;
@@ -124,10 +127,9 @@ PrivateFolder::PrivateFolder(int parent) : parent_(parent), name_(new_name()), f
         errno = reason;
         fail();
     }
-    auto* const place =
-        std::find_if(remembered.begin(), remembered.end(), [](const Remembered& one) { return one.parent < 0; });
+    auto* const place = std::ranges::find(remembered, -1, &Remembered::parent);
     if (place == remembered.end()) {
-        remove_folder(parent_, name_.c_str(), folder_.number());
+        remove_folder(parent_, name_.c_str(), folder_.number(), -1);
         errno = EMFILE;
         fail();
     }
@@ -139,17 +141,22 @@ PrivateFolder::PrivateFolder(int parent) : parent_(parent), name_(new_name()), f
 PrivateFolder::~PrivateFolder()
 {
     const SignalsHeld held;
-    remove_folder(parent_, name_.c_str(), folder_.number());
-    for (Remembered& one : remembered) {
-        if (one.parent >= 0 && one.folder == folder_.number()) {
-            one = Remembered{};
-        }
-    }
+    auto* const place = std::ranges::find(remembered, folder_.number(), &Remembered::folder);
+    remove_folder(parent_, name_.c_str(), folder_.number(), place->content);
+    *place = Remembered{};
 }
 
 Descriptor PrivateFolder::make_content(mode_t mode) const
 {
-    return Descriptor(openat(number(), "content", O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
+    const SignalsHeld held;
+    Descriptor file(openat(number(), "content", O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
+    hold(file.number());
+    return file;
+}
+
+void PrivateFolder::hold(int content) const
+{
+    std::ranges::find(remembered, folder_.number(), &Remembered::folder)->content = content;
 }
 
 } // namespace velm

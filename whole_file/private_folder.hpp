@@ -10,8 +10,12 @@
 
 namespace velm {
 
-/// A folder beside a file to come, with room for one file, "content". Only this user may enter it. Both are removed
-/// with the object, by exit, and by signals that end a process; what anybody else has put in their place stays.
+/// Whether `name` in an open folder is the file or folder that is `opened`.
+[[nodiscard]] bool leads_to(int folder, const char* name, int opened);
+
+/// A folder beside a file to come, with room for one file, "content". Only this user may enter it, where the file
+/// system has permissions. Both are removed with the object, by exit, and by signals that end a process; what anybody
+/// else has put in their place stays.
 class PrivateFolder {
 public:
     /// `parent` is open and outlives the object. Throws std::system_error.
@@ -22,8 +26,10 @@ public:
     PrivateFolder(PrivateFolder&&) = delete;
     PrivateFolder& operator=(PrivateFolder&&) = delete;
 
-    /// Makes "content"; the descriptor is invalid, and errno set, when that fails.
+    /// Makes "content"; the descriptor is invalid, and errno set, when that fails. It outlives the object.
     [[nodiscard]] Descriptor make_content(mode_t mode) const;
+    /// An open file that has been linked to "content" and outlives the object.
+    void hold(int content) const;
     [[nodiscard]] int number() const { return folder_.number(); }
 
 private:

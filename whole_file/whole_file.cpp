@@ -62,22 +62,14 @@ bool knows_unnamed_files()
     return errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL && errno != ENOSYS;
 }
 
-bool is_one_file(int opened, int folder, const char* name)
-{
-    struct stat one {};
-    struct stat other {};
-    return fstat(opened, &one) == 0 && fstatat(folder, name, &other, AT_SYMLINK_NOFOLLOW) == 0 &&
-           one.st_dev == other.st_dev && one.st_ino == other.st_ino;
-}
-
 } // namespace
 
 struct WholeFile::Making {
     fs::path name;
     fs::path place;
     Descriptor folder; ///< of the place
-    std::optional<PrivateFolder> own_folder{};
     Descriptor file{-1};
+    std::optional<PrivateFolder> own_folder{};
 
     Making(fs::path given_name, fs::path real_place, mode_t mode);
     [[nodiscard]] std::string content() const
@@ -136,6 +128,10 @@ void WholeFile::Making::replace()
 {
     const std::string file_name = place.filename().string();
     const Descriptor old(openat(folder.number(), file_name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+    struct stat status {};
+    if (old.valid() && (fstat(old.number(), &status) != 0 || !S_ISREG(status.st_mode))) {
+        throw FileError(shown(name) + " has become a link, a folder or a device meanwhile, and is left as it is");
+    }
     try {
         if (old.valid()) {
             keep_access(old.number(), file.number());
@@ -149,8 +145,9 @@ void WholeFile::Making::replace()
         if (!link_to(own_folder->number(), "content")) {
             fail("cannot give a name to what becomes", name);
         }
+        own_folder->hold(file.number());
     }
-    if (!is_one_file(file.number(), own_folder->number(), "content")) {
+    if (!leads_to(own_folder->number(), "content", file.number())) {
         errno = ENOENT;
         fail("somebody has taken away what was to become", name);
     }

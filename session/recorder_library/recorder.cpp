@@ -2,6 +2,7 @@
 /// the real library, and writes down what passes. The call forms themselves are those of our own host library,
 /// whose attached function here is one that forwards.
 
+#include "plain_text/plain_text.hpp"
 #include "session/host_library.hpp"
 #include "session/session_recorder.hpp"
 #include "session/system.hpp"
@@ -20,7 +21,7 @@ namespace {
 
 void complain(const std::string& words)
 {
-    (void)std::fprintf(stderr, "prevelmwdll recorder: %s\n", words.c_str());
+    (void)std::fprintf(stderr, "prevelmwdll recorder: %s\n", printable(words).c_str());
 }
 
 /// Beside this library or beside a session there is another file: prevelmwdll_host.dll, river-2.jsonl.

@@ -6,6 +6,7 @@
  *   FAULT_ERROR   the error number
  *   FAULT_AGAIN   set: all later ones fail too
  *   NO_UNNAMED    set: there are no files without a name
+ *   EXCHANGED     a folder that somebody puts in the place of each new one
  *   SHORT_WRITES  set: every second write is interrupted, the others take a thousand bytes at most
  *
  * A fault that has come is told on standard error: [fault].
@@ -15,6 +16,7 @@
 #include <errno.h>
 #include <fcntl.h>
 #include <stdarg.h>
+#include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 #include <sys/stat.h>
@@ -133,5 +135,10 @@ int renameat(int from_folder, const char* from, int to_folder, const char* to)
 int mkdirat(int folder, const char* path, mode_t mode)
 {
     int (*real_mkdirat)(int, const char*, mode_t) = real("mkdirat");
-    return fails("mkdirat") ? -1 : real_mkdirat(folder, path, mode);
+    const char* exchanged = getenv("EXCHANGED");
+    const int result = fails("mkdirat") ? -1 : real_mkdirat(folder, path, mode);
+    if (result == 0 && exchanged != NULL) {
+        (void)renameat2(AT_FDCWD, exchanged, folder, path, RENAME_EXCHANGE);
+    }
+    return result;
 }

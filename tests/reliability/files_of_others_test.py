@@ -155,7 +155,8 @@ class FilesOfOthers(ToolCase):
         for name in ["pipe", "socket", "/dev/zero", ".", "n" * 300, "missing/file"]:
             for arguments in [["import", name, "new.db"], ["replay", name, "out.inp"], ["session-to-model", name, "new.db"],
                               ["info", name], ["export", name, "out.inp"], ["check", name], ["diff", name, "model.db"],
-                              ["diff", "model.inp", name]]:
+                              ["diff", "model.inp", name], ["export", "model.db", "out.inp", "--sql", name],
+                              ["record", name, "s.jsonl"], ["report", "model.db", "page.html", "--against", name]]:
                 with self.subTest(arguments):
                     before = self.files()
                     code, _, message = self.velm(*arguments)
@@ -163,6 +164,34 @@ class FilesOfOthers(ToolCase):
                     self.assertIn(name, message)
                     self.assertNotIn("filesystem error", message)
                     self.assertEqual(self.files(), before)
+
+    @unittest.skipUnless("FAULTY_SYSTEM" in os.environ, "takes calls of the system that can be made to fail")
+    def test_a_folder_put_in_the_place_of_ours_keeps_its_file(self):
+        self.write("out.inp", "old")
+        for way in [{}, {"NO_UNNAMED": "1"}]:
+            (self.directory / "folder").mkdir()
+            self.write("folder/content", "mine")
+            code, _, message = self.velm("export", "model.db", "out.inp", LD_PRELOAD=os.environ["FAULTY_SYSTEM"],
+                                         EXCHANGED="folder", **way)
+            self.assertEqual((code, (self.directory / "out.inp").read_text()), (4, "old"), message)
+            self.assertEqual([file.read_text() for file in self.directory.glob("*/content")], ["mine"], way)
+            for folder in [*self.directory.glob(".velm-*"), self.directory / "folder"]:
+                shutil.rmtree(folder)
+
+    def test_a_page_is_not_read_from_a_pipe(self):
+        os.mkfifo(self.directory / "model.html")
+        self.assertIn("velm: model.html is a device, a pipe", self.velm("report", "model.db")[2])
+
+    def test_no_file_takes_the_place_of_a_closed_stream(self):
+        with contextlib.closing(sqlite3.connect(self.directory / "model.db")) as database, database:
+            database.execute("UPDATE segment SET volume = 1e30")
+        wrong = self.velm("check", "model.db", "--json")
+        self.assertEqual(wrong[0], 1)
+        for closed, code in [((0, 1), 4), ((0, 1, 2), 4), ((0, 2), 1)]:
+            with self.subTest(closed):
+                done = subprocess.run([VELM, "check", "model.db", "--json"], cwd=self.directory, stdout=subprocess.PIPE,
+                                      text=True, timeout=60, preexec_fn=lambda: [os.close(one) for one in closed])
+                self.assertEqual((done.returncode, done.stdout), (code, wrong[1] if code == 1 else ""))
 
     def test_places_where_no_file_can_be_made(self):
         for name, reason in [("n" * 300, "n cannot be made: File name too long; give another name"),
@@ -257,13 +286,33 @@ while os.getppid() == {parent}:
                     self.assertEqual((status.st_uid, (self.directory / name).read_text()), (0, "root's own"), attempt)
                 self.assertEqual((self.directory / "victim").stat().st_mode & 0o7777, 0o600)
 
+    def test_links_of_others_lead_to_their_own_folders_only(self):
+        self.make_model()
+        for folder, owner in [("theirs", NOBODY), ("theirs/own", NOBODY), ("mine", 0)]:
+            (self.directory / folder).mkdir()
+            os.chown(self.directory / folder, owner, owner)
+        for owner, target, code in [(NOBODY, "mine/new", 2), (NOBODY, "mine/old", 2), (NOBODY, "theirs/own/new", 0),
+                                    (0, "mine/old", 0)]:
+            with self.subTest(target, owner=owner):
+                self.write("mine/old", "root's own")
+                link = self.directory / "theirs/link"
+                os.symlink(self.directory / target, link)
+                os.chown(link, owner, owner, follow_symlinks=False)
+                before = self.files()
+                done = self.velm("export", "model.db", "theirs/link", "--quiet")
+                self.assertEqual(done[0], code, done)
+                self.assertEqual((self.directory / target).is_file(), code == 0 or target == "mine/old")
+                self.assertEqual((self.directory / "mine/old").stat().st_size > 100, (owner, code) == (0, 0))
+                self.assertEqual(self.files(), before)
+                link.unlink()
+
     def test_rights_never_pass_to_another_owner(self):
         self.make_model()
         self.directory.chmod(0o777)
         for part in [VELM, VELM.replace("/velm", "/libvelm_export.so"), os.environ["HOST_LIBRARY"]]:
             shutil.copy(part, self.directory) # nobody may not see where this was built
         for owner, group, mode, kept in [(0, 0, 0o6777, 0o777), (0, 0, 0o4672, 0o622), (NOBODY, NOBODY, 0o6750, 0o6750),
-                                         (NOBODY, 0, 0o2754, 0o744)]:
+                                         (NOBODY, 0, 0o2754, 0o744), (NOBODY, 0, 0o604, 0o600)]:
             with self.subTest(mode=oct(mode), owner=owner):
                 out = self.directory / "out.inp"
                 self.write("out.inp", "old")

@@ -44,7 +44,8 @@ class PrintedNames(ToolCase):
                ["--" + EVIL], ["check", "--fail-on", EVIL, "model.db"], ["check", EVIL], ["check", EVIL + ".bad"], ["diff", EVIL + ".bad", "model.inp"],
                ["diff", "model.db", EVIL], ["import", EVIL + ".bad", "new.db"], ["import", "model.inp", self.evil_model], ["info", EVIL],
                ["info", EVIL + ".bad"], ["replay", EVIL + ".bad", "out.inp"], ["replay", "session.jsonl", EVIL + "/o"],
-               ["session-to-model", EVIL + ".bad", "new.db"], ["record", EVIL + ".bad", "s.jsonl"], ["record", EVIL, "s.jsonl"]]
+               ["session-to-model", EVIL + ".bad", "new.db"], ["record", EVIL + ".bad", "s.jsonl"], ["record", EVIL, "s.jsonl"],
+               ["docs", EVIL], ["help", EVIL], ["explain", EVIL]]
         for arguments in bad:
             with self.subTest(arguments):
                 result = self.velm(*arguments)

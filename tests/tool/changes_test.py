@@ -65,10 +65,11 @@ class Changes(ToolCase):
 
     def test_a_file_that_is_none_is_refused(self):
         (self.directory / "nul.sql").write_bytes(b"DELETE FROM load;\0")
-        for name in ("absent.sql", ".", "nul.sql"):
+        for name, why in [("nul.sql", "is no file of SQL statements that can be read; give a text file"),
+                          ("absent.sql", "does not exist; give another name"), (".", "is a folder, a device or a pipe; give a file, "
+                                                                                "which can be read to its end and more than once")]:
             code, _, said = self.velm("export", "model.db", "out.inp", "--sql", name)
-            self.assertEqual((code, said), (2, f"velm: {name} is no file of SQL statements that can be read; give a "
-                                               "text file\n"))
+            self.assertEqual((code, said), (2, f"velm: {name} {why}\n"))
 
 
 if __name__ == "__main__":

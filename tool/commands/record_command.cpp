@@ -65,6 +65,7 @@ private:
 
 HostLibrary load_host(const FileName& file)
 {
+    refuse_unless_regular(file, ExitCode::usage); // the loader would wait for a pipe's other end
     try {
         return load_host_library(file);
     } catch (const std::runtime_error& error) {

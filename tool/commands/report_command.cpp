@@ -34,10 +34,14 @@ struct ReportArguments {
 /// A page of another origin is not replaced unless it was named.
 void refuse_other_page(const fs::path& page)
 {
+    std::error_code unknown; // then it cannot be made either
+    if (!fs::is_regular_file(page, unknown)) {
+        return; // nothing, or what no page replaces
+    }
     std::ifstream file(page, std::ios::binary);
     std::string beginning(400, '\0');
     file.read(beginning.data(), static_cast<std::streamsize>(beginning.size()));
-    if (fs::exists(page) && beginning.find("content=\"velm report\"") == std::string::npos) {
+    if (beginning.find("content=\"velm report\"") == std::string::npos) {
         throw ToolError(ExitCode::usage, shown(page) + " exists and is no report of velm; name the page to write");
     }
 }

@@ -4,6 +4,7 @@
 #include "input_file/input_file.hpp"
 #include "model_check/report.hpp"
 #include "tool/exit_code.hpp"
+#include "tool/files/file_arguments.hpp"
 #include "tool/system/operating_system.hpp"
 #include "tool/system/progress_bar.hpp"
 
@@ -22,11 +23,9 @@ constexpr auto why_no_stream = "SQLite keeps a database in a file, not in a stre
 
 std::string text_of(const FileName& file)
 {
-    std::error_code missing;
-    std::ifstream stream;
-    if (!std::filesystem::is_directory(file.text(), missing)) {
-        stream.open(file.text(), std::ios::binary);
-    }
+    refuse_stream(file, "The file of --sql", "it is read from a file; give a file name");
+    refuse_unless_regular(file, ExitCode::usage);
+    std::ifstream stream(file, std::ios::binary);
     std::string text{std::istreambuf_iterator<char>(stream), {}};
     if (!stream.is_open() || text.find('\0') != std::string::npos) {
         throw ToolError(ExitCode::usage, file + " is no file of SQL statements that can be read; give a text file");

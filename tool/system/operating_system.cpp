@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <spawn.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -19,6 +20,15 @@ namespace fs = std::filesystem;
 fs::path executable_directory()
 {
     return fs::read_symlink("/proc/self/exe").parent_path();
+}
+
+void hold_standard_streams()
+{
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) < 0) { // the first number that is free
+            (void)open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+        }
+    }
 }
 
 bool has_capable_terminal()

@@ -8,6 +8,10 @@ namespace velm {
 
 [[nodiscard]] std::filesystem::path executable_directory();
 
+/// Has those of standard input, output and error that are not open lead nowhere: a file that is opened later must not
+/// become one of them. Writing to them fails as before.
+void hold_standard_streams();
+
 /// True when standard error is a terminal that can rewrite a line and knows colours.
 [[nodiscard]] bool has_capable_terminal();
 /// Characters in a line of the terminal at standard error; 80 when it does not say.

@@ -49,6 +49,8 @@ fs::path executable_directory()
     }
 }
 
+void hold_standard_streams() {} // numbers of files are not those of streams
+
 bool has_capable_terminal()
 {
     const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
