@@ -4,9 +4,11 @@
 #include "model_check/check_values.hpp"
 #include "model_check/read_back.hpp"
 #include "model_store/model_store.hpp"
+#include "water_balance/series_list.hpp"
 
 #include <algorithm>
 #include <fstream>
+#include <future>
 #include <utility>
 
 namespace velm {
@@ -15,21 +17,26 @@ namespace {
 
 constexpr std::size_t most_row_problems = 10'000;
 
-/// Looks for what the export of `exported` loses, and gives it the values of the export; checks those of `model`, which
-/// may be the same. Returns what was left out.
-std::vector<std::string> check_model(FindingList& list, Model& exported, const Model& model,
-                                     const WriteInputFile& write, const CheckOptions& options)
+/// Looks for what the export of a model loses, and gives the model the values of the export.
+ReadBack check_export(FindingList& list, Model& model, const WriteInputFile& write, const CheckOptions& options)
 {
-    const std::filesystem::path file = write(exported);
+    const std::filesystem::path file = write(model);
     const std::uintmax_t size = std::filesystem::file_size(file);
     std::ifstream stream(file, std::ios::binary);
-    const ReadBack found = read_back(stream, exported, list, [&](std::uint64_t bytes) {
+    return read_back(stream, model, list, [&](std::uint64_t bytes) {
         if (options.on_progress) {
             options.on_progress("check", bytes, size);
         }
     });
-    std::vector<std::string> remarks = check_values(model, &model == &exported ? found.gaps : std::vector<Address>(),
-                                                    [&](Finding finding) { list.add(std::move(finding)); });
+}
+
+/// Looks for losses, and checks the values of the export, which the model gets. Returns what was left out.
+std::vector<std::string> check_model(FindingList& list, Model& model, const WriteInputFile& write,
+                                     const CheckOptions& options)
+{
+    const ReadBack found = check_export(list, model, write, options);
+    std::vector<std::string> remarks =
+        check_values(model, found.gaps, [&](Finding finding) { list.add(std::move(finding)); });
     add_losses(list, found.losses);
     return remarks;
 }
@@ -88,7 +95,7 @@ FileFindings check_database(const std::filesystem::path& file, const WriteInputF
         }
         return result;
     }
-    result.remarks = check_model(list, model, model, write, options);
+    result.remarks = check_model(list, model, write, options);
     return result;
 }
 
@@ -97,20 +104,27 @@ FileFindings check_loaded_model(const Model& model, const WriteInputFile& write,
     FileFindings result;
     result.database = true;
     FindingList list(result, options.most_of_a_rule, options.on_finding, options.ignored);
-    Model copy = model;
-    const std::vector<TimeSeries*> all = series_of(copy);
     std::size_t pairs = 0;
-    for (const TimeSeries* const one : all) {
-        pairs += one->times.size();
+    for (const SeriesItem& item : all_series(model)) {
+        pairs += item.series->times.size();
     }
-    if (pairs > options.most_pairs) {
-        shorten(all, options.most_pairs);
-        result.remarks = check_model(list, copy, model, write, options);
-        result.remarks.emplace_back(
-            "only the beginning of each series was looked at for losses; velm check looks at all");
-    } else {
-        result.remarks = check_model(list, copy, copy, write, options);
+    if (pairs <= options.most_pairs) {
+        Model copy = model;
+        result.remarks = check_model(list, copy, write, options);
+        return result;
     }
+    FileFindings of_values;
+    std::future<std::vector<std::string>> remarks = std::async(std::launch::async, [&] {
+        FindingList listed(of_values, options.most_of_a_rule, {}, options.ignored);
+        return check_values(model, {}, [&](Finding finding) { listed.add(std::move(finding)); });
+    });
+    Model copy = model;
+    shorten(series_of(copy), options.most_pairs);
+    const ReadBack found = check_export(list, copy, write, options);
+    result.remarks = remarks.get();
+    list.add_all(std::move(of_values));
+    add_losses(list, found.losses);
+    result.remarks.emplace_back("only the beginning of each series was looked at for losses; velm check looks at all");
     return result;
 }
 

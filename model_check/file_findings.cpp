@@ -20,6 +20,16 @@ void FindingList::count(const FindingRule& rule, std::uint64_t number)
     }
 }
 
+void FindingList::add_all(FileFindings&& found)
+{
+    for (Finding& finding : found.findings) {
+        add(std::move(finding));
+    }
+    for (const auto& [code, of_code] : found.counts) {
+        count(*of_code.rule, of_code.found - of_code.listed);
+    }
+}
+
 void FindingList::add(Finding finding)
 {
     count(*finding.rule, 1);

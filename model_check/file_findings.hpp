@@ -46,6 +46,8 @@ public:
     }
 
     void add(Finding finding);
+    /// Takes over what another list, of the same limit, was made for.
+    void add_all(FileFindings&& found);
     /// Counts without listing.
     void count(const FindingRule& rule, std::uint64_t number);
     [[nodiscard]] std::size_t most() const { return most_; }
