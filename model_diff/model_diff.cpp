@@ -184,16 +184,15 @@ private:
 
     void initial_conditions(const std::string& item, const System& before, const System& after)
     {
-        const auto list = [](const System& system, float InitialCondition::*member) {
-            std::vector<float> values;
-            for (const InitialCondition& condition : system.initial_conditions) {
-                values.push_back(condition.*member);
-            }
-            return values;
-        };
-        for (const auto& [field, member] : {std::pair{"concentration", &InitialCondition::concentration},
-                                            std::pair{"dissolved fraction", &InitialCondition::dissolved_fraction}}) {
-            by_segment(Section::initial_conditions, item, field, list(before, member), list(after, member));
+        for (const Column<InitialCondition>& column : tables::initial_condition.columns) {
+            const auto list = [&](const System& system) {
+                std::vector<float> values;
+                for (InitialCondition condition : system.initial_conditions) {
+                    values.push_back(std::get<float& (*)(InitialCondition&)>(column.member)(condition));
+                }
+                return values;
+            };
+            by_segment(Section::initial_conditions, item, name_in_words(column.name), list(before), list(after));
         }
     }
 
@@ -303,8 +302,8 @@ private:
     }
 
     /// Segments that one side lacks are reported as such, not here.
-    void by_segment(Section section, const std::string& item, const char* field, const std::vector<float>& before,
-                    const std::vector<float>& after)
+    void by_segment(Section section, const std::string& item, const std::string& field,
+                    const std::vector<float>& before, const std::vector<float>& after)
     {
         NumberChanges numbers;
         numbers.by_segment = true;
@@ -322,7 +321,7 @@ private:
         }
     }
 
-    void add(Section section, const std::string& item, const char* field, NumberChanges numbers)
+    void add(Section section, const std::string& item, const std::string& field, NumberChanges numbers)
     {
         if (!numbers.changes.empty()) {
             found_.push_back({section, Change::numbers, item, field, "", "", std::move(numbers)});
