@@ -12,27 +12,27 @@ namespace velm {
 namespace {
 
 /// What the soundness of a request is judged by, small enough to stay in the cache.
-struct Passing {
+struct ExpectedForm {
     std::int32_t call_form = 0;
     std::array<std::int32_t, 2> text_lengths{}; ///< 0: no text, or one of any length
 };
 
-consteval auto passing_of_keys()
+consteval auto expected_forms()
 {
-    std::array<Passing, std::size(host_keys)> passings{};
+    std::array<ExpectedForm, std::size(host_keys)> forms{};
     for (std::size_t i = 0; i < std::size(host_keys); ++i) {
-        passings[i].call_form = static_cast<std::int32_t>(host_keys[i].argument_count);
+        forms[i].call_form = static_cast<std::int32_t>(host_keys[i].argument_count);
         std::size_t text = 0;
         for (std::size_t argument = 0; argument < host_keys[i].argument_count; ++argument) {
             if (host_keys[i].arguments[argument].kind == Kind::text) {
-                passings[i].text_lengths[text++] = host_keys[i].arguments[argument].text_length;
+                forms[i].text_lengths[text++] = host_keys[i].arguments[argument].text_length;
             }
         }
     }
-    return passings;
+    return forms;
 }
 
-constexpr std::array passings = passing_of_keys();
+constexpr std::array forms = expected_forms();
 
 constexpr bool fits(std::int32_t passed, std::int32_t expected)
 {
@@ -47,14 +47,14 @@ constexpr bool fits(std::int32_t passed, std::int32_t expected)
                        std::to_string(passed.key_length) + (ended ? "" : ", not ended by a NUL"));
 }
 
-[[noreturn]] void refuse_call_form(const velm_host_request& passed, const Passing& expected)
+[[noreturn]] void refuse_call_form(const velm_host_request& passed, const ExpectedForm& expected)
 {
     throw Unanswerable(std::string(host_keys[passed.key_position].name) + ": asked through host_exchange_" +
                        std::to_string(passed.call_form) + ", its call form is host_exchange_" +
                        std::to_string(expected.call_form));
 }
 
-[[noreturn]] void refuse_text_length(const velm_host_request& passed, const Passing& expected, std::size_t text)
+[[noreturn]] void refuse_text_length(const velm_host_request& passed, const ExpectedForm& expected, std::size_t text)
 {
     throw Unanswerable(std::string(host_keys[passed.key_position].name) + ": length " +
                        std::to_string(passed.text_lengths[text]) + " passed for text " + std::to_string(text + 1) +
@@ -69,7 +69,7 @@ Request::Request(const velm_host_request& passed) : passed_(passed)
     if (passed.key_position == velm_unknown_key) {
         refuse_unknown_key(passed);
     }
-    const Passing& expected = passings[static_cast<std::size_t>(passed.key_position)];
+    const ExpectedForm& expected = forms[static_cast<std::size_t>(passed.key_position)];
     if (passed.call_form != expected.call_form) {
         refuse_call_form(passed, expected);
     }

@@ -6,6 +6,8 @@
 #include <rapidjson/stringbuffer.h>
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <ostream>
 
@@ -77,10 +79,18 @@ void JsonText::put(std::string_view member, std::string_view value)
     writer_->put(quoted(value));
 }
 
-void JsonText::put(std::string_view member, std::uint64_t value)
+void JsonText::put_count(std::string_view member, std::uint64_t value)
 {
     name(member);
     writer_->json.Uint64(value);
+}
+
+void JsonText::put(std::string_view member, float value)
+{
+    std::array<char, 32> text{};
+    double shown = value;
+    std::from_chars(text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr, shown);
+    put(member, shown);
 }
 
 void JsonText::put(std::string_view member, std::int64_t value)

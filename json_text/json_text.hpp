@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <iosfwd>
 #include <memory>
@@ -33,7 +34,11 @@ public:
     /// Members. A byte of a text that is no UTF-8 becomes a question mark; what could steer a terminal
     /// or turn a line around is escaped.
     void put(std::string_view member, std::string_view value);
-    void put(std::string_view member, std::uint64_t value);
+    void put(std::string_view member, std::integral auto value)
+    {
+        put_count(member, static_cast<std::uint64_t>(value));
+    }
+    void put(std::string_view member, float value); ///< with the digits of single precision: 0.1 for 0.1F
     void put(std::string_view member, std::int64_t value);
     void put(std::string_view member, double value); ///< null for what is not finite
     /// Left out when the text is empty.
@@ -46,6 +51,7 @@ public:
 
 private:
     void name(std::string_view member);
+    void put_count(std::string_view member, std::uint64_t value);
 
     struct Writer;
     std::unique_ptr<Writer> writer_;

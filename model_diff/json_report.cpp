@@ -1,5 +1,4 @@
 #include "json_text/json_text.hpp"
-#include "model/real_in_words.hpp"
 #include "model_diff/number_ranges.hpp"
 #include "model_diff/report.hpp"
 
@@ -10,12 +9,6 @@ namespace velm {
 
 namespace {
 
-/// As the shortest decimal number would read: 0.1F is 0.1, not 0.10000000149011612.
-double plain(float value)
-{
-    return std::strtod(real_in_words(value).c_str(), nullptr);
-}
-
 void put_range(JsonText& json, const NumberChanges& numbers, Change change)
 {
     const NumberRange range = NumberRange::of(numbers, change);
@@ -23,9 +16,9 @@ void put_range(JsonText& json, const NumberChanges& numbers, Change change)
         return;
     }
     json.begin_object(name_of(change));
-    json.put("count", std::uint64_t{range.count});
-    json.put("first", plain(range.first));
-    json.put("last", plain(range.last));
+    json.put("count", range.count);
+    json.put("first", range.first);
+    json.put("last", range.last);
     if (change == Change::changed) {
         json.put("largest_change", std::strtod(range.largest_change_in_words().c_str(), nullptr));
     }
@@ -37,12 +30,12 @@ void put_every(std::ostream& out, JsonText& json, const NumberChanges& numbers)
     json.begin_array("every");
     for (const NumberChange& number : numbers.changes) {
         json.begin_object();
-        json.put("at", plain(number.at));
+        json.put("at", number.at);
         if (number.change != Change::added) {
-            json.put("old", plain(number.old_value));
+            json.put("old", number.old_value);
         }
         if (number.change != Change::removed) {
-            json.put("new", plain(number.new_value));
+            json.put("new", number.new_value);
         }
         json.end_object();
         json.flush_to(out);
@@ -64,7 +57,7 @@ void put_difference(std::ostream& out, JsonText& json, const Difference& differe
     if (difference.change == Change::numbers) {
         const NumberChanges& numbers = difference.numbers;
         json.put("by", numbers.by_segment ? "segment" : "day");
-        json.put("in_both", std::uint64_t{numbers.in_both});
+        json.put("in_both", numbers.in_both);
         for (const Change change : {Change::changed, Change::added, Change::removed}) {
             put_range(json, numbers, change);
         }

@@ -1,5 +1,7 @@
 #include "water_balance/connections.hpp"
 
+#include "model/items.hpp"
+
 #include <algorithm>
 
 namespace velm {
@@ -30,24 +32,11 @@ void connect(Connections& connections, const Ends& ends, bool exchange, std::int
 std::vector<std::vector<Connection>> connections_of(const Model& model)
 {
     Connections connections(model.segments.size());
-    std::int32_t number = 0;
-    for (const FlowField& field : model.flow_fields) {
-        ++number;
-        for (const FlowFunction& function : field.functions) {
-            for (const FlowPath& path : function.paths) {
-                connect(connections, path, false, number);
-            }
+    for_each_item(model, [&](const auto& table, const RowNumbers& numbers, const auto& item) {
+        if constexpr (requires { item.first_segment; }) {
+            connect(connections, item, table.name == "exchange_pair", static_cast<std::int32_t>(numbers[0]));
         }
-    }
-    number = 0;
-    for (const ExchangeField& field : model.exchange_fields) {
-        ++number;
-        for (const ExchangeFunction& function : field.functions) {
-            for (const ExchangePair& pair : function.pairs) {
-                connect(connections, pair, true, number);
-            }
-        }
-    }
+    });
     for (std::vector<Connection>& of_segment : connections) {
         std::sort(of_segment.begin(), of_segment.end());
         of_segment.erase(std::unique(of_segment.begin(), of_segment.end()), of_segment.end());

@@ -9,58 +9,24 @@
 namespace velm {
 namespace {
 
-constexpr std::array labelled{&records::module_type,
-                              &records::start_date_and_time,
-                              &records::skip_date_and_time,
-                              &records::julian_end_time,
-                              &records::number_of_systems,
-                              &records::mass_balance_table_output,
-                              &records::solution_technique,
-                              &records::negative_solution,
-                              &records::restart,
-                              &records::time_optimization,
-                              &records::water_quality_linkage,
-                              &records::topt_factor,
-                              &records::time_steps,
-                              &records::print_interval,
-                              &records::number_of_segments,
-                              &records::bed_volume_option,
-                              &records::bed_compaction_time_step,
-                              &records::volume_factors,
-                              &records::segment_name_caption,
-                              &records::segment_caption,
-                              &records::flow_pathways,
-                              &records::number_of_flow_path_fields,
-                              &records::number_of_flow_functions,
-                              &records::number_of_flow_fields,
-                              &records::number_of_inflows,
-                              &records::flow_factors,
-                              &records::number_of_time_pairs,
-                              &records::number_of_exchange_fields,
-                              &records::number_of_exchange_functions,
-                              &records::exchange_factors,
-                              &records::number_of_exchange_pairs,
-                              &records::number_of_boundaries,
-                              &records::boundary_factors,
-                              &records::boundary_segment,
-                              &records::nps_option,
-                              &records::number_of_loads,
-                              &records::load_factors,
-                              &records::load_segment,
-                              &records::number_of_time_functions,
-                              &records::number_of_parameters,
-                              &records::scale_factors,
-                              &records::parameter,
-                              &records::segment_assignments,
-                              &records::assigned_segment,
-                              &records::parameter_value,
-                              &records::number_of_constants,
-                              &records::constant,
-                              &records::initial_conditions_for_system,
-                              &records::solids_transport_field,
-                              &records::solids_density,
-                              &records::maximum_concentration,
-                              &records::initial_condition_caption};
+template <class... Records>
+constexpr std::array<const Record*, sizeof...(Records)> list_of(const Records&... records)
+{
+    return {&records...};
+}
+
+using namespace records;
+constexpr auto labelled = list_of(
+    module_type, start_date_and_time, skip_date_and_time, julian_end_time, number_of_systems, mass_balance_table_output,
+    solution_technique, negative_solution, restart, time_optimization, water_quality_linkage, topt_factor, time_steps,
+    print_interval, number_of_segments, bed_volume_option, bed_compaction_time_step, volume_factors,
+    segment_name_caption, segment_caption, flow_pathways, number_of_flow_path_fields, number_of_flow_functions,
+    number_of_flow_fields, number_of_inflows, flow_factors, number_of_time_pairs, number_of_exchange_fields,
+    number_of_exchange_functions, exchange_factors, number_of_exchange_pairs, number_of_boundaries, boundary_factors,
+    boundary_segment, nps_option, number_of_loads, load_factors, load_segment, number_of_time_functions,
+    number_of_parameters, scale_factors, parameter, segment_assignments, assigned_segment, parameter_value,
+    number_of_constants, constant, initial_conditions_for_system, solids_transport_field, solids_density,
+    maximum_concentration, initial_condition_caption);
 
 } // namespace
 

@@ -9,7 +9,6 @@
 #include "tool/files/file_name.hpp"
 #include "tool/files/model_file.hpp"
 #include "tool/plug_in/exported_model.hpp"
-#include "tool/system/operating_system.hpp"
 #include "tool/system/progress_bar.hpp"
 #include "tool/system/terminal.hpp"
 
@@ -54,7 +53,7 @@ FileFindings check_file(const FileName& file, const CheckArguments& arguments, F
         if (work != what && work != "done") {
             work = what;
             bar.reset();
-            bar.emplace(what, all == 0 ? "rows" : "bytes", all, !arguments.quiet && has_capable_terminal());
+            bar.emplace(what, all == 0 ? "rows" : "bytes", all, arguments.quiet);
         }
         if (bar) {
             bar->show(done);
@@ -68,7 +67,7 @@ FileFindings check_file(const FileName& file, const CheckArguments& arguments, F
     std::optional<ExportedModel> exported;
     const auto write = [&](const Model& model) {
         bar.reset();
-        const PlugIn plug_in(arguments.plug_in.empty() ? default_plug_in() : std::filesystem::path(arguments.plug_in));
+        const PlugIn plug_in(arguments.plug_in);
         return exported.emplace(plug_in, model, arguments.quiet).file();
     };
     return check_database(file, write, options);

@@ -18,7 +18,7 @@ struct Command {
     std::function<ExitCode()> run;
 };
 
-/// Each makes one command below `tool`, in a file of its own. main.cpp lists them in the order of the help.
+/// Each makes one command below `tool`. main.cpp lists them in the order of the help.
 Command export_command(CLI::App& tool);
 Command check_command(CLI::App& tool);
 Command diff_command(CLI::App& tool);

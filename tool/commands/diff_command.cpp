@@ -36,7 +36,7 @@ Model read(const FileName& file, FileKind kind, bool as_exported, bool quiet, co
     if (kind == FileKind::input_file || !as_exported) {
         return model;
     }
-    const PlugIn plug_in(arguments.plug_in.empty() ? default_plug_in() : std::filesystem::path(arguments.plug_in));
+    const PlugIn plug_in(arguments.plug_in);
     return read_input_model(ExportedModel(plug_in, model, quiet).file(), "the input file of " + file, {.quiet = quiet})
         .model;
 }

@@ -198,7 +198,7 @@ void refuse_losses(const ExportArguments& arguments, const ExportLosses& losses)
 void export_model(const ExportArguments& arguments, WholeFile& output, Panel& panel)
 {
     const auto start = std::chrono::steady_clock::now();
-    const PlugIn plug_in(arguments.plug_in.empty() ? default_plug_in() : fs::path(arguments.plug_in));
+    const PlugIn plug_in(arguments.plug_in);
     panel.set_outcome("refused");
     ModelFileOptions reading;
     reading.quiet = arguments.quiet;

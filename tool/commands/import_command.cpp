@@ -6,7 +6,6 @@
 #include "tool/files/file_kind.hpp"
 #include "tool/files/file_name.hpp"
 #include "tool/files/model_file.hpp"
-#include "tool/system/operating_system.hpp"
 #include "tool/system/progress_bar.hpp"
 #include "tool/system/terminal.hpp"
 
@@ -61,7 +60,7 @@ InputFile read(const ImportArguments& arguments)
 {
     std::error_code unknown; // then the bar shows no end
     const std::uintmax_t size = fs::file_size(arguments.input, unknown);
-    ProgressBar bar("import", "bytes", unknown ? 0 : size, !arguments.quiet && has_capable_terminal());
+    ProgressBar bar("import", "bytes", unknown ? 0 : size, arguments.quiet);
     ReadOptions options;
     options.on_progress = [&](std::uint64_t bytes) { bar.show(bytes); };
     try {
@@ -98,7 +97,7 @@ void refuse_problems(const ImportArguments& arguments, const InputFile& file)
 
 void save(const ImportArguments& arguments, const InputFile& file)
 {
-    ProgressBar bar("save", "rows", 0, !arguments.quiet && has_capable_terminal());
+    ProgressBar bar("save", "rows", 0, arguments.quiet);
     try {
         save_model(file.model, arguments.model,
                    {.missing = file.gaps, .standing = standing(arguments), .on_progress = [&](std::uint64_t rows) {

@@ -1,5 +1,4 @@
 #include "model/items.hpp"
-#include "model/real_in_words.hpp"
 #include "model_store/latin1.hpp"
 #include "tool/commands/model_info.hpp"
 #include "water_balance/connections.hpp"
@@ -13,11 +12,6 @@
 
 namespace velm {
 namespace {
-
-void put_count(JsonText& json, std::string_view member, std::size_t count)
-{
-    json.put(member, static_cast<std::uint64_t>(count));
-}
 
 /// The day, and its date where the start has one.
 void put_day(JsonText& json, const ModelInfo& info, const std::string& name, double day)
@@ -35,7 +29,7 @@ void put_run(JsonText& json, const ModelInfo& info)
     for (const auto& [member, days] : {std::pair{"minimum_time_step", model.minimum_time_step},
                                        {"maximum_time_step", model.maximum_time_step},
                                        {"print_interval", model.print_interval}}) {
-        json.put(member, std::stod(real_in_words(days))); // 0.1 rather than what is nearest to it in single precision
+        json.put(member, days);
     }
     json.end_object();
 }
@@ -45,11 +39,11 @@ void put_systems(JsonText& json, const Model& model)
     json.begin_array("systems");
     for_each_numbered(model.systems, [&](const System& system, std::int64_t number) {
         json.begin_object();
-        put_count(json, "number", static_cast<std::size_t>(number));
+        json.put("number", number);
         json.put("name", utf8_from_latin1(system.name));
         json.put("tag", utf8_from_latin1(system.tag));
-        put_count(json, "boundaries", system.boundaries.items.size());
-        put_count(json, "loads", system.loads.items.size());
+        json.put("boundaries", system.boundaries.items.size());
+        json.put("loads", system.loads.items.size());
         json.end_object();
     });
     json.end_array();
@@ -60,19 +54,19 @@ void put_series(JsonText& json, const ModelInfo& info, const SeriesItem& item)
     const SeriesFacts facts = facts_of(*item.series, item.factor);
     json.begin_object();
     json.put("table", item.table);
-    put_count(json, "owner", static_cast<std::size_t>(item.owner));
-    put_count(json, "number", static_cast<std::size_t>(item.number));
+    json.put("owner", item.owner);
+    json.put("number", item.number);
     if (item.segment != 0) {
         json.put("segment", std::int64_t{item.segment});
     }
     json.put_if_any("description", utf8_from_latin1(item.description));
-    put_count(json, "used", item.used ? 1 : 0);
-    put_count(json, "pairs", facts.pairs);
+    json.put("used", item.used ? 1 : 0);
+    json.put("pairs", facts.pairs);
     if (facts.pairs > 0) {
         put_day(json, info, "first", facts.first_day);
         put_day(json, info, "last", facts.last_day);
         json.put("usual_step", facts.usual_step);
-        put_count(json, "gaps", facts.gaps);
+        json.put("gaps", facts.gaps);
         if (facts.gaps > 0) {
             put_day(json, info, "longest_gap_from", facts.longest_gap.from);
             put_day(json, info, "longest_gap_to", facts.longest_gap.to);
@@ -94,7 +88,7 @@ void put_segments(JsonText& json, const ModelInfo& info)
         const auto place = static_cast<std::size_t>(number - 1);
         const MeanFlow mean = info.water.mean_flow(static_cast<std::int32_t>(number));
         json.begin_object();
-        put_count(json, "number", static_cast<std::size_t>(number));
+        json.put("number", number);
         json.put("name", utf8_from_latin1(segment.name));
         json.put("type", std::int64_t{segment.type});
         json.put("volume", info.water.start_volume(static_cast<std::int32_t>(number)));
@@ -108,9 +102,9 @@ void put_segments(JsonText& json, const ModelInfo& info)
         json.begin_array("connections");
         for (const Connection& one : connections[place]) {
             json.begin_object();
-            put_count(json, "segment", static_cast<std::size_t>(one.segment));
+            json.put("segment", one.segment);
             json.put("by", one.exchange ? "exchange" : "flow");
-            put_count(json, "field", static_cast<std::size_t>(one.field));
+            json.put("field", one.field);
             json.end_object();
         }
         json.end_array();
@@ -126,7 +120,7 @@ void put_info(JsonText& json, const ModelInfo& info)
     json.begin_object();
     json.put("file", info.file);
     json.put("kind", info.database ? "model database" : "input file");
-    put_count(json, "errors", info.errors);
+    json.put("errors", info.errors);
     put_run(json, info);
     put_systems(json, info.model());
     json.begin_object("water");

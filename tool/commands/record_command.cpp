@@ -77,7 +77,7 @@ ExitCode record_host(const RecordArguments& arguments)
 {
     refuse_stream(arguments.session, "SESSION", "a session is recorded in a file of its own; give a file name");
     refuse_existing_session(arguments.session);
-    const PlugIn plug_in(arguments.plug_in.empty() ? default_plug_in() : std::filesystem::path(arguments.plug_in));
+    const PlugIn plug_in(arguments.plug_in);
     const HostLibrary host = load_host(arguments.host);
     SessionRecorder recorder(arguments.session);
     RecordedLibrary recorded(host, recorder);

@@ -6,7 +6,6 @@
 #include "tool/files/model_file.hpp"
 #include "tool/plug_in/plug_in.hpp"
 #include "tool/plug_in/written_file.hpp"
-#include "tool/system/operating_system.hpp"
 #include "tool/system/progress_bar.hpp"
 #include "tool/system/terminal.hpp"
 #include "whole_file/whole_file.hpp"
@@ -53,7 +52,7 @@ ExitCode exit_code(const Replay& replay)
 void run_plug_in(const PlugIn& plug_in, Replay& replay, const ReplayArguments& arguments)
 {
     std::optional<ProgressBar> bar;
-    bar.emplace("replay", "requests", 0, !arguments.quiet && has_capable_terminal());
+    bar.emplace("replay", "requests", 0, arguments.quiet);
     replay.on_progress = [&](std::uint64_t requests) { bar->show(requests); };
     replay.on_stop = [&] {
         bar.reset();
@@ -81,7 +80,7 @@ ExitCode replay_session(const ReplayArguments& arguments)
     }
     WholeFile output(arguments.output, Standing::replaced);
     refuse_long_path(output.content().string());
-    const PlugIn plug_in(arguments.plug_in.empty() ? default_plug_in() : std::filesystem::path(arguments.plug_in));
+    const PlugIn plug_in(arguments.plug_in);
     Replay replay = start_of_export(*session, arguments, output.content().string());
     run_plug_in(plug_in, replay, arguments);
 

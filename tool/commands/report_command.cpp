@@ -90,9 +90,7 @@ Model read_reported_model(const ReportArguments& arguments, Report& report)
         std::optional<ExportedModel> exported;
         CheckOptions options;
         options.most_pairs = most_pairs_of_a_check;
-        const auto write_input_file = [&](const Model& copy) {
-            return exported.emplace(PlugIn(default_plug_in()), copy, quiet).file();
-        };
+        const auto write_input_file = [&](const Model& copy) { return exported.emplace(PlugIn(), copy, quiet).file(); };
         return check_loaded_model(*report.model, write_input_file, options);
     };
     return model;

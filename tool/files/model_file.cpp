@@ -5,7 +5,6 @@
 #include "model_check/report.hpp"
 #include "tool/exit_code.hpp"
 #include "tool/files/file_arguments.hpp"
-#include "tool/system/operating_system.hpp"
 #include "tool/system/progress_bar.hpp"
 
 #include <filesystem>
@@ -61,7 +60,7 @@ namespace {
 
 Model read_database(const FileName& database, const ModelFileOptions& options)
 {
-    ProgressBar bar("load", "rows", 0, !options.quiet && has_capable_terminal());
+    ProgressBar bar("load", "rows", 0, options.quiet);
     LoadOptions loading;
     loading.on_progress = [&](std::uint64_t rows) { bar.show(rows); };
     if (!options.changes.empty()) {
@@ -87,7 +86,7 @@ ModelFile read_input_model(const std::filesystem::path& file, const std::string&
 {
     std::error_code unknown; // then the bar shows no end
     const std::uintmax_t size = std::filesystem::file_size(file, unknown);
-    ProgressBar bar("read", "bytes", unknown ? 0 : size, !options.quiet && has_capable_terminal());
+    ProgressBar bar("read", "bytes", unknown ? 0 : size, options.quiet);
     ReadOptions reading;
     reading.on_progress = [&](std::uint64_t bytes) { bar.show(bytes); };
     constexpr std::size_t most_listed = 5;

@@ -17,6 +17,20 @@ namespace {
 
 namespace fs = std::filesystem;
 
+fs::path default_plug_in()
+{
+    fs::path built = executable_directory() / VELM_PLUG_IN_NAME;
+    if (fs::exists(built)) {
+        return built;
+    }
+    const fs::path installed = executable_directory() / VELM_LIBRARY_DIRECTORY / VELM_PLUG_IN_NAME;
+    if (fs::exists(installed)) {
+        return installed.lexically_normal();
+    }
+    throw ToolError(ExitCode::failed, "there is no export plug-in: neither " + shown(built) + " nor " +
+                                          shown(installed.lexically_normal()) + "; name one with --plugin");
+}
+
 void (*procedure_of(const fs::path& library))()
 {
     if (!fs::is_regular_file(library)) {
@@ -72,20 +86,6 @@ void PlugIn::end_process(ExitCode code)
     std::exit(static_cast<int>(code)); // NOLINT(concurrency-mt-unsafe): one thread exports
 }
 
-PlugIn::PlugIn(const fs::path& library) : importexport(procedure_of(library)) {}
-
-fs::path default_plug_in()
-{
-    fs::path built = executable_directory() / VELM_PLUG_IN_NAME;
-    if (fs::exists(built)) {
-        return built;
-    }
-    const fs::path installed = executable_directory() / VELM_LIBRARY_DIRECTORY / VELM_PLUG_IN_NAME;
-    if (fs::exists(installed)) {
-        return installed.lexically_normal();
-    }
-    throw ToolError(ExitCode::failed, "there is no export plug-in: neither " + shown(built) + " nor " +
-                                          shown(installed.lexically_normal()) + "; name one with --plugin");
-}
+PlugIn::PlugIn(const fs::path& library) : importexport(procedure_of(library.empty() ? default_plug_in() : library)) {}
 
 } // namespace velm

@@ -9,8 +9,9 @@ namespace velm {
 /// The export plug-in, loaded as a library as any host loads it. It stays loaded until the process ends.
 class PlugIn {
 public:
-    /// Throws ToolError when there is no such file or it has no procedure importexport.
-    explicit PlugIn(const std::filesystem::path& library);
+    /// Without a name, the plug-in that belongs to this tool: beside the executable as it is built, or in the library
+    /// directory as it is installed. Throws ToolError when there is no such file or it has no procedure importexport.
+    explicit PlugIn(const std::filesystem::path& library = {});
 
     /// Runs one export. Whatever the plug-in throws comes through. One that ends the process, or its thread, ends it
     /// with ExitCode::failed and words that say so.
@@ -22,9 +23,5 @@ public:
 private:
     void (*importexport)();
 };
-
-/// The plug-in that belongs to this tool: beside the executable as it is built, or in the library directory as
-/// it is installed. Throws ToolError when neither has it.
-[[nodiscard]] std::filesystem::path default_plug_in();
 
 } // namespace velm

@@ -3,7 +3,6 @@
 #include "model/items.hpp"
 #include "plain_text/plain_text.hpp"
 #include "tool/plug_in/panel_page.hpp"
-#include "tool/system/operating_system.hpp"
 #include "tool/system/progress_bar.hpp"
 
 #include <cstdint>
@@ -54,7 +53,7 @@ std::uint64_t values_to_serve(const Model& model)
 std::string run_plug_in(const PlugIn& plug_in, const Model& model, HeadlessHost& host, bool quiet,
                         SessionRecorder* recorder)
 {
-    ProgressBar bar("export", "values", values_to_serve(model), !quiet && has_capable_terminal());
+    ProgressBar bar("export", "values", values_to_serve(model), quiet);
     host.on_progress = [&](std::uint64_t values) { bar.show(values); };
     RecordedHost recorded{host, recorder};
     const auto attached = recorder == nullptr ? AttachedHost(&HeadlessHost::answer, &host)

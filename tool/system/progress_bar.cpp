@@ -64,8 +64,8 @@ std::string progress_text(std::string_view work, std::string_view unit, std::uin
     return text.substr(0, columns);
 }
 
-ProgressBar::ProgressBar(std::string_view work_name, std::string_view unit_name, std::uint64_t whole, bool drawn)
-    : work(work_name), unit(unit_name), total(whole), shown(drawn)
+ProgressBar::ProgressBar(std::string_view work_name, std::string_view unit_name, std::uint64_t whole, bool quiet)
+    : work(work_name), unit(unit_name), total(whole), shown(!quiet && has_capable_terminal())
 {
 }
 

@@ -11,8 +11,9 @@ namespace velm {
 /// The line is removed when the bar goes.
 class ProgressBar {
 public:
-    /// `whole` is how much there is to do; 0 when that is not known. The names outlive the bar.
-    ProgressBar(std::string_view work_name, std::string_view unit_name, std::uint64_t whole, bool drawn);
+    /// `whole` is how much there is to do; 0 when that is not known. The names outlive the bar. Nothing is drawn when
+    /// `quiet`, nor where there is no terminal that can.
+    ProgressBar(std::string_view work_name, std::string_view unit_name, std::uint64_t whole, bool quiet);
     ~ProgressBar();
     ProgressBar(const ProgressBar&) = delete;
     ProgressBar& operator=(const ProgressBar&) = delete;
