@@ -12,7 +12,7 @@
 
 namespace velm {
 
-/// The tables of tables.hpp, for those who meet them at run time.
+/// The tables of tables.hpp, for those who meet them at run time; for_each_table() has them in this order.
 enum class TableId : std::uint8_t {
     model,
     system,
@@ -38,24 +38,12 @@ enum class TableId : std::uint8_t {
 template <class Use>
 constexpr void for_each_table(Use use)
 {
-    use(TableId::model, tables::model);
-    use(TableId::system, tables::system);
-    use(TableId::segment, tables::segment);
-    use(TableId::initial_condition, tables::initial_condition);
-    use(TableId::flow_field, tables::flow_field);
-    use(TableId::flow_function, tables::flow_function);
-    use(TableId::flow_path, tables::flow_path);
-    use(TableId::exchange_field, tables::exchange_field);
-    use(TableId::exchange_function, tables::exchange_function);
-    use(TableId::exchange_pair, tables::exchange_pair);
-    use(TableId::boundary, tables::boundary);
-    use(TableId::load, tables::load);
-    use(TableId::time_function_type, tables::time_function_type);
-    use(TableId::time_function, tables::time_function);
-    use(TableId::parameter_type, tables::parameter_type);
-    use(TableId::parameter, tables::parameter);
-    use(TableId::constant_type, tables::constant_type);
-    use(TableId::constant, tables::constant);
+    std::uint8_t id = 0;
+    const auto use_in_order = [&](const auto&... table) { (use(static_cast<TableId>(id++), table), ...); };
+    using namespace tables;
+    use_in_order(model, system, segment, initial_condition, flow_field, flow_function, flow_path, exchange_field,
+                 exchange_function, exchange_pair, boundary, load, time_function_type, time_function, parameter_type,
+                 parameter, constant_type, constant);
 }
 
 /// Goes to one item of a model, or of one in the making, and calls use(table, item).
