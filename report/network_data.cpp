@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <optional>
 #include <type_traits>
 
@@ -65,15 +66,19 @@ void put_shape_data(PageData& data, const Model& model)
     }
 }
 
+/// What an input file that ends too early lacks is no number.
 void put_start_and_parameters(PageData& data, const Model& model)
 {
+    constexpr double missing = std::numeric_limits<double>::quiet_NaN();
     const std::size_t segments = model.segments.size();
     for (const char* const group : {"concentration at the start", "dissolved fraction at the start"}) {
         const bool held = std::string_view(group).starts_with("c");
         for (const System& system : model.systems) {
-            const auto number = [&](std::size_t i) {
-                const InitialCondition& condition = system.initial_conditions.at(i);
-                return held ? condition.concentration : condition.dissolved_fraction;
+            const auto& conditions = system.initial_conditions;
+            const auto number = [&](std::size_t i) -> double {
+                return i >= conditions.size() ? missing
+                       : held                 ? conditions[i].concentration
+                                              : conditions[i].dissolved_fraction;
             };
             put_datum(data, group, system.name, held ? "mg/L" : "", number, segments);
         }
@@ -84,7 +89,7 @@ void put_start_and_parameters(PageData& data, const Model& model)
                 parameter.description.empty() ? "ISC " + std::to_string(type.isc) : parameter.description;
             put_datum(
                 data, "parameters", parameter.used ? name : name + " (not used)", "",
-                [&](auto i) { return parameter.values.at(i); }, segments);
+                [&](auto i) { return i < parameter.values.size() ? double{parameter.values[i]} : missing; }, segments);
         }
     }
 }

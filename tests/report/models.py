@@ -142,6 +142,8 @@ for one in names:
     velm("report", FOLDER / f"{one}.db", FOLDER / f"{one}.html")
 velm("export", FOLDER / "estuary.db", FOLDER / "estuary.inp")
 velm("report", FOLDER / "estuary.inp", FOLDER / "input_file.html")
+(FOLDER / "cut.inp").write_bytes((FOLDER / "estuary.inp").read_bytes()[:-500])
+velm("report", FOLDER / "cut.inp", FOLDER / "cut.html")
 (FOLDER / "changed.db").write_bytes((FOLDER / "estuary.db").read_bytes())
 changed = sqlite3.connect(FOLDER / "changed.db")
 changed.executescript("UPDATE segment SET width = 99 WHERE number = 9; UPDATE flow_value SET value = value * 2 "

@@ -253,6 +253,9 @@ test("constants of the tables; a page from an input file; one file that names wh
     await open("input_file", async (page) => {
         assert.equal((await attributes(page, "data-path")).length, expected.estuary.paths.length);
     });
+    await open("cut", async (page) => {
+        assert.ok(await page.locator('[data-finding="V110"]').count() > 0);
+    });
     const text = readFileSync(join(folder, "estuary.html"), "utf8");
     assert.match(text, /default-src 'none'; script-src 'sha256-[^']+'; style-src 'sha256-[^']+'/);
     assert.ok(statSync(join(folder, "estuary.html")).size <= 600_000);

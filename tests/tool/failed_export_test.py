@@ -56,6 +56,7 @@ class FailedExport(ToolCase):
         for arguments, word, why, said in [
             (["model.db", "new.inp", *failing], "failed", "the export failed, new.inp is not written: ", "The disk is full"),
             (["model.db", "out.inp", *failing], "failed", UNCHANGED[6:] + "the plug-in did", "The disk is full"),
+            (["model.db", "missing/out.inp"], "failed", "the folder missing does not exist", "The plug-in said nothing."),
             (["missing.db", "out.inp"], "refused", "missing.db does not exist", "The plug-in said nothing."),
             (["model.db", "out.inp", "--strict", "--sql", "wide.sql"], "refused",
              "the export is refused, out.inp is as it was: ", "File Export is Complete"),

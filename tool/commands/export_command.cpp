@@ -245,10 +245,11 @@ void export_model(const ExportArguments& arguments, WholeFile& output, Panel& pa
 ExitCode export_with_panel(const ExportArguments& arguments)
 {
     check(arguments);
-    WholeFile output(arguments.output, Standing::replaced);
-    refuse_long_path(output.content().string());
     Panel panel(arguments);
     try {
+        panel.set_outcome("failed");
+        WholeFile output(arguments.output, Standing::replaced);
+        refuse_long_path(output.content().string());
         export_model(arguments, output, panel);
     } catch (const std::exception& error) {
         try {
