@@ -2,6 +2,7 @@
 
 #include "headless_host/headless_host.hpp"
 #include "headless_host/request.hpp"
+#include "plain_text/plain_text.hpp"
 #include "session/exchange_line.hpp"
 
 #include <algorithm>
@@ -16,6 +17,12 @@ constexpr std::uint64_t requests_between_progress = 65'536;
 bool is_of_version_panel(std::int32_t key_position, std::string_view fragment)
 {
     return key_position == "PINFOHTML"_key && !fragment.starts_with("<li>");
+}
+
+bool begins_failure_item(const velm_host_request& request)
+{
+    return key_of(request) != nullptr && request.key_position == "PINFOHTML"_key &&
+           bytes_of(request)[0].starts_with(R"(<li><span style="font-weight: bold; color: red;">)");
 }
 
 std::string words_of(RecordedExchange exchange)
@@ -85,6 +92,15 @@ void Replay::serve(const velm_host_request& request)
             advance();
         }
     }
+    if (is_failing_) {
+        const std::string_view said = bytes_of(request)[0];
+        return stop(Outcome::failure, "the plug-in said: " + printable(said.substr(0, said.find('<'))));
+    }
+    const bool is_recorded = export_goes_on() && is_same_request(*next_, request);
+    if (!is_recorded && begins_failure_item(request)) {
+        is_failing_ = true;
+        return;
+    }
     if (!export_goes_on()) {
         if (next_ == nullptr && !session_.is_closed()) {
             return stop(Outcome::damage, session_.end_in_words() + ": the recording breaks off; the plug-in asked " +
@@ -92,7 +108,7 @@ void Replay::serve(const velm_host_request& request)
         }
         return depart("the export's end", request_in_words(request));
     }
-    if (!is_same_request(*next_, request)) {
+    if (!is_recorded) {
         return depart(words_of(*next_), request_in_words(request));
     }
     if (request.key_position == "GFILENAME"_key) {

@@ -22,6 +22,7 @@ public:
         same,      ///< so far
         departure, ///< the plug-in asked something else than it did then
         damage,    ///< the session cannot be read on
+        failure,   ///< the plug-in says that its export failed, which it did not then
     };
 
     /// Reads `session` up to the export that is `export_number`, from 1. Both outlive this. Throws SessionError, and
@@ -62,6 +63,7 @@ private:
     std::string reason_;
     std::uint64_t requests_ = 0;
     bool in_version_panel_ = true;
+    bool is_failing_ = false; ///< what the plug-in says next is why
     bool export_completed_ = false;
 };
 

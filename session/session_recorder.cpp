@@ -1,6 +1,7 @@
 #include "session/session_recorder.hpp"
 
 #include "headless_host/request.hpp"
+#include "plain_text/plain_text.hpp"
 #include "session/exchange.hpp"
 #include "session/system.hpp"
 
@@ -21,7 +22,7 @@ void SessionRecorder::attempt(Work work) noexcept
     try {
         work();
     } catch (const std::exception& error) {
-        (void)std::fclose(std::exchange(file_, nullptr)); // what failed to be written is all that is left
+        failed_ = std::exchange(file_, nullptr);
         try {
             failure_ = error.what();
         } catch (const std::exception&) {
@@ -31,8 +32,23 @@ void SessionRecorder::attempt(Work work) noexcept
 }
 
 SessionRecorder::SessionRecorder(const std::filesystem::path& file)
-    : file_(create_new_file(file, "{\"velm_session\":" + std::to_string(session_version) + "}\n"))
+    : name_(file), file_(create_new_file(file, "{\"velm_session\":" + std::to_string(session_version) + "}\n"))
 {
+}
+
+SessionRecorder::~SessionRecorder()
+{
+    close();
+    if (failed_ != nullptr) {
+        (void)std::fclose(failed_); // what failed to be written is all that is left
+    }
+}
+
+void SessionRecorder::remove_if_failed() noexcept
+{
+    if (failed_ != nullptr) {
+        remove_new_file(std::exchange(failed_, nullptr), name_);
+    }
 }
 
 void SessionRecorder::close() noexcept
@@ -71,7 +87,7 @@ void SessionRecorder::after_answer(const velm_host_request& request) noexcept
 void SessionRecorder::write(const std::string& line)
 {
     if (std::fwrite(line.data(), 1, line.size(), file_) != line.size() || std::fflush(file_) != 0) {
-        throw std::system_error(errno, std::generic_category(), "the session cannot be written");
+        throw std::system_error(errno, std::generic_category(), "the session " + shown(name_) + " cannot be written");
     }
 }
 

@@ -20,7 +20,7 @@ public:
     /// Creates the session file. Throws std::system_error when it exists or cannot be created and written; then no
     /// new file is left.
     explicit SessionRecorder(const std::filesystem::path& file);
-    ~SessionRecorder() { close(); }
+    ~SessionRecorder();
     SessionRecorder(const SessionRecorder&) = delete;
     SessionRecorder& operator=(const SessionRecorder&) = delete;
     SessionRecorder(SessionRecorder&&) = delete;
@@ -51,6 +51,9 @@ public:
     /// Writes the closing line and closes the file; nothing is recorded afterwards.
     void close() noexcept;
 
+    /// Removes the file if recording has stopped before close.
+    void remove_if_failed() noexcept;
+
     /// Why recording stopped before close; empty when it did not.
     [[nodiscard]] const std::string& failure() const { return failure_; }
 
@@ -62,7 +65,9 @@ private:
     template <class Work>
     void attempt(Work work) noexcept;
 
-    std::FILE* file_; ///< null when recording has stopped
+    std::filesystem::path name_;
+    std::FILE* file_;             ///< null when recording has stopped
+    std::FILE* failed_ = nullptr; ///< the file if that was a failure
     std::string failure_;
     std::uint64_t exchanges_ = 0;
     BeforeAnswer before_; ///< of the exchange under way

@@ -22,18 +22,24 @@ std::FILE* create_new_file(const std::filesystem::path& file, std::string_view b
     if (descriptor < 0) {
         throw std::system_error(errno, std::generic_category(), "cannot create " + shown(file));
     }
+    std::FILE* const opened = fdopen(descriptor, "w");
     if (write(descriptor, beginning.data(), beginning.size()) != static_cast<ssize_t>(beginning.size())) {
         const int reason = errno;
-        struct stat made = {};
-        struct stat named = {};
-        if (fstat(descriptor, &made) == 0 && lstat(file.c_str(), &named) == 0 && made.st_dev == named.st_dev &&
-            made.st_ino == named.st_ino) { // nobody has put another in its place
-            (void)unlink(file.c_str());
-        }
-        (void)close(descriptor);
+        remove_new_file(opened, file);
         throw std::system_error(reason, std::generic_category(), "cannot write " + shown(file));
     }
-    return fdopen(descriptor, "w");
+    return opened;
+}
+
+void remove_new_file(std::FILE* opened, const std::filesystem::path& file) noexcept
+{
+    struct stat made = {};
+    struct stat named = {};
+    if (fstat(fileno(opened), &made) == 0 && lstat(file.c_str(), &named) == 0 && made.st_dev == named.st_dev &&
+        made.st_ino == named.st_ino) { // nobody has put another in its place
+        (void)unlink(file.c_str());
+    }
+    (void)std::fclose(opened);
 }
 
 std::filesystem::path own_library()

@@ -12,6 +12,9 @@ namespace velm {
 /// when it exists, or cannot be created or written; then no new file is left.
 [[nodiscard]] std::FILE* create_new_file(const std::filesystem::path& file, std::string_view beginning);
 
+/// Closes a file that create_new_file has made, and removes it if it is still there.
+void remove_new_file(std::FILE* opened, const std::filesystem::path& file) noexcept;
+
 /// The library, or the program, that holds this function. Throws std::system_error when that is unknown.
 [[nodiscard]] std::filesystem::path own_library();
 

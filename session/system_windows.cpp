@@ -30,15 +30,21 @@ std::FILE* create_new_file(const std::filesystem::path& file, std::string_view b
     if (descriptor < 0) {
         throw std::system_error(errno, std::generic_category(), "cannot create " + shown(file));
     }
+    std::FILE* const opened = _fdopen(descriptor, "wb");
     if (_write(descriptor, beginning.data(), static_cast<unsigned>(beginning.size())) !=
         static_cast<int>(beginning.size())) {
         const int reason = errno;
-        (void)_close(descriptor);
-        std::error_code ignored;
-        std::filesystem::remove(file, ignored);
+        remove_new_file(opened, file);
         throw std::system_error(reason, std::generic_category(), "cannot write " + shown(file));
     }
-    return _fdopen(descriptor, "wb");
+    return opened;
+}
+
+void remove_new_file(std::FILE* opened, const std::filesystem::path& file) noexcept
+{
+    (void)std::fclose(opened); // nobody removes or renames a file that is open
+    std::error_code ignored;
+    std::filesystem::remove(file, ignored);
 }
 
 std::filesystem::path own_library()

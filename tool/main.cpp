@@ -172,7 +172,7 @@ ExitCode run_and_report(int argument_count, char** arguments)
 int main(int argument_count, char** arguments)
 {
     try {
-        velm::hold_standard_streams();
+        velm::prepare_streams();
         return static_cast<int>(velm::run_and_report(argument_count, arguments));
     } catch (...) { // even the message found no memory
         return static_cast<int>(velm::ExitCode::failed);

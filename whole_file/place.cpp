@@ -53,6 +53,7 @@ bool is_one_name(const fs::path& one, const fs::path& other)
 /// A link of another user's must not lead to a file that he could not replace himself.
 #ifdef _WIN32
 void refuse_misleading_link(const fs::path& /*name*/, const fs::path& /*link*/, const fs::path& /*place*/) {}
+void refuse_closed_umask(const fs::path& /*name*/) {}
 #else
 void refuse_misleading_link(const fs::path& name, const fs::path& link, const fs::path& place)
 {
@@ -64,6 +65,16 @@ void refuse_misleading_link(const fs::path& name, const fs::path& link, const fs
         refuse(name, "is a symbolic link of another user's that leads to " + shown(place) +
                          ", in a folder that is not "
                          "his; name that file if you mean it");
+    }
+}
+
+void refuse_closed_umask(const fs::path& name)
+{
+    const mode_t mask = umask(0);
+    umask(mask);
+    if ((mask & (S_IRUSR | S_IWUSR)) != 0) {
+        refuse(name, "cannot be made: the umask takes from you the right to read and write your own "
+                     "new files; set another, such as umask 022");
     }
 }
 #endif
@@ -114,6 +125,7 @@ bool lead_to_one_file(const fs::path& one, const fs::path& other)
 
 void refuse_unless_free(const fs::path& name, const fs::path& place, Standing standing)
 {
+    refuse_closed_umask(name);
     std::error_code error;
     // a link that leads nowhere takes a name too
     fs::file_status status = fs::symlink_status(standing == Standing::refused ? name : place, error);

@@ -127,6 +127,7 @@ PrivateFolder::PrivateFolder(int parent) : parent_(parent), name_(new_name()), f
         errno = reason;
         fail();
     }
+    fchmod(folder_.number(), S_IRWXU); // whatever the umask
     auto* const place = std::ranges::find(remembered, -1, &Remembered::parent);
     if (place == remembered.end()) {
         remove_folder(parent_, name_.c_str(), folder_.number(), -1);

@@ -6,7 +6,6 @@
 #include "whole_file/private_folder.hpp"
 
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -47,16 +46,6 @@ void refuse_write_protected(const fs::path& name, const fs::path& place)
     }
 }
 
-void refuse_closed_umask(const fs::path& name)
-{
-    const mode_t mask = umask(0);
-    umask(mask);
-    if ((mask & (S_IRUSR | S_IWUSR)) != 0) {
-        throw FileError(shown(name) + " cannot be made: the umask takes from you the right to read and write your own "
-                                      "new files; set another, such as umask 022");
-    }
-}
-
 bool knows_unnamed_files()
 {
     return errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL && errno != ENOSYS;
@@ -89,8 +78,6 @@ WholeFile::Making::Making(fs::path given_name, fs::path real_place, mode_t mode)
     : name(std::move(given_name)), place(std::move(real_place)),
       folder(open(place.parent_path().c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC))
 {
-    refuse_closed_umask(name);
-    (void)std::signal(SIGXFSZ, SIG_IGN); // a file that grows too large is a failed write, not the end
     if (!folder.valid()) {
         fail_to_make(name, place);
     }
@@ -175,6 +162,7 @@ WholeFile::WholeFile() : standing_(Standing::refused)
         throw FileError("the folder for temporary files is none: " + error.message() + "; name one in TMPDIR");
     }
     making_ = std::make_unique<Making>(folder, folder / "a temporary file", 0600);
+    fchmod(making_->file.number(), 0600); // whatever the umask: it is opened by name
     content_ = making_->content();
 }
 

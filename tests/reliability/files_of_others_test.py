@@ -27,6 +27,8 @@ def access_list(*entries):
 NO_NUMBER = 0xFFFFFFFF
 # the owner reads and writes, another user too, the group nothing; the mask makes the mode 0660
 WIDE_MASK = access_list((1, 6, NO_NUMBER), (2, 6, 1), (4, 0, NO_NUMBER), (16, 6, NO_NUMBER), (32, 0, NO_NUMBER))
+# a user may do nothing, others read, the group too, for its entry has more than the mask
+SHUT_OUT = access_list((1, 6, NO_NUMBER), (2, 0, 1), (4, 6, NO_NUMBER), (16, 4, NO_NUMBER), (32, 4, NO_NUMBER))
 
 
 class FilesOfOthers(ToolCase):
@@ -128,24 +130,24 @@ class FilesOfOthers(ToolCase):
     # access list and attributes; the mode that the new file has when they cannot be kept
     def test_a_replaced_file_keeps_its_access(self):
         out = self.directory / "out.inp"
-        for fault in [{}, {"LD_PRELOAD": os.environ.get("FAULTY_SYSTEM", ""), "FAULT_CALL": "fsetxattr",
-                           "FAULT_NUMBER": "1", "FAULT_ERROR": "95", "FAULT_AGAIN": "1"}]:
+        not_kept = {"LD_PRELOAD": os.environ.get("FAULTY_SYSTEM", ""), "FAULT_CALL": "fsetxattr", "FAULT_NUMBER": "1",
+                    "FAULT_ERROR": "95", "FAULT_AGAIN": "1"}
+        for entries, fault, mode in [(WIDE_MASK, {}, 0o660), (WIDE_MASK, not_kept, 0o600), (SHUT_OUT, not_kept, 0o640)]:
             if fault.get("LD_PRELOAD") == "":
                 continue
             self.write("out.inp", "old")
             out.chmod(0o604)
             try:
                 os.setxattr(out, "user.note", b"mine")
-                os.setxattr(out, "system.posix_acl_access", WIDE_MASK)
+                os.setxattr(out, "system.posix_acl_access", entries)
             except OSError as error:
                 self.skipTest(f"no access lists here: {error}")
             self.assertEqual(self.velm("export", "model.db", "out.inp", **fault)[0], 0)
             self.assertEqual(out.read_bytes(), self.inp)
-            if fault:
-                self.assertEqual(out.stat().st_mode & 0o7777, 0o600)
-            else:
+            self.assertEqual(out.stat().st_mode & 0o7777, mode)
+            if not fault:
                 self.assertEqual(os.getxattr(out, "user.note"), b"mine")
-                self.assertEqual(os.getxattr(out, "system.posix_acl_access"), WIDE_MASK)
+                self.assertEqual(os.getxattr(out, "system.posix_acl_access"), entries)
             out.unlink()
 
     def test_what_is_no_file_is_refused_at_once(self):
@@ -205,13 +207,20 @@ class FilesOfOthers(ToolCase):
                     code, _, message = self.velm(*arguments)
                     self.assertEqual((code, self.files()), (2, before), message)
                     self.assertTrue(message.startswith("velm: ") and message.endswith(reason + "\n"), message)
+        self.assertEqual(self.velm("export", "model.db", "model.inp", "--record", "session.jsonl")[0], 0)
         before = self.files()
-        code, _, message = self.velm("export", "model.db", "out.inp", "--record", "s.jsonl",
-                                     preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (0, 0)))
-        self.assertEqual((code, self.files()), (4, before), message)
-        self.assertIn("velm: cannot write s.jsonl: File too large", message)
-        for name in ["out.inp", "model.inp"]:
-            code, _, message = self.velm("export", "model.db", name, preexec_fn=lambda: os.umask(0o777))
+        recording = ["export", "model.db", "out.inp", "--record", "s.jsonl"]
+        for size, arguments, reason in [(0, recording, "velm: cannot write s.jsonl: "),
+                                        (5000, recording, "velm: the export failed, out.inp is not written: "),
+                                        (5000, ["replay", "session.jsonl", "out.inp"], "velm: the replay failed, the plug-in said: ")]:
+            with self.subTest(arguments, size=size):
+                code, _, message = self.velm(*arguments, preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (size,) * 2))
+                self.assertEqual((code, self.files()), (4, before), message)
+                self.assertIn(reason, message)
+                self.assertIn("File too large", message)
+        for name in ["out.inp", "model.inp", "session"]:
+            arguments = ["record", os.environ["HOST_LIBRARY"]] if name == "session" else ["export", "model.db"]
+            code, _, message = self.velm(*arguments, name, preexec_fn=lambda: os.umask(0o777))
             self.assertEqual(code, 2)
             self.assertIn(f"velm: {name} cannot be made: the umask takes from you", message)
         self.assertEqual((self.directory / "model.inp").read_bytes(), self.inp)
@@ -312,13 +321,13 @@ while os.getppid() == {parent}:
         for part in [VELM, VELM.replace("/velm", "/libvelm_export.so"), os.environ["HOST_LIBRARY"]]:
             shutil.copy(part, self.directory) # nobody may not see where this was built
         for owner, group, mode, kept in [(0, 0, 0o6777, 0o777), (0, 0, 0o4672, 0o622), (NOBODY, NOBODY, 0o6750, 0o6750),
-                                         (NOBODY, 0, 0o2754, 0o744), (NOBODY, 0, 0o604, 0o600)]:
+                                         (NOBODY, 0, 0o2754, 0o744), (NOBODY, 0, 0o604, 0o600)]: # under an odd umask
             with self.subTest(mode=oct(mode), owner=owner):
                 out = self.directory / "out.inp"
                 self.write("out.inp", "old")
                 os.chown(out, owner, group)
                 out.chmod(mode)
-                done = subprocess.run([self.directory / "velm", "export", "model.db", "out.inp"], cwd=self.directory,
+                done = subprocess.run([self.directory / "velm", "export", "model.db", "out.inp"], cwd=self.directory, umask=0o177,
                                       user=NOBODY, group=NOBODY, extra_groups=[], capture_output=True, text=True, timeout=120)
                 self.assertEqual(done.returncode, 0, done.stderr)
                 self.assertEqual((out.stat().st_uid, oct(out.stat().st_mode & 0o7777)), (NOBODY, oct(kept)))

@@ -220,6 +220,7 @@ void export_model(const ExportArguments& arguments, WholeFile& output, Panel& pa
     }
     if (recorder) {
         recorder->close();
+        recorder->remove_if_failed();
         failure = failure.empty() ? recorder->failure() : failure;
     }
     if (!failure.empty()) {

@@ -86,7 +86,8 @@ ExitCode record_host(const RecordArguments& arguments)
     velm_host_attach(nullptr, nullptr);
     recorder.close();
     if (!recorder.failure().empty()) {
-        throw ToolError(ExitCode::failed, "recording stopped: " + printable(recorder.failure()));
+        recorder.remove_if_failed();
+        throw ToolError(ExitCode::failed, "recording stopped, and no file is left: " + printable(recorder.failure()));
     }
     if (recorded.is_this_tool()) {
         throw ToolError(ExitCode::failed,

@@ -39,12 +39,20 @@ Replay start_of_export(SessionReader& session, const ReplayArguments& arguments,
 std::string reason_in_words(const Replay& replay, const ReplayArguments& arguments)
 {
     const bool departed = replay.outcome() == Replay::Outcome::departure;
-    return (departed ? arguments.session + ", " : "") + replay.reason() + "; " + still(arguments.output);
+    const bool failed = replay.outcome() == Replay::Outcome::failure;
+    return (departed ? arguments.session + ", "
+            : failed ? "the replay failed, "
+                     : "") +
+           replay.reason() + "; " + still(arguments.output);
 }
 
 ExitCode exit_code(const Replay& replay)
 {
-    return replay.outcome() == Replay::Outcome::departure ? ExitCode::findings : ExitCode::usage;
+    switch (replay.outcome()) {
+    case Replay::Outcome::departure: return ExitCode::findings;
+    case Replay::Outcome::failure: return ExitCode::failed;
+    default: return ExitCode::usage;
+    }
 }
 
 /// Runs the plug-in. It cannot be called off, and without answers it may go on for as long as the last count says,

@@ -1,6 +1,7 @@
 #include "tool/system/operating_system.hpp"
 
 #include <array>
+#include <csignal>
 #include <cstdlib>
 #include <stdexcept>
 #include <string>
@@ -22,8 +23,9 @@ fs::path executable_directory()
     return fs::read_symlink("/proc/self/exe").parent_path();
 }
 
-void hold_standard_streams()
+void prepare_streams()
 {
+    (void)std::signal(SIGXFSZ, SIG_IGN);
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(stream, F_GETFD) < 0) { // the first number that is free
             (void)open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);

@@ -9,8 +9,9 @@ namespace velm {
 [[nodiscard]] std::filesystem::path executable_directory();
 
 /// Has those of standard input, output and error that are not open lead nowhere: a file that is opened later must not
-/// become one of them. Writing to them fails as before.
-void hold_standard_streams();
+/// become one of them. Writing to them fails as before, and so does writing to a file that grows too large, without a
+/// signal that ends the process.
+void prepare_streams();
 
 /// True when standard error is a terminal that can rewrite a line and knows colours.
 [[nodiscard]] bool has_capable_terminal();

@@ -49,7 +49,7 @@ fs::path executable_directory()
     }
 }
 
-void hold_standard_streams() {} // numbers of files are not those of streams
+void prepare_streams() {} // numbers of files are not those of streams
 
 bool has_capable_terminal()
 {
