@@ -38,7 +38,9 @@ async function open(name, look, options = {}) {
     page.on("dialog", (dialog) => { heard.push(`dialog ${dialog.message()}`); dialog.dismiss(); });
     page.on("request", (request) => { if (!/^(file|blob):/.test(request.url())) heard.push(`request ${request.url()}`); });
     await page.goto(pathToFileURL(join(folder, `${name}.html`)).href);
-    await page.waitForSelector("html[data-ready]", { timeout: 20000 });
+    await page.waitForSelector("html[data-ready]", { timeout: 60000 });
+    // what hears of its size draws itself once more
+    await page.evaluate(() => new Promise((drawn) => { requestAnimationFrame(() => requestAnimationFrame(drawn)); }));
     await look(page);
     await context.close();
     assert.deepEqual(heard, [], `${name} is silent`);
@@ -109,7 +111,7 @@ async function keepsNobodyOut(page, name) {
     await page.screenshot({ path: join(folder, `${name}-dark.png`) });
     for (const [width, height] of [[360, 740], [640, 400]]) { // a telephone; a window at 200 %
         await page.setViewportSize({ width, height });
-        await page.waitForFunction(() => document.documentElement.scrollWidth <= innerWidth, null, { timeout: 5000 });
+        await page.waitForFunction(() => document.documentElement.scrollWidth <= innerWidth);
         await page.screenshot({ path: join(folder, `${name}-${width}.png`), fullPage: true });
     }
 }
