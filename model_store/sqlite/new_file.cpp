@@ -60,7 +60,13 @@ void refuse_journals(const WholeFile& file)
 {
     for (const char* const ending : {"-journal", "-wal"}) {
         const fs::path journal = fs::path(file.place()) += ending;
-        if (fs::exists(fs::symlink_status(journal))) {
+        std::error_code error;
+        const fs::file_status status = fs::symlink_status(journal, error);
+        if (status.type() == fs::file_type::none) {
+            throw FileError(shown(file.name()) + " cannot be made: " + error.message() + " for its journal, " +
+                            shown(journal) + "; give another name");
+        }
+        if (fs::exists(status)) {
             throw FileError(shown(file.name()) + " cannot be made, for there is a file " + shown(journal) +
                             " that would be played back into it; close the program that uses it, move the file away "
                             "if there is none, or give another name");

@@ -131,7 +131,9 @@ const char* remedy_for(int code)
     switch (code & 0xFF) { // the primary result code
     case SQLITE_NOTADB: return "give the path of a model database";
     case SQLITE_CORRUPT: return "restore the file from a copy, or save what the sqlite3 shell's .recover finds";
-    case SQLITE_READONLY: return "open it once with the program that was interrupted while changing it";
+    case SQLITE_READONLY:
+        return "open it once with the program that was interrupted while changing it, or move away the journal beside "
+               "it, a file whose name ends in -journal, if that is not its own";
     case SQLITE_BUSY: return "wait until the program that writes to it is done";
     case SQLITE_TOOBIG: return "remove the text or BLOB of more than a million bytes";
     default: return "see whether the file may be read and its disk is sound";

@@ -98,7 +98,8 @@ TEST_F(Files, interrupted_while_being_changed_are_left_for_their_program_to_mend
     EXPECT_EQ(load_error(file("cut.db")),
               quoted(file("cut.db")) +
                   " cannot be read: attempt to write a readonly database; open it once with the program that was "
-                  "interrupted while changing it");
+                  "interrupted while changing it, or move away the journal beside it, a file whose name ends in "
+                  "-journal, if that is not its own");
     EXPECT_EQ(content_of(file("cut.db")), before);
     EXPECT_TRUE(fs::exists(file("cut.db-journal")));
 }

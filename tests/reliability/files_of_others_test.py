@@ -197,16 +197,18 @@ class FilesOfOthers(ToolCase):
 
     def test_places_where_no_file_can_be_made(self):
         for name, reason in [("n" * 300, "n cannot be made: File name too long; give another name"),
-                             ("missing/name", "the folder missing does not exist; make it, or name another"),
+                             ("n" * 250, None), ("missing/name", "the folder missing does not exist; make it, or name another"),
                              ("model.inp/name", "the folder model.inp does not exist; make it, or name another")]:
             for arguments in [["export", "model.db", name], ["export", "model.db", "out.inp", "--panel", name],
                               ["export", "model.db", "out.inp", "--record", name], ["import", "model.inp", name],
                               ["new", name], ["example", name]]:
+                if reason is None and arguments[0] not in ("import", "new", "example"):
+                    continue # but a database needs room for its journal's name
                 with self.subTest(arguments):
                     before = self.files()
                     code, _, message = self.velm(*arguments)
                     self.assertEqual((code, self.files()), (2, before), message)
-                    self.assertTrue(message.startswith("velm: ") and message.endswith(reason + "\n"), message)
+                    self.assertTrue(reason is None or message.startswith("velm: ") and message.endswith(reason + "\n"), message)
         self.assertEqual(self.velm("export", "model.db", "model.inp", "--record", "session.jsonl")[0], 0)
         before = self.files()
         recording = ["export", "model.db", "out.inp", "--record", "s.jsonl"]

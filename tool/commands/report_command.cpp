@@ -73,7 +73,7 @@ constexpr std::size_t most_pairs_of_a_check = 100'000;
 Model read_reported_model(const ReportArguments& arguments, Report& report)
 {
     Model model;
-    if (std::filesystem::is_regular_file(arguments.model) && kind_of_file(arguments.model) == FileKind::input_file) {
+    if (kind_of_file(arguments.model) == FileKind::input_file) {
         try {
             report.check = [found = check_and_read_input_file(arguments.model, model)] { return found; };
         } catch (const std::system_error& error) {

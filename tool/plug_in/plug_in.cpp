@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <string>
+#include <system_error>
 
 #ifndef _WIN32
 #include <cxxabi.h>
@@ -33,7 +34,7 @@ fs::path default_plug_in()
 
 void (*procedure_of(const fs::path& library))()
 {
-    if (!fs::is_regular_file(library)) {
+    if (std::error_code unknown; !fs::is_regular_file(library, unknown)) {
         throw ToolError(ExitCode::failed, "there is no plug-in " + shown(library) + "; name one with --plugin");
     }
     try {
