@@ -25,7 +25,7 @@ inline constexpr FindingRule other_label{"V107", "other label", note, "nothing, 
 inline constexpr FindingRule other_form{"V108", "other form", note,
                                         "nothing; an export writes the same value in its own form"};
 inline constexpr FindingRule record_out_of_place{"V109", "record out of place", error,
-                                                 "compare the counts above it with the records that follow them"};
+                                                 "put the expected record here, or correct the counts above it"};
 inline constexpr FindingRule file_ends_early{"V110", "file ends early", error, "copy or export the file again"};
 inline constexpr FindingRule trailing_bytes{"V111", "trailing bytes", error,
                                             "remove what follows the last record, or correct the counts"};

@@ -1,6 +1,10 @@
 #include "input_file/fields/integer_text.hpp"
 #include "input_file/form_rules.hpp"
+#include "input_file/records/matching.hpp"
 #include "input_file/records/record_reader.hpp"
+
+#include <algorithm>
+#include <functional>
 
 namespace velm {
 namespace {
@@ -40,11 +44,21 @@ Count RecordReader::repeated_count(const Record& expected, std::optional<std::in
 
 bool RecordReader::goes_on(const Count& count, std::int32_t number, const Record& first)
 {
-    return count.hidden ? another_follows(count, number, is_ahead(first)) : number <= count.number;
+    if (count.hidden) {
+        return another_follows(count, number, is_ahead(first));
+    }
+    note(count, number, first);
+    return number <= count.number;
+}
+
+bool RecordReader::any(const Count& count, const Record& before)
+{
+    return goes_on(count, count.hidden ? 1 : count.number + 1, before) || count.number > 0;
 }
 
 bool RecordReader::goes_on(const Count& count, std::int32_t number, std::string_view beginning)
 {
+    heading_ = beginning;
     return count.hidden ? another_follows(count, number, line_ahead().text.starts_with(beginning))
                         : number <= count.number;
 }
@@ -71,6 +85,77 @@ void RecordReader::refuse_more(const Count& count, const Record& first)
     }
 }
 
+void RecordReader::note(const Count& count, std::int32_t number, const Record& first)
+{
+    auto list = std::ranges::find(announced_, &first, &Announced::first);
+    if (list == announced_.end()) {
+        list = announced_.emplace(list);
+    }
+    const bool one_record = number > 1 && result.records == list->records + 1;
+    *list = {&first, count.place.line, count.name, count.number, number - 1, result.records, one_record};
+}
+
+/// "line 143 announces 1096 pairs, 1095 follow: correct the number or the pairs"
+std::string RecordReader::Announced::in_words(const std::string& following) const
+{
+    std::string items(name.substr(std::string_view("number of ").size()));
+    items.resize(std::min(items.find(" for "), items.size())); // "flow functions for flow field"
+    std::ranges::transform(items, items.begin(), [](char one) { return one >= 'A' && one <= 'Z' ? one + ' ' : one; });
+    items = items.ends_with("pairs") ? "pairs" : items;
+    const std::string one =
+        items.ends_with("ies") ? items.substr(0, items.size() - 3) + 'y' : items.substr(0, items.size() - 1);
+    return "line " + std::to_string(line) + " announces " + std::to_string(number) + ' ' + (number == 1 ? one : items) +
+           ", " + following + " follow: correct the number or the " + items;
+}
+
+/// Whether a line begins the next item of a list around the one which is counted in `count_line`.
+bool RecordReader::begins_item_around(std::uint64_t count_line, std::string_view line) const
+{
+    return (!heading_.empty() && line.starts_with(heading_)) ||
+           std::ranges::any_of(announced_, [&](const Announced& one) {
+               return one.line < count_line && !one.over() && !one.first->is_row() && has_columns_of(*one.first, line);
+           });
+}
+
+/// Whether what is ahead belongs behind a list.
+bool RecordReader::is_behind(const Announced& list)
+{
+    const std::string_view line = line_ahead().text;
+    return line.find("========") != line.npos || begins_item_around(list.line, line);
+}
+
+/// Names the count of a list that ends before its items are complete or goes on behind them, or says that a line stands
+/// between them. What it looks at is skipped.
+std::string RecordReader::remedy_by_count(const char* otherwise)
+{
+    std::ranges::sort(announced_, std::greater(), &Announced::line);
+    const Announced* inner = nullptr;
+    for (Announced& list : announced_) {
+        if (list.records != result.records) {
+            continue;
+        }
+        inner = inner == nullptr ? &list : inner;
+        if (list.over() && is_ahead(*list.first)) {
+            for (; list.one_record && is_ahead(*list.first); skip_line()) {
+                ++list.follow;
+            }
+            return list.in_words(list.one_record ? std::to_string(list.follow) : "more");
+        }
+        if (!list.over() && is_behind(list)) {
+            return list.in_words(std::to_string(list.follow));
+        }
+    }
+    if (inner == nullptr || inner->over()) {
+        return otherwise;
+    }
+    const bool ends = inner->one_record && is_another_record(*inner->first, line_ahead().text);
+    skip_line();
+    return is_ahead(*inner->first) ? "correct or remove this line, behind which the list of line " +
+                                         std::to_string(inner->line) + " goes on"
+           : ends ? inner->in_words(std::to_string(inner->follow))
+                  : otherwise;
+}
+
 void RecordReader::deliver_count(const Address& counted, const Count& count) const
 {
     if (options_.on_field) {
@@ -94,12 +179,9 @@ void RecordReader::time_pairs(const Count& count, const Record& row, TimeSeries&
     const auto first = static_cast<std::int32_t>(key_[0]);
     const auto second = static_cast<std::int32_t>(key_[1]);
     deliver_series(row, count);
-    announced_ = {count.place.line, count.number, 0, result.records, count.hidden ? nullptr : &row};
     for (std::int32_t number = 1; goes_on(count, number, row); ++number) {
         key(first, second, number);
         record(row);
-        announced_.follow = number;
-        announced_.records = result.records;
         times_.push_back(real_of(time));
         values_.push_back(real_of(value));
     }

@@ -73,7 +73,7 @@ std::optional<RecordReader::Line> RecordReader::broken_line_ahead(const Record& 
 std::optional<RecordReader::Line> RecordReader::trimmed_line_ahead(const Record& expected)
 {
     Line line = line_ahead();
-    if (line.text.size() >= expected.width() || line.end == LineEnd::missing ||
+    if (line.text.size() >= expected.width() || line.end == LineEnd::missing || begins_item_around(line_, line.text) ||
         is_another_record(expected, line.text)) {
         return {};
     }
@@ -267,25 +267,12 @@ void RecordReader::lose(std::string_view name, const std::string& expected)
         const std::string text(line.text); // which the remedy reads over
         const Place place = next_place();
         report_at(place, form_rules::record_out_of_place, name, text,
-                  "is another record, of " + std::to_string(text.size()) + " characters", expected, {},
-                  remedy_by_count());
+                  text.empty() ? "an empty line stands here"
+                               : "is another record, of " + std::to_string(text.size()) + " characters",
+                  expected, {}, remedy_by_count(text.empty() ? "remove the empty line" : ""));
     }
+    announced_.clear();
     throw SectionLost();
-}
-
-/// Names the count of a series that ends before its pairs are complete, or goes on behind them; these are skipped.
-std::string RecordReader::remedy_by_count()
-{
-    if (announced_.row == nullptr || announced_.records != result.records) {
-        return {};
-    }
-    for (; announced_.follow >= announced_.number && is_ahead(*announced_.row); skip_line()) {
-        ++announced_.follow;
-    }
-    return announced_.follow == announced_.number
-               ? ""
-               : "line " + std::to_string(announced_.line) + " announces " + std::to_string(announced_.number) +
-                     " pairs, " + std::to_string(announced_.follow) + " follow: correct the number or the pairs";
 }
 
 void RecordReader::report(const FindingRule& said, std::string_view name, const std::string& message,

@@ -61,7 +61,11 @@ class RecordReader {
 public:
     RecordReader(std::istream& input, const ReadOptions& options, InputFile& read_so_far);
 
-    void enter(Section section) { section_ = section; }
+    void enter(Section section)
+    {
+        section_ = section;
+        heading_ = {};
+    }
     [[nodiscard]] bool at_end() { return window_.ahead().empty(); }
     void skip_line();
 
@@ -115,6 +119,8 @@ public:
     [[nodiscard]] Count repeated_count(const Record& expected, std::optional<std::int32_t> known);
     /// Whether an item `number`, which begins with such a record, is still to come.
     [[nodiscard]] bool goes_on(const Count& count, std::int32_t number, const Record& first);
+    /// Whether there are items, which all together have such a record before them.
+    [[nodiscard]] bool any(const Count& count, const Record& before);
     [[nodiscard]] bool goes_on(const Count& count, std::int32_t number, std::string_view beginning_of_first);
     /// Whether an editor has dropped NULs of the file so far, or blanks of the current record, and a NUL with them.
     [[nodiscard]] bool has_lost_nuls() const { return nuls_are_lost_ || record_.data() == padded_.data(); }
@@ -152,20 +158,28 @@ private:
         std::size_t bytes = 0; ///< with its end
         LineEnd end = LineEnd::complete;
     };
-    /// The pairs of the last series, for a remedy to name their count.
+    /// The last list of items that begin with such a record, for a remedy to name its count.
     struct Announced {
+        const Record* first = nullptr;
         std::uint64_t line = 0; ///< of the count
+        std::string_view name;  ///< of the count
         std::int32_t number = 0;
-        std::int32_t follow = 0;   ///< pairs that were read
+        std::int32_t follow = 0;   ///< items that were read
         std::uint64_t records = 0; ///< of the file when that was so
-        const Record* row = nullptr;
+        bool one_record = false;   ///< an item is no more than that
+
+        [[nodiscard]] bool over() const { return follow >= number; }
+        [[nodiscard]] std::string in_words(const std::string& following) const;
     };
 
     [[nodiscard]] Line line_ahead();
     [[nodiscard]] bool another_follows(const Count& count, std::int32_t number, bool follows);
     [[nodiscard]] std::optional<Line> broken_line_ahead(const Record& expected);
     [[nodiscard]] std::optional<Line> trimmed_line_ahead(const Record& expected);
-    [[nodiscard]] std::string remedy_by_count();
+    void note(const Count& count, std::int32_t number, const Record& first);
+    [[nodiscard]] std::string remedy_by_count(const char* otherwise);
+    [[nodiscard]] bool is_behind(const Announced& list);
+    [[nodiscard]] bool begins_item_around(std::uint64_t count_line, std::string_view line) const;
     void take(const Line& line);
     void take_row(const Record& expected);
     void take_columns(const Record& expected);
@@ -199,9 +213,10 @@ private:
     std::array<std::string_view, 4> numbers_{}; ///< of a row
     bool row_in_form_ = true;
     bool nuls_are_lost_ = false;
-    bool unended_ = false; ///< the record has no line end, so it may be cut
-    std::string padded_;   ///< a record whose blanks were trimmed
-    Announced announced_;
+    bool unended_ = false;             ///< the record has no line end, so it may be cut
+    std::string padded_;               ///< a record whose blanks were trimmed
+    std::vector<Announced> announced_; ///< one for each kind of list
+    std::string_view heading_;         ///< with which the items of the section begin; empty where a record does
     const char* split_line_ = nullptr; ///< the line ahead, when numbers_ are its numbers
     std::size_t split_numbers_ = 0;
     std::size_t next_part_ = 0;

@@ -21,7 +21,7 @@ void read_segment_series(RecordReader& in, Model& model, SegmentSeriesSet System
         }
         System& system = model.systems[place];
         const Count count = in.count(items);
-        if (!in.goes_on(count, 1, factors)) {
+        if (!in.any(count, factors)) {
             continue;
         }
         in.key(number);

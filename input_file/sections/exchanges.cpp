@@ -35,7 +35,7 @@ void read_exchanges(RecordReader& in, Model& model)
         ExchangeField& field = model.exchange_fields.emplace_back();
         in.known_record("name of the exchange field", field_name_line(names, "Exchange Field", field_number));
         const Count functions = in.count(records::number_of_exchange_functions);
-        if (!in.goes_on(functions, 1, records::exchange_factors)) {
+        if (!in.any(functions, records::exchange_factors)) {
             continue;
         }
         in.key(field_number);

@@ -56,7 +56,7 @@ void read_flow_series(RecordReader& in, Model& model)
         const auto known = static_cast<std::int32_t>(field.functions.size());
         const Count functions =
             in.repeated_count(records::number_of_inflows, in.flow_fields ? std::optional(known) : std::nullopt);
-        if (in.goes_on(functions, 1, records::flow_factors)) {
+        if (in.any(functions, records::flow_factors)) {
             in.key(number);
             in.record_into<records::flow_factors>(field);
             read_functions(in, number, functions, field);

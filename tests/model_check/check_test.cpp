@@ -129,13 +129,17 @@ TEST(CheckInputFile, EachThingThatCanBeWrong)
          "F:46:1: error V112 contradiction: flow time series, Number of inflows: '    1' is not the number that an "
          "earlier section has, expected 2\n"
          "F:54:1: error V109 record out of place: dispersive exchanges, banner: 'Mill                          ' is "
-         "another record, of 30 characters, expected the record 'banner' of 88 characters\n"},
+         "another record, of 30 characters, expected the record 'banner' of 88 characters; line 46 announces 1 inflow, "
+         "more follow: correct the number or the inflows\n"},
+        {"an empty line", "  1.00000  2.00000\r\n", "\r\n  1.00000  2.00000\r\n",
+         "F:51:1: error V109 record out of place: flow time series, time pair: an empty line stands here, expected the "
+         "record 'time pair' of 2 numbers; correct or remove this line, behind which the list of line 49 goes on\n"},
         {"a negative count", "    2               Number of boundaries", "   -2               Number of boundaries",
          "F:76:1: warning V113 negative count: boundaries, Number of boundaries: '   -2' is a count below 0, expected "
          "0 or more\n"
          "F:77:1: error V109 record out of place: boundaries, system name: '      1.000000      1.000000  Boundary "
          "Scale & Conversion Factors' is another record, of 65 characters, expected the record 'system name' of 31 "
-         "characters\n"},
+         "characters; line 76 announces 0 boundaries, more follow: correct the number or the boundaries\n"},
         {"a missing segment, reported once", "    2               Boundary Segment",
          "    4               Boundary Segment",
          "F:16:11: warning V506 enters without concentration: system information, system 1, name: water from outside "
