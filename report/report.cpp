@@ -1,5 +1,6 @@
 #include "report/report.hpp"
 
+#include "model_check/datum_value.hpp"
 #include "report/parts.hpp"
 #include "water_balance/run_dates.hpp"
 
@@ -94,6 +95,23 @@ void put_head(PageData& data, const Report& report)
 
 namespace {
 
+/// With the places in the model, also of what is compared as its export.
+std::vector<Difference> differences_of(const Report& report)
+{
+    if (report.old_model == nullptr) {
+        return {};
+    }
+    if (report.compared_model == nullptr) {
+        return differences(*report.old_model, *report.model);
+    }
+    std::vector<Difference> found = differences(*report.old_model, *report.compared_model);
+    const ExportedTypes types(*report.model);
+    for (Difference& one : found) {
+        one.new_place = types.in_model(one.new_place);
+    }
+    return found;
+}
+
 /// All but what a check finds.
 void put_model(PageData& data, const Report& report)
 {
@@ -106,8 +124,7 @@ void put_model(PageData& data, const Report& report)
     put_head(data, report);
     put_segments(data, report, balance);
     put_paths(data, model, balance);
-    const std::vector<Difference> found =
-        report.old_model == nullptr ? std::vector<Difference>{} : differences(*report.old_model, model);
+    const std::vector<Difference> found = differences_of(report);
     put_series(data, report, balance, found);
     put_balance(data, model, balance);
     put_tables(data, model);

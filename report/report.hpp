@@ -24,7 +24,8 @@ struct Report {
     std::function<FileFindings()> check; ///< of the model; called once, while most of the page is made
     std::vector<SegmentPlace> places;    ///< where a modeller draws segments; may be of some, or none
 
-    const Model* old_model = nullptr; ///< what it is compared with; null for nothing
+    const Model* old_model = nullptr;      ///< what it is compared with; null for nothing
+    const Model* compared_model = nullptr; ///< the model as it is compared; null for as it is
     std::string old_file;
 };
 

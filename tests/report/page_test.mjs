@@ -235,6 +235,9 @@ test("what changed is told, marked and drawn", async () => {
         assert.deepEqual(await page.$$eval(".segment.changed .node", (all) => all.map((one) => one.dataset.segment)), ["9"]);
         assert.match(await page.textContent(".u-legend"), /Alder River inflow \(m3\/s\) \(before\)/);
     });
+    await open("same", async (page) => { // but for the digits that an input file has not
+        assert.match(await page.textContent("#against"), /The two models are the same/);
+    });
 });
 
 test("constants of the tables; a page from an input file; one file that names what may run", async () => {

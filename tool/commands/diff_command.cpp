@@ -36,9 +36,7 @@ Model read(const FileName& file, FileKind kind, bool as_exported, bool quiet, co
     if (kind == FileKind::input_file || !as_exported) {
         return model;
     }
-    const PlugIn plug_in(arguments.plug_in);
-    return read_input_model(ExportedModel(plug_in, model, quiet).file(), "the input file of " + file, {.quiet = quiet})
-        .model;
+    return model_as_exported(PlugIn(arguments.plug_in), model, file, quiet);
 }
 
 bool have_the_same_bytes(const std::string& one, const std::string& other)

@@ -96,6 +96,28 @@ Model read_reported_model(const ReportArguments& arguments, Report& report)
     return model;
 }
 
+/// What a model is compared with. As in `velm diff`, a database counts beside an input file as what it exports.
+struct Comparison {
+    ModelFile other;
+    std::optional<Model> exported; ///< of the one that is a database, when the other is none
+};
+
+void read_other_model(const ReportArguments& arguments, Report& report, Comparison& comparison)
+{
+    ModelFileOptions reading;
+    reading.quiet = arguments.quiet;
+    reading.unsure_values = true;
+    comparison.other = read_model_file(arguments.against, reading);
+    report.old_model = &comparison.other.model;
+    report.old_file = shown(fs::path(arguments.against).filename());
+    if (report.database != (comparison.other.kind == FileKind::database)) {
+        const bool is_new = report.database;
+        comparison.exported = model_as_exported(PlugIn(), is_new ? *report.model : comparison.other.model,
+                                                is_new ? arguments.model : arguments.against, arguments.quiet);
+        (is_new ? report.compared_model : report.old_model) = &*comparison.exported;
+    }
+}
+
 ExitCode write(const ReportArguments& arguments)
 {
     const std::string output = output_of(arguments);
@@ -112,14 +134,9 @@ ExitCode write(const ReportArguments& arguments)
     report.bytes = fs::file_size(arguments.model);
     report.made = made_at();
     report.program = "velm " VELM_VERSION;
-    std::optional<ModelFile> other;
+    Comparison comparison;
     if (!arguments.against.empty()) {
-        ModelFileOptions reading;
-        reading.quiet = arguments.quiet;
-        reading.unsure_values = true;
-        other = read_model_file(arguments.against, reading);
-        report.old_model = &other->model;
-        report.old_file = shown(fs::path(arguments.against).filename());
+        read_other_model(arguments, report, comparison);
     }
     std::ofstream page(file.content(), std::ios::binary);
     write_report(page, report);

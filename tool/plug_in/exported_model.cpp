@@ -2,6 +2,7 @@
 
 #include "headless_host/headless_host.hpp"
 #include "tool/exit_code.hpp"
+#include "tool/files/model_file.hpp"
 #include "tool/plug_in/plug_in_run.hpp"
 #include "tool/plug_in/written_file.hpp"
 
@@ -27,6 +28,12 @@ void write(const PlugIn& plug_in, const Model& model, const std::filesystem::pat
 ExportedModel::ExportedModel(const PlugIn& plug_in, const Model& model, bool quiet)
 {
     write(plug_in, model, file_.content(), quiet);
+}
+
+Model model_as_exported(const PlugIn& plug_in, const Model& model, const FileName& file, bool quiet)
+{
+    return read_input_model(ExportedModel(plug_in, model, quiet).file(), "the input file of " + file, {.quiet = quiet})
+        .model;
 }
 
 } // namespace velm

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/model.hpp"
+#include "tool/files/file_name.hpp"
 #include "tool/plug_in/plug_in.hpp"
 #include "whole_file/whole_file.hpp"
 
@@ -20,5 +21,8 @@ public:
 private:
     WholeFile file_;
 };
+
+/// The model that the input file of a database's model shows; messages call the database `file`. Throws ToolError.
+[[nodiscard]] Model model_as_exported(const PlugIn& plug_in, const Model& model, const FileName& file, bool quiet);
 
 } // namespace velm
