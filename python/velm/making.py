@@ -58,7 +58,7 @@ class Making(StoredSeries):
 
     # Gives new segments their rows: by owner what is given, what all segments share, or what the owner was made with.
     def _extend(self, table: str, names: List[str], segments: Any, argument: str, given: Any, column: str) -> None:
-        held = self._data.frame(table).reset_index("segment", drop=True).groupby(names)
+        held = self._data.frame(table).reset_index("segment", drop=True).groupby(names if names[1:] else names[0])
         labels = self._data.frame(names[-1]).index.tolist()
         for label in set(given if isinstance(given, Mapping) else ()) - set(labels):
             raise ArgumentError(argument, f"is for no {names[-1]} that is there", position=label)

@@ -71,7 +71,7 @@ class ModelFile:
         return pandas.Series(counts, name="rows", dtype=int).loc[lambda count: count > 0]
 
     def __repr__(self) -> str:
-        return f"{os.path.basename(self._target or self._source)}: {dict(self.counts())}"
+        return f"{os.path.basename(self._target or self._source)}: {self.counts().to_dict()}"
 
     def _repr_html_(self) -> str:
         table = self.counts().rename_axis(os.path.basename(self._target or self._source)).to_frame()
