@@ -198,7 +198,8 @@ class Exported(ToolCase):
                 self.assertRegex(messages, rf"^velm: out.inp: 11 sections, {size} in \d+\.\d\d seconds\nvelm: out.inp: no field overflows, .+\n$")
 
     def test_quiet(self):
-        for command in (["new", "model.db"], ["example", "estuary.db"], ["export", "model.db", "out.inp"]):
+        for command in (["new", "model.db"], ["example", "estuary.db"], ["export", "model.db", "out.inp"],
+                        ["diff", "model.db", "out.inp"]):
             self.assertEqual(self.velm(*command, "--quiet"), (0, "", ""))
 
     def test_existing_file_is_replaced_and_keeps_its_permissions(self):

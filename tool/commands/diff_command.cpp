@@ -27,6 +27,7 @@ struct DiffArguments {
     bool summary = false;
     bool all = false;
     bool json = false;
+    bool quiet = false;
 };
 
 /// The model of a file. With `as_exported`, a database's values are those that its input file shows.
@@ -55,7 +56,7 @@ ExitCode compare(const DiffArguments& arguments)
     // both at once; what is wrong with the old file is said first
     std::future<Model> new_model = std::async(std::launch::async, read, std::cref(arguments.new_file), new_kind,
                                               as_exported, true, std::cref(arguments));
-    const Model old_model = read(arguments.old_file, old_kind, as_exported, false, arguments);
+    const Model old_model = read(arguments.old_file, old_kind, as_exported, arguments.quiet, arguments);
     const std::vector<Difference> found = differences(old_model, new_model.get(), {arguments.tolerance});
     const bool both_input_files = !as_exported && old_kind == FileKind::input_file;
     const bool form_alone = found.empty() && arguments.tolerance == 0 && both_input_files &&
@@ -91,6 +92,7 @@ Command diff_command(CLI::App& tool)
         ->add_option("--plugin", values->plug_in,
                      "Compare an input file with the export of another build of the plug-in")
         ->type_name("LIBRARY");
+    arguments->add_flag("--quiet", values->quiet, "Print no progress");
     arguments->footer("Examples:\n"
                       "  velm diff before.db after.db\n"
                       "  velm diff estuary.db estuary.inp --summary\n"
