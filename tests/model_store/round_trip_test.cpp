@@ -29,13 +29,6 @@ TEST_F(RoundTrip, is_tried_with_something_in_every_column)
     }
 }
 
-TEST_F(RoundTrip, takes_the_texts_as_utf8)
-{
-    const auto database = good_database();
-    EXPECT_EQ(query(database, "SELECT name FROM system"),
-              (std::vector<std::string>{"Ammonia of thirty letters äöüß", "Salt"}));
-}
-
 TEST_F(RoundTrip, keeps_bytes_that_a_text_cannot_have_as_their_pictures)
 {
     Model model = full_model();

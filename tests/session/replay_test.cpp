@@ -82,24 +82,6 @@ private:
     int stops_ = 0;
 };
 
-TEST(Replay, ServesWhatWasRecorded)
-{
-    Replayed first;
-    first.ask_beginning();
-    first.ask_rest();
-    EXPECT_EQ(first.reason(), "");
-    EXPECT_EQ(first.replay().requests(), 8U);
-    EXPECT_TRUE(first.replay().has_more_exports());
-
-    Replayed second(session_text, 2);
-    EXPECT_EQ(ask("GFILENAME", {}), "'out.inp'");
-    EXPECT_EQ(ask("GNUMSEG", {}), "7");
-    EXPECT_EQ(second.reason(), "");
-    EXPECT_FALSE(second.replay().has_more_exports());
-
-    EXPECT_THROW(Replayed(session_text, 3), std::out_of_range);
-}
-
 TEST(Replay, DoesNotCompareTheVersionPanel)
 {
     for (const std::vector<std::string>& panel :
@@ -116,21 +98,6 @@ TEST(Replay, DoesNotCompareTheVersionPanel)
         replayed.ask_rest();
         EXPECT_EQ(replayed.reason(), "");
     }
-}
-
-TEST(Replay, WritesBackWhatTheHostDidToAnIndex)
-{
-    const std::string out_and_in = R"("out":[3])";
-    std::string text = session_text;
-    text.insert(text.find(out_and_in) + out_and_in.size(), R"(,"in_after":[-9])");
-    Replayed replayed(text);
-    replayed.ask_beginning();
-    (void)ask("GSEGNAME", {1});
-    std::int32_t option = 0;
-    std::int32_t segment = 2;
-    call(std::string("GIQOPT") + '\0', {&option, &segment});
-    EXPECT_EQ(option, 3);
-    EXPECT_EQ(segment, -9);
 }
 
 struct DepartureCase {
@@ -200,37 +167,6 @@ TEST(Replay, StopsAtTheFirstDeparture)
         EXPECT_EQ(replayed.reason(), c.reason);
         EXPECT_EQ(replayed.replay().outcome(), Replay::Outcome::departure);
     }
-}
-
-TEST(Replay, ReadsADamagedSessionUpToTheDamage)
-{
-    struct DamageCase {
-        std::string text;
-        std::string reason;
-    };
-    const std::size_t line_7 = session_text.find(R"({"exchange":6)");
-    const DamageCase cases[] = {
-        {session_text.substr(0, line_7),
-         "river.jsonl, line 7, column 1: the recording breaks off; the plug-in asked GIQOPT(segment 2)"},
-        {session_text.substr(0, line_7 + 20),
-         "river.jsonl, line 7, column 21: the recording breaks off; the plug-in asked GIQOPT(segment 2)"},
-    };
-    for (const DamageCase& c : cases) {
-        Replayed replayed(c.text);
-        replayed.ask_beginning();
-        EXPECT_EQ(ask("GSEGNAME", {1}), std::string("'Bay\0\xE9'", 7));
-        EXPECT_EQ(ask("GIQOPT", {2}), "?");
-        EXPECT_EQ(replayed.reason(), c.reason);
-        EXPECT_EQ(replayed.replay().outcome(), Replay::Outcome::damage);
-    }
-
-    std::string spoiled = session_text;
-    spoiled.replace(line_7 + 12, 1, "8");
-    Replayed replayed(spoiled);
-    replayed.ask_beginning();
-    EXPECT_EQ(ask("GSEGNAME", {1}), std::string("'Bay\0\xE9'", 7)); // the last sound answer
-    EXPECT_EQ(replayed.reason(), "river.jsonl, line 7, column 2: \"exchange\": expected 6, found 8");
-    EXPECT_EQ(replayed.replay().outcome(), Replay::Outcome::damage);
 }
 
 /// An export that is complete before the recording breaks off replays like any other.

@@ -205,12 +205,5 @@ TEST(SessionRecorder, RecordsTheBeginningOfTheLongestTexts)
     EXPECT_EQ(std::ranges::count(line, '\\'), 2 * longest_recorded_text);
 }
 
-TEST(SessionRecorder, LeavesAnExistingFileAlone)
-{
-    const SessionFile file("kept");
-    EXPECT_THROW(SessionRecorder{file.path()}, std::system_error);
-    EXPECT_EQ(file.content(), "kept");
-}
-
 } // namespace
 } // namespace velm
