@@ -5,7 +5,6 @@
 
 #include <iterator>
 #include <limits>
-#include <memory>
 #include <vector>
 
 #include <sqlite3.h>

@@ -7,7 +7,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <stdexcept>
-#include <type_traits>
 
 namespace velm {
 

@@ -8,7 +8,6 @@
 #include <filesystem>
 #include <functional>
 #include <iosfwd>
-#include <string>
 #include <string_view>
 #include <vector>
 

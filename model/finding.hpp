@@ -3,7 +3,6 @@
 #include "model/address.hpp"
 #include "model/words.hpp"
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>

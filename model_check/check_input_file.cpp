@@ -5,7 +5,6 @@
 #include "model_check/check_values.hpp"
 #include "model_check/field_finding.hpp"
 
-#include <algorithm>
 #include <map>
 #include <optional>
 #include <system_error>

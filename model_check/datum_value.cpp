@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <optional>
 #include <string_view>
-#include <type_traits>
 #include <vector>
 
 namespace velm {

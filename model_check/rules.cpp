@@ -5,7 +5,6 @@
 #include "model_store/model_store.hpp"
 
 #include <algorithm>
-#include <array>
 
 namespace velm {
 

@@ -5,7 +5,6 @@
 #include "plain_text/plain_text.hpp"
 
 #include <array>
-#include <cstddef>
 #include <string_view>
 #include <tuple>
 #include <unordered_map>

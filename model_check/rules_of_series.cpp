@@ -10,7 +10,6 @@
 #include <array>
 #include <cstddef>
 #include <utility>
-#include <vector>
 
 namespace velm {
 

@@ -4,7 +4,6 @@
 #include "model/model.hpp"
 #include "whole_file/place.hpp"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>

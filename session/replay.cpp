@@ -6,7 +6,6 @@
 #include "session/exchange_line.hpp"
 
 #include <algorithm>
-#include <stdexcept>
 #include <utility>
 
 namespace velm {

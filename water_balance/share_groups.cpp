@@ -1,6 +1,5 @@
 #include "water_balance/share_groups.hpp"
 
-#include <algorithm>
 #include <cmath>
 #include <span>
 #include <utility>

@@ -3,8 +3,6 @@
 #include "water_balance/share_groups.hpp"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 namespace velm {
 

@@ -2,7 +2,6 @@
 
 #include "water_balance/water_balance.hpp"
 
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>

@@ -4,8 +4,6 @@
 
 #include <string>
 
-#include <csignal>
-
 #include <sys/types.h>
 
 namespace velm {

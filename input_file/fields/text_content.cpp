@@ -3,8 +3,6 @@
 #include "model/words.hpp"
 #include "plain_text/plain_text.hpp"
 
-#include <cstddef>
-
 namespace velm {
 
 std::string text_as_served(std::string_view field)

@@ -3,7 +3,6 @@
 #include "model_store/load/load_parts.hpp"
 #include "model_store/sqlite/table_shape.hpp"
 
-#include <array>
 #include <atomic>
 #include <cmath>
 #include <cstddef>

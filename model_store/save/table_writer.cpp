@@ -4,7 +4,6 @@
 #include "model_store/latin1.hpp"
 #include "model_store/model_store.hpp"
 
-#include <algorithm>
 #include <cmath>
 #include <utility>
 

@@ -6,7 +6,6 @@
 #include <memory>
 #include <string>
 #include <system_error>
-#include <utility>
 
 namespace velm {
 

@@ -4,7 +4,6 @@
 #include "model_store/model_store.hpp"
 
 #include <algorithm>
-#include <cctype>
 
 namespace velm {
 

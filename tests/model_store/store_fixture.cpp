@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <type_traits>
-#include <utility>
 
 #include <sqlite3.h>
 

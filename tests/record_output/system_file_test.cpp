@@ -1,7 +1,6 @@
 #include "tests/support/system_file_case.hpp"
 
 #include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
 #include <sys/resource.h>

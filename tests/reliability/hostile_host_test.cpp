@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <cfenv>
 #include <clocale>
-#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>

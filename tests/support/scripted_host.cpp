@@ -3,7 +3,6 @@
 #include "host_link/host_keys.hpp"
 
 #include <algorithm>
-#include <cstdlib>
 #include <sstream>
 
 namespace velm {

@@ -11,15 +11,12 @@
 
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <iomanip>
 #include <iostream>
 #include <new>
-#include <string_view>
 #include <system_error>
-#include <utility>
 
 namespace velm {
 namespace {

@@ -12,7 +12,6 @@
 #include <array>
 #include <iomanip>
 #include <map>
-#include <numeric>
 #include <string_view>
 #include <vector>
 

@@ -81,9 +81,7 @@ ExitCode record_host(const RecordArguments& arguments)
     const HostLibrary host = load_host(arguments.host);
     SessionRecorder recorder(arguments.session);
     RecordedLibrary recorded(host, recorder);
-    velm_host_attach(&RecordedLibrary::answer, &recorded);
-    plug_in.run_export();
-    velm_host_attach(nullptr, nullptr);
+    plug_in.run_export(&RecordedLibrary::answer, &recorded);
     recorder.close();
     if (!recorder.failure().empty()) {
         recorder.remove_if_failed();

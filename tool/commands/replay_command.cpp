@@ -67,9 +67,7 @@ void run_plug_in(const PlugIn& plug_in, Replay& replay, const ReplayArguments& a
         print_error(reason_in_words(replay, arguments));
         PlugIn::end_process(exit_code(replay));
     };
-    velm_host_attach(&Replay::answer, &replay);
-    plug_in.run_export();
-    velm_host_attach(nullptr, nullptr);
+    plug_in.run_export(&Replay::answer, &replay);
     replay.finish();
 }
 

@@ -4,7 +4,6 @@
 #include "tool/files/file_name.hpp"
 
 #include <initializer_list>
-#include <string>
 #include <string_view>
 
 namespace velm {

@@ -6,7 +6,6 @@
 #include "tool/system/terminal.hpp"
 
 #include <cstdlib>
-#include <string>
 #include <system_error>
 
 #ifndef _WIN32
@@ -65,9 +64,14 @@ const bool is_watched = std::atexit(fail_if_under_way) == 0
 
 } // namespace
 
-void PlugIn::run_export() const
+void PlugIn::run_export(velm_host_answer answer, void* host) const
 {
+    velm_host_attach(answer, host);
     is_under_way = is_watched;
+    const auto end = [] {
+        is_under_way = false;
+        velm_host_attach(nullptr, nullptr);
+    };
     try {
         importexport();
 #ifndef _WIN32
@@ -75,10 +79,10 @@ void PlugIn::run_export() const
         std::exit(static_cast<int>(ExitCode::failed)); // NOLINT(concurrency-mt-unsafe): one thread exports
 #endif
     } catch (...) {
-        is_under_way = false;
+        end();
         throw;
     }
-    is_under_way = false;
+    end();
 }
 
 void PlugIn::end_process(ExitCode code)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "headless_host/prevelmwdll.h"
 #include "tool/exit_code.hpp"
 
 #include <filesystem>
@@ -13,9 +14,9 @@ public:
     /// directory as it is installed. Throws ToolError when there is no such file or it has no procedure importexport.
     explicit PlugIn(const std::filesystem::path& library = {});
 
-    /// Runs one export. Whatever the plug-in throws comes through. One that ends the process, or its thread, ends it
-    /// with ExitCode::failed and words that say so.
-    void run_export() const;
+    /// Runs one export, of which `answer` answers all requests, with `host`. Whatever the plug-in throws comes through.
+    /// One that ends the process, or its thread, ends it with ExitCode::failed and words that say so.
+    void run_export(velm_host_answer answer, void* host) const;
 
     /// Ends the process from within an export, without these words.
     [[noreturn]] static void end_process(ExitCode code);

@@ -23,16 +23,6 @@ struct RecordedHost {
     }
 };
 
-class AttachedHost {
-public:
-    AttachedHost(velm_host_answer answer, void* host) { velm_host_attach(answer, host); }
-    ~AttachedHost() { velm_host_attach(nullptr, nullptr); }
-    AttachedHost(const AttachedHost&) = delete;
-    AttachedHost& operator=(const AttachedHost&) = delete;
-    AttachedHost(AttachedHost&&) = delete;
-    AttachedHost& operator=(AttachedHost&&) = delete;
-};
-
 /// What the host will have served at the end, but for a few values of each item: near enough for a bar.
 std::uint64_t values_to_serve(const Model& model)
 {
@@ -56,10 +46,12 @@ std::string run_plug_in(const PlugIn& plug_in, const Model& model, HeadlessHost&
     ProgressBar bar("export", "values", values_to_serve(model), quiet);
     host.on_progress = [&](std::uint64_t values) { bar.show(values); };
     RecordedHost recorded{host, recorder};
-    const auto attached = recorder == nullptr ? AttachedHost(&HeadlessHost::answer, &host)
-                                              : AttachedHost(&RecordedHost::answer, &recorded);
     try {
-        plug_in.run_export();
+        if (recorder == nullptr) {
+            plug_in.run_export(&HeadlessHost::answer, &host);
+        } else {
+            plug_in.run_export(&RecordedHost::answer, &recorded);
+        }
         return {};
     } catch (const std::exception& error) {
         return std::string("the plug-in threw ") + printable(error.what());
