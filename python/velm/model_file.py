@@ -78,7 +78,7 @@ class ModelFile:
         return str(table._repr_html_())
 
     def check(self, *options: str) -> Any:
-        """What velm check finds, as a DataFrame. `options` are those of the command: check("--most", "100")."""
+        """What velm check finds, as a DataFrame. `options` are those of the command: check("--ignore", "V301")."""
         files = program.run_for_json("check", self.path, *options)["files"]
         columns = ["code", "name", "level", "message", "remedy", "table", "row", "table_column", "value"]
         return pandas.DataFrame(files[0]["findings"] if files else [], columns=columns)

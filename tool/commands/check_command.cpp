@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -42,7 +43,8 @@ FileFindings check_file(const FileName& file, const CheckArguments& arguments, F
     std::optional<ProgressBar> bar;
     std::string_view work;
     CheckOptions options;
-    options.most_of_a_rule = arguments.most;
+    const bool for_program = arguments.json || arguments.sarif;
+    options.most_of_a_rule = for_program ? std::numeric_limits<std::size_t>::max() : arguments.most;
     options.ignored = {arguments.ignored.begin(), arguments.ignored.end()};
     options.on_finding = [&](const Finding& finding) {
         bar.reset();
@@ -187,8 +189,9 @@ Command check_command(CLI::App& tool)
         ->check(known_code)
         ->type_name("CODE");
     arguments
-        ->add_option("--most", values->most,
-                     "How many findings of a code to list for a file; 20 when not given, with 0 a line for each code")
+        ->add_option(
+            "--most", values->most,
+            "How many findings of a code to print as text for a file; 20 when not given, with 0 a line for each code")
         ->check(CLI::Range(0, 1'000'000'000))
         ->type_name("NUMBER");
     CLI::Option* const json = arguments->add_flag("--json", values->json, "Print the findings as JSON");
