@@ -1,5 +1,7 @@
 #include "water_balance/series_list.hpp"
 
+#include "model/items.hpp"
+
 namespace velm {
 
 namespace {
@@ -7,36 +9,34 @@ namespace {
 template <class Fields>
 void add_fields(std::vector<SeriesItem>& list, const Fields& fields, std::string_view table, std::string_view unit)
 {
-    std::int32_t owner = 0;
-    for (const auto& field : fields) {
-        ++owner;
-        std::int32_t number = 0;
-        for (const auto& function : field.functions) {
+    for_each_numbered(fields, [&](const auto& field, std::int64_t owner) {
+        for_each_numbered(field.functions, [&](const auto& function, std::int64_t number) {
             list.push_back({.table = table,
-                            .owner = owner,
-                            .number = ++number,
+                            .owner = static_cast<std::int32_t>(owner),
+                            .number = static_cast<std::int32_t>(number),
                             .series = &function.series,
                             .unit = unit,
                             .factor = double{field.scale_factor} * double{field.conversion_factor},
                             .description = function.description});
-        }
-    }
+        });
+    });
 }
 
-void add_items(std::vector<SeriesItem>& list, const SegmentSeriesSet& set, std::string_view table,
-               std::string_view unit, std::int32_t system)
+void add_items(std::vector<SeriesItem>& list, const Model& model, SegmentSeriesSet System::*set, std::string_view table,
+               std::string_view unit)
 {
-    std::int32_t number = 0;
-    for (const SegmentSeries& item : set.items) {
-        list.push_back({.table = table,
-                        .owner = system,
-                        .number = ++number,
-                        .series = &item.series,
-                        .unit = unit,
-                        .factor = double{set.scale_factor} * double{set.conversion_factor},
-                        .segment = item.segment,
-                        .description = {}});
-    }
+    for_each_numbered(model.systems, [&](const System& system, std::int64_t owner) {
+        for_each_numbered((system.*set).items, [&](const SegmentSeries& item, std::int64_t number) {
+            list.push_back({.table = table,
+                            .owner = static_cast<std::int32_t>(owner),
+                            .number = static_cast<std::int32_t>(number),
+                            .series = &item.series,
+                            .unit = unit,
+                            .factor = double{(system.*set).scale_factor} * double{(system.*set).conversion_factor},
+                            .segment = item.segment,
+                            .description = {}});
+        });
+    });
 }
 
 } // namespace
@@ -46,28 +46,19 @@ std::vector<SeriesItem> all_series(const Model& model)
     std::vector<SeriesItem> list;
     add_fields(list, model.flow_fields, "flow_value", "m3/s");
     add_fields(list, model.exchange_fields, "exchange_value", "m2/s");
-    std::int32_t owner = 0;
-    for (const System& system : model.systems) {
-        add_items(list, system.boundaries, "boundary_value", "mg/L", ++owner);
-    }
-    owner = 0;
-    for (const System& system : model.systems) {
-        add_items(list, system.loads, "load_value", "kg/day", ++owner);
-    }
-    owner = 0;
-    for (const InstanceType<TimeFunction>& type : model.time_function_types) {
-        ++owner;
-        std::int32_t number = 0;
-        for (const TimeFunction& function : type.instances) {
+    add_items(list, model, &System::boundaries, "boundary_value", "mg/L");
+    add_items(list, model, &System::loads, "load_value", "kg/day");
+    for_each_numbered(model.time_function_types, [&](const auto& type, std::int64_t owner) {
+        for_each_numbered(type.instances, [&](const TimeFunction& function, std::int64_t number) {
             list.push_back({.table = "time_function_value",
-                            .owner = owner,
-                            .number = ++number,
+                            .owner = static_cast<std::int32_t>(owner),
+                            .number = static_cast<std::int32_t>(number),
                             .series = &function.series,
                             .unit = {},
                             .description = function.description,
                             .used = function.used});
-        }
-    }
+        });
+    });
     return list;
 }
 
