@@ -204,29 +204,28 @@ float TableReader::single_precision(std::string_view column, int index)
 }
 
 /// In ISO 8859-1.
-void TableReader::read_value(const ColumnText& text, std::string& value)
+void TableReader::read_value(const ColumnText& column, std::string& value)
 {
-    const std::string_view column = text.name;
-    const int index = find(column);
+    const int index = find(column.name);
     value.clear();
     if (sqlite3_column_type(statement_.handle(), index) != SQLITE_TEXT) {
-        report(column, value_in_words(index), "is not a text", "store a text, '' for none");
+        report(column.name, value_in_words(index), "is not a text", "store a text, '' for none");
         return;
     }
     const std::string_view utf8 = statement_.text(index);
     Latin1Text latin1 = latin1_from_utf8(utf8);
     if (!latin1.valid_utf8) {
-        report(column, printable(utf8, longest_quote), "is not UTF-8", "store the text in UTF-8");
+        report(column.name, printable(utf8, longest_quote), "is not UTF-8", "store the text in UTF-8");
     } else if (!latin1.foreign_character.empty()) {
-        report(column, printable(utf8, longest_quote),
+        report(column.name, printable(utf8, longest_quote),
                "has the character " + latin1.foreign_character + ", which ISO 8859-1 lacks", "replace the character");
     } else if (utf8.find('\0') != std::string::npos) {
-        report(column, printable(utf8, longest_quote), "has a NUL character", "remove it");
+        report(column.name, printable(utf8, longest_quote), "has a NUL character", "remove it");
     } else if (utf8.find_first_of("\r\n") != std::string::npos) {
-        report(column, printable(utf8, longest_quote), "has a line break", "keep the text on one line");
-    } else if (latin1.text.size() > text.length) {
-        report(column, printable(utf8, longest_quote), "has " + std::to_string(latin1.text.size()) + " characters",
-               "shorten it to at most " + std::to_string(text.length));
+        report(column.name, printable(utf8, longest_quote), "has a line break", "keep the text on one line");
+    } else if (latin1.text.size() > column.length) {
+        report(column.name, printable(utf8, longest_quote), "has " + std::to_string(latin1.text.size()) + " characters",
+               "shorten it to at most " + std::to_string(column.length));
     } else {
         value = std::move(latin1.text);
     }
