@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cfenv>
 #include <clocale>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
