@@ -227,6 +227,16 @@ class FilesOfOthers(ToolCase):
             self.assertIn(f"velm: {name} cannot be made: the umask takes from you", message)
         self.assertEqual((self.directory / "model.inp").read_bytes(), self.inp)
 
+    def test_a_model_makes_no_room_for_another_kind_of_file(self):
+        shutil.copy(self.directory / "model.db", self.directory / "other.db")
+        before = self.files()
+        for arguments in [["export", "model.db", "other.db"], ["export", "model.db", "out.inp", "--panel", "model.inp"],
+                          ["report", "model.db", "model.inp"], ["report", "model.inp", "other.db"]]:
+            with self.subTest(arguments):
+                code, _, message = self.velm(*arguments)
+                self.assertEqual((code, self.files()), (2, before), message)
+                self.assertIn("is not replaced by another kind of file", message)
+
     def test_two_names_that_will_be_one_file(self):
         (self.directory / "folder").mkdir()
         os.symlink("folder", self.directory / "same")

@@ -261,7 +261,7 @@ class Given(ToolCase):
                 self.make_model(name, made)
             before = self.files()
             for command in (["export", name, "out"], ["info", name], ["check", name], ["diff", name, "model.db"],
-                            ["report", name, "out"]):
+                            ["report", name, "page"]):
                 with self.subTest(command):
                     code, _, message = self.velm(*command)
                     self.assertIn(said, message)

@@ -7,6 +7,7 @@
 #include "session/session_recorder.hpp"
 #include "tool/commands/commands.hpp"
 #include "tool/files/file_arguments.hpp"
+#include "tool/files/file_kind.hpp"
 #include "tool/files/file_name.hpp"
 #include "tool/files/model_file.hpp"
 #include "tool/plug_in/made_at.hpp"
@@ -51,6 +52,7 @@ void check(const ExportArguments& arguments)
                   "an export replaces its file only when it is whole, which a stream cannot; give a file name");
     if (!arguments.panel.empty()) {
         refuse_stream(arguments.panel, "The panel's file", "the page is saved in a file; give a file name");
+        refuse_to_replace_model(arguments.panel, false);
     }
     if (!arguments.session.empty()) {
         refuse_stream(arguments.session, "SESSION", "a session is recorded in a file of its own; give a file name");
@@ -61,6 +63,7 @@ void check(const ExportArguments& arguments)
                      {"the file of --sql", arguments.changes},
                      {"the panel's file", arguments.panel},
                      {"SESSION", arguments.session}});
+    refuse_to_replace_model(arguments.output, true);
 }
 
 /// The page of an export, which is saved whatever becomes of that.

@@ -2,6 +2,7 @@
 #include "session/session_reader.hpp"
 #include "tool/commands/commands.hpp"
 #include "tool/files/file_arguments.hpp"
+#include "tool/files/file_kind.hpp"
 #include "tool/files/file_name.hpp"
 #include "tool/files/model_file.hpp"
 #include "tool/plug_in/plug_in.hpp"
@@ -78,6 +79,7 @@ ExitCode replay_session(const ReplayArguments& arguments)
                   "a replay replaces its file only when it is whole, which a stream cannot; give a file name");
     refuse_unless_regular(arguments.session, ExitCode::usage);
     refuse_one_file({{"OUTPUT", arguments.output}, {"SESSION", arguments.session}});
+    refuse_to_replace_model(arguments.output, true);
     std::optional<SessionReader> session;
     try {
         session.emplace(arguments.session);

@@ -50,6 +50,7 @@ std::string output_of(const ReportArguments& arguments)
 {
     if (!arguments.output.empty()) {
         refuse_stream(arguments.output, "OUT", "the page is replaced only when it is whole; give a file name");
+        refuse_to_replace_model(arguments.output, false);
         return arguments.output;
     }
     const fs::path output = fs::path(arguments.model).replace_extension(".html");

@@ -5,6 +5,7 @@
 #include "tool/files/model_file.hpp"
 
 #include <cerrno>
+#include <filesystem>
 #include <fstream>
 #include <string>
 #include <string_view>
@@ -19,6 +20,15 @@ constexpr std::string_view beginning_of_a_database("SQLite format 3\0", 16);
 bool may_be_input_file(const std::string& beginning)
 {
     return beginning.find("Module Type") != std::string::npos || beginning.find(" ==========") != std::string::npos;
+}
+
+std::string beginning_of(std::istream& input)
+{
+    constexpr std::size_t longest_beginning = 4096;
+    std::string beginning(longest_beginning, '\0');
+    input.read(beginning.data(), longest_beginning);
+    beginning.resize(static_cast<std::size_t>(input.gcount()));
+    return beginning;
 }
 
 [[noreturn]] void refuse(const FileName& file, const std::string& why)
@@ -37,10 +47,7 @@ FileKind kind_of_file(const FileName& file)
         refuse(file,
                "cannot be opened: " + std::generic_category().message(errno) + "; ask its owner, or give another file");
     }
-    constexpr std::size_t longest_beginning = 4096;
-    std::string beginning(longest_beginning, '\0');
-    input.read(beginning.data(), longest_beginning);
-    beginning.resize(static_cast<std::size_t>(input.gcount()));
+    const std::string beginning = beginning_of(input);
     if (beginning.starts_with(beginning_of_a_database)) {
         return FileKind::database;
     }
@@ -54,6 +61,22 @@ FileKind kind_of_file(const FileName& file)
                          "'; velm docs model-database says how values of a table get into a database");
     }
     return FileKind::input_file;
+}
+
+void refuse_to_replace_model(const FileName& output, bool by_input_file)
+{
+    std::error_code unknown; // then it cannot be written either
+    if (!std::filesystem::is_regular_file(output.text(), unknown)) {
+        return;
+    }
+    std::ifstream input(output, std::ios::binary);
+    const std::string beginning = beginning_of(input);
+    const bool is_database = beginning.starts_with(beginning_of_a_database);
+    if (is_database || (!by_input_file && may_be_input_file(beginning))) {
+        throw ToolError(ExitCode::usage,
+                        output + (is_database ? " is a model database" : " is an input file") +
+                            ", which is not replaced by another kind of file; remove it first, or name another file");
+    }
 }
 
 } // namespace velm

@@ -10,4 +10,8 @@ enum class FileKind { input_file, database };
 /// model_unreadable for what cannot be read or is neither.
 [[nodiscard]] FileKind kind_of_file(const FileName& file);
 
+/// Throws ToolError (usage) when a file that is to be written is there and is a model database, or an input file where
+/// none is written: most likely the arguments were mistaken.
+void refuse_to_replace_model(const FileName& output, bool by_input_file);
+
 } // namespace velm
