@@ -115,6 +115,9 @@ void WholeFile::Making::replace()
 {
     const std::string file_name = place.filename().string();
     const Descriptor old(openat(folder.number(), file_name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+    if (!old.valid() && errno == ENOENT && link_to(folder.number(), file_name.c_str())) {
+        return;
+    }
     struct stat status {};
     if (old.valid() && (fstat(old.number(), &status) != 0 || !S_ISREG(status.st_mode))) {
         throw FileError(shown(name) + " has become a link, a folder or a device meanwhile, and is left as it is");

@@ -209,13 +209,10 @@ void export_model(const ExportArguments& arguments, WholeFile& output, Panel& pa
     Model model = read_model_file(arguments.model, reading).model;
     HeadlessHost host(model, output.content().string());
 
-    std::optional<SessionRecorder> recorder;
-    if (!arguments.session.empty()) {
-        recorder.emplace(arguments.session);
-    }
+    const auto recorder = arguments.session.empty() ? nullptr : new_session(arguments.session);
 
     panel.set_outcome("failed");
-    std::string failure = run_export(plug_in, model, host, arguments.quiet, recorder ? &*recorder : nullptr);
+    std::string failure = run_export(plug_in, model, host, arguments.quiet, recorder.get());
     panel.add(host.panel());
     const WrittenFile written = read_written_file(output.content());
     if (failure.empty()) {

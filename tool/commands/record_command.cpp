@@ -79,13 +79,13 @@ ExitCode record_host(const RecordArguments& arguments)
     refuse_existing_session(arguments.session);
     const PlugIn plug_in(arguments.plug_in);
     const HostLibrary host = load_host(arguments.host);
-    SessionRecorder recorder(arguments.session);
-    RecordedLibrary recorded(host, recorder);
+    const auto recorder = new_session(arguments.session);
+    RecordedLibrary recorded(host, *recorder);
     plug_in.run_export(&RecordedLibrary::answer, &recorded);
-    recorder.close();
-    if (!recorder.failure().empty()) {
-        recorder.remove_if_failed();
-        throw ToolError(ExitCode::failed, "recording stopped, and no file is left: " + printable(recorder.failure()));
+    recorder->close();
+    if (!recorder->failure().empty()) {
+        recorder->remove_if_failed();
+        throw ToolError(ExitCode::failed, "recording stopped, and no file is left: " + printable(recorder->failure()));
     }
     if (recorded.is_this_tool()) {
         throw ToolError(ExitCode::failed,

@@ -68,4 +68,17 @@ void refuse_existing_session(const FileName& session)
     refuse_unless_free(session, real_place(session), Standing::refused);
 }
 
+std::unique_ptr<SessionRecorder> new_session(const FileName& session)
+{
+    try {
+        return std::make_unique<SessionRecorder>(session);
+    } catch (const std::system_error& error) {
+        if (error.code() == std::errc::permission_denied || error.code() == std::errc::read_only_file_system) {
+            throw ToolError(ExitCode::usage,
+                            std::string(error.what()) + "; name a file in a folder that may be written to");
+        }
+        throw;
+    }
+}
+
 } // namespace velm

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "session/session_recorder.hpp"
 #include "tool/exit_code.hpp"
 #include "tool/files/file_name.hpp"
 
 #include <initializer_list>
+#include <memory>
 #include <string_view>
 
 namespace velm {
@@ -22,6 +24,9 @@ void refuse_unless_regular(const FileName& file, ExitCode code);
 
 /// Throws FileError when there is a file of this name, or none can be made there.
 void refuse_existing_session(const FileName& session);
+
+/// Begins to record in a new file. Throws ToolError (usage) where none may be made, std::system_error for want of room.
+[[nodiscard]] std::unique_ptr<SessionRecorder> new_session(const FileName& session);
 
 /// Throws ToolError (usage) for a path of OUTPUT that is too long for the plug-in's field.
 void refuse_long_path(const FileName& output);
