@@ -92,6 +92,9 @@ extern "C" __attribute__((visibility("default"))) void importexport()
         std::fputs("waiting", stderr);
         pause();
     }
+    if (failure == "talks") {
+        std::fputs("nothing fails", stderr);
+    }
     if (failure == "throws") {
         throw std::runtime_error("no storage");
     }
