@@ -121,7 +121,7 @@ bool RecordReader::begins_item_around(std::uint64_t count_line, std::string_view
 bool RecordReader::is_behind(const Announced& list)
 {
     const std::string_view line = line_ahead().text;
-    return line.find("========") != line.npos || begins_item_around(list.line, line);
+    return line.find("========") != std::string_view::npos || begins_item_around(list.line, line);
 }
 
 /// Names the count of a list that ends before its items are complete or goes on behind them, or says that a line stands
