@@ -32,8 +32,6 @@
 namespace velm {
 namespace {
 
-namespace fs = std::filesystem;
-
 struct ExportArguments {
     FileName model;
     FileName changes; ///< of SQL statements; empty: none
