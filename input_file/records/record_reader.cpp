@@ -227,9 +227,9 @@ void RecordReader::known_record(std::string_view name, std::string_view known)
     take(line);
     if (line.text != known) {
         const auto differing = std::ranges::mismatch(known, line.text).in1 - known.begin();
-        const FindingRule& rule = !lacks_nuls                              ? form_rules::other_label
+        const FindingRule& rule = !lacks_nuls                                      ? form_rules::other_label
                                   : line.text.find('\0') == std::string_view::npos ? form_rules::dropped_nul
-                                                                           : form_rules::trimmed_blanks;
+                                                                                   : form_rules::trimmed_blanks;
         report_at({record_line_, static_cast<std::uint64_t>(differing) + 1}, rule, name, line.text, "is another text",
                   in_quotes(known));
     }
