@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <map>
 #include <set>
 #include <string>
@@ -13,6 +14,9 @@
 #include <vector>
 
 namespace velm {
+
+/// As the limit of a list: it has none.
+constexpr std::size_t all_findings = std::numeric_limits<std::size_t>::max();
 
 /// How often a rule was met.
 struct RuleCount {

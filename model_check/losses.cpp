@@ -3,6 +3,7 @@
 #include "model/items.hpp"
 #include "model/real_in_words.hpp"
 #include "model/words.hpp"
+#include "model_check/loss_rules.hpp"
 
 #include <algorithm>
 #include <array>
@@ -101,6 +102,13 @@ void LossCount::compare(const Address& address, std::string_view text, float val
     LossList& list = shown == 0                     ? losses_.vanishing
                      : relative > noticeable_change ? losses_.changed
                                                     : losses_.digits_lost;
+    if (on_loss_) {
+        on_loss_(&list == &losses_.vanishing ? loss_rules::value_vanishes
+                 : &list == &losses_.changed ? loss_rules::value_changed
+                                             : loss_rules::digits_lost,
+                 {address, value, std::string(text), relative});
+        return;
+    }
     ++list.count;
     if (most_ > 0 && (list.worst.size() < most_ || relative > list.worst.front().relative)) {
         add(list, {address, value, std::string(text), relative});

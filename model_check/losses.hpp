@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -50,8 +51,6 @@ struct Losses {
     LossList digits_lost;           ///< the rest of the lossy ones
     std::uint64_t cut = 0;          ///< texts
     std::vector<CutText> cut_texts; ///< the first, up to the limit
-
-    [[nodiscard]] std::uint64_t lossy() const { return vanishing.count + changed.count + digits_lost.count; }
 };
 
 /// Compares a model with its export, field by field in the order in which they are read, and gives the model the values
@@ -59,8 +58,12 @@ struct Losses {
 /// it writes a value.
 class LossCount {
 public:
-    /// `model` outlives the count. Of each kind of loss, `most_listed` are listed.
-    LossCount(Model& model, std::size_t most_listed) : model_(model), types_(model), most_(most_listed) {}
+    /// `model` outlives the count. Of each kind of loss, `most_listed` are listed; with `on_loss`, which hears of each
+    /// as it comes, reals are neither listed nor counted.
+    LossCount(Model& model, std::size_t most_listed, std::function<void(const FindingRule&, const Loss&)> on_loss = {})
+        : model_(model), types_(model), most_(most_listed), on_loss_(std::move(on_loss))
+    {
+    }
 
     void see(const FieldText& field);
     /// The worst first. To be asked for once, at the end.
@@ -74,6 +77,7 @@ private:
     Model& model_;
     ExportedTypes types_;
     std::size_t most_;
+    std::function<void(const FindingRule&, const Loss&)> on_loss_;
     Losses losses_;
 };
 

@@ -14,18 +14,22 @@ namespace velm {
 
 namespace {
 
+Finding in_words(const FindingRule& rule, const Loss& loss)
+{
+    const std::string remedy = loss.remedy();
+    const bool may_matter_little = &rule == &loss_rules::digits_lost && !remedy.empty();
+    return {.rule = &rule,
+            .address = loss.address,
+            .message = loss.in_words(),
+            .value = real_in_words(loss.value),
+            .text = loss.text,
+            .remedy = (may_matter_little ? "nothing, when the difference does not matter; else " : "") + remedy};
+}
+
 void add(FindingList& list, const FindingRule& rule, const LossList& losses)
 {
-    const std::string first =
-        &rule == &loss_rules::digits_lost ? "nothing, when the difference does not matter; else " : "";
     for (const Loss& loss : losses.worst) {
-        const std::string remedy = loss.remedy();
-        list.add({.rule = &rule,
-                  .address = loss.address,
-                  .message = loss.in_words(),
-                  .value = real_in_words(loss.value),
-                  .text = loss.text,
-                  .remedy = remedy.empty() ? remedy : first + remedy});
+        list.add(in_words(rule, loss));
     }
     list.count(rule, losses.count - losses.worst.size());
 }
@@ -63,7 +67,11 @@ Finding of_database(const Finding& problem, Model& model, const ExportedTypes& t
 ReadBack read_back(std::istream& exported, Model& model, FindingList& list,
                    const std::function<void(std::uint64_t bytes)>& on_progress)
 {
-    LossCount losses(model, list.most());
+    std::function<void(const FindingRule&, const Loss&)> add_each; // of all, none is kept to find the worst
+    if (list.most() == all_findings) {
+        add_each = [&](const FindingRule& rule, const Loss& loss) { list.add(in_words(rule, loss)); };
+    }
+    LossCount losses(model, list.most(), add_each);
     const ExportedTypes types(model);
     ReadOptions reading;
     reading.most_problems = 0;

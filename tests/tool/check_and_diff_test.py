@@ -82,7 +82,7 @@ class Check(Files):
                          (2, "", "velm: there is no finding V2; velm docs findings lists all\n"))
 
     def test_json(self):
-        code, text, _ = self.velm("check", "late.inp", "deep.db", "--json", "--most", "0", "--show", "error")
+        code, text, _ = self.velm("check", "late.inp", "deep.db", "--json", "--show", "error")
         late, deep = json.loads(text)["files"]
         self.assertEqual((code, late["counts"], deep["counts"]), (1, {"V204": 1}, {"V101": 1}))
         self.assertEqual([(f["line"], f["column"]) for f in late["findings"]], [(194, 3)])

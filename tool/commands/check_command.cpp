@@ -16,7 +16,6 @@
 
 #include <algorithm>
 #include <iostream>
-#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -26,13 +25,15 @@
 namespace velm {
 namespace {
 
+constexpr std::size_t most_to_list = 1'000'000'000; ///< of a rule; no model has more values
+
 struct CheckArguments {
     std::vector<FileName> files;
     std::string fail_on = "error";
     std::string show = "warning";
     std::vector<std::string> ignored; ///< codes
-    std::size_t most = CheckOptions{}.most_of_a_rule;
-    FileName plug_in; ///< empty: the tool's own
+    std::optional<std::size_t> most;  ///< all for a program, a few for people
+    FileName plug_in;                 ///< empty: the tool's own
     bool json = false;
     bool sarif = false;
     bool quiet = false;
@@ -44,7 +45,8 @@ FileFindings check_file(const FileName& file, const CheckArguments& arguments, F
     std::string_view work;
     CheckOptions options;
     const bool for_program = arguments.json || arguments.sarif;
-    options.most_of_a_rule = for_program ? std::numeric_limits<std::size_t>::max() : arguments.most;
+    const std::size_t most = arguments.most.value_or(for_program ? most_to_list : options.most_of_a_rule);
+    options.most_of_a_rule = most == most_to_list ? all_findings : most;
     options.ignored = {arguments.ignored.begin(), arguments.ignored.end()};
     options.on_finding = [&](const Finding& finding) {
         bar.reset();
@@ -191,8 +193,9 @@ Command check_command(CLI::App& tool)
     arguments
         ->add_option(
             "--most", values->most,
-            "How many findings of a code to print as text for a file; 20 when not given, with 0 a line for each code")
-        ->check(CLI::Range(0, 1'000'000'000))
+            "How many findings of a code to list for a file; when not given 20, or all with --json and --sarif; with 0 "
+            "a line for each code")
+        ->check(CLI::Range(std::size_t{0}, most_to_list))
         ->type_name("NUMBER");
     CLI::Option* const json = arguments->add_flag("--json", values->json, "Print the findings as JSON");
     arguments->add_flag("--sarif", values->sarif, "Print the findings as SARIF 2.1.0, for editors and CI")
