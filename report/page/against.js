@@ -7,7 +7,7 @@ export function startAgainst() {
     const { against } = page;
     if (!against) return;
     find("against-part").hidden = false;
-    find("against").append(h("p", {}, "Compared with ", name(visible(against.file)), ". Changed segments have a double frame on the map."),
+    find("against").append(h("p", {}, "Compared with ", name(visible(against.file)), ". Changed segments stand out on the map."),
         against.differences.length === 0 ? h("p", { class: "quiet" }, "The two models are the same.")
             : h("ul", { class: "plain" }, against.differences.map((one) => h("li", { "data-difference": one.at },
                 one.at ? link(one.at, "show") : "", one.at ? " " : "", name(visible(one.words))))),

@@ -1,5 +1,6 @@
 // Colours of quantities: viridis, which is even in lightness and safe for the colour-blind.
 import { numbers, page, segmentCount } from "./data.js";
+import { isBed } from "./network.js";
 
 const viridis = ["#440154", "#482878", "#3e4989", "#31688e", "#26828e", "#1f9e89", "#35b779", "#6ece58", "#b5de2b", "#fde725"]
     .map((text) => [1, 3, 5].map((at) => parseInt(text.slice(at, at + 2), 16)));
@@ -30,8 +31,12 @@ export function scaleOf(values) {
     return { least, greatest, powers, part: (value) => (width > 0 ? (at(value) - at(least)) / width : 0.5) };
 }
 
+/** What water does says little of the bed, which stays quiet. */
+export const isColoured = (datum, segment) => !(datum.group === "water" && isBed(segment));
+
 /** What the map can be coloured by; `varies` where that would show something. */
 export const colourings = page.segments.data.map((datum) => {
     const values = numbers(datum.values, segmentCount);
-    return { ...datum, values, varies: values.some((value) => value !== values[0] && !(Math.abs(value - values[0]) <= 1e-5 * Math.abs(value))) };
+    const shown = values.filter((_, i) => isColoured(datum, i + 1));
+    return { ...datum, values, varies: shown.some((value) => value !== shown[0] && !(Math.abs(value - shown[0]) <= 1e-5 * Math.abs(value))) };
 });

@@ -2,6 +2,7 @@
 import { page, visible } from "./data.js";
 import { find, h, link, name } from "./dom.js";
 import { count } from "./format.js";
+import { shows } from "./navigate.js";
 
 const shapes = { error: "●", warning: "▲", note: "○" };
 const levels = Object.keys(shapes);
@@ -40,5 +41,10 @@ export function startFindings() {
     const place = find("findings");
     if (codes.length === 0) place.append(h("p", { class: "quiet" }, "Nothing was found."));
     else place.append(filter(), ...[...codes].sort((a, b) => levels.indexOf(a.level) - levels.indexOf(b.level)).map(group));
+    shows(levels, (numbers, level) => {
+        const box = place.querySelector(`.code[data-level="${level}"]:not([hidden])`);
+        if (box) box.open = true;
+        return box?.firstChild ?? find("findings-title");
+    });
     place.append(...page.findings.remarks.map((remark) => h("p", { class: "quiet" }, visible(remark.slice(0, 1).toUpperCase() + remark.slice(1)), ".")));
 }

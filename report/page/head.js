@@ -13,5 +13,5 @@ export function startHead() {
     const run = hasDates ? `${date(0)} to ${date(end)} (${exact(end)} days)` : `${exact(end)} days, from a start that is no date`;
     find("run").append([run, ...counts.map(([what, n]) => plural(n, what))].join(" · "));
     find("levels").append(...["error", "warning", "note"].map((level) =>
-        h("a", { href: "#findings-title", class: "level-link" }, levelMark(level).firstChild, ` ${plural(countOf(level), level)}`)));
+        h("a", { href: `#${level}`, class: "level-link" }, levelMark(level).firstChild, ` ${plural(countOf(level), level)}`)));
 }

@@ -1,5 +1,5 @@
 // The map with its controls: colour, search, zoom; a click or a key chooses a segment or a link.
-import { colourings, scaleOf, viridisAt } from "./colour.js";
+import { colourings, isColoured, scaleOf, viridisAt } from "./colour.js";
 import { page, segmentCount, segmentNames } from "./data.js";
 import { find, h } from "./dom.js";
 import { count, exact, short, withUnit } from "./format.js";
@@ -45,8 +45,7 @@ function paint(datum) {
         drawing.paint(null);
         return;
     }
-    // what water does says little of the bed, which stays quiet
-    const counts = (segment) => Number.isFinite(datum.values[segment - 1]) && !(datum.group === "water" && isBed(segment));
+    const counts = (segment) => Number.isFinite(datum.values[segment - 1]) && isColoured(datum, segment);
     const scale = scaleOf(datum.values.filter((_, i) => counts(i + 1)));
     drawing.paint((segment) => (counts(segment) ? viridisAt(scale.part(datum.values[segment - 1])) : null));
     legend.append(h("span", {}, `${datum.name} `), h("span", { title: exact(scale.least) }, short(scale.least)),

@@ -14,10 +14,11 @@ export function drawCanvas(places) {
     let current = 1;
     let waiting = false;
     let withBed = true;
+    let changed = new Set();
 
     function segmentColour(segment, style) {
         if (segment === lit.segment) return style.getPropertyValue("--accent");
-        if (lit.up?.has(segment) || lit.down?.has(segment)) return style.getPropertyValue("--lit");
+        if (changed.has(segment) || lit.up?.has(segment) || lit.down?.has(segment)) return style.getPropertyValue("--lit");
         return colours?.(segment)?.fill ?? style.getPropertyValue(isBed(segment) ? "--bed" : "--water");
     }
 
@@ -49,14 +50,14 @@ export function drawCanvas(places) {
             const { x, y } = places[segment];
             if (x < left || y < top || x > right || y > bottom || (!withBed && isBed(segment))) continue;
             context.fillStyle = segmentColour(segment, style);
-            const grown = segment === lit.segment ? 4 : 1;
+            const grown = segment === lit.segment || changed.has(segment) ? 4 : 1;
             context.fillRect(x, y, Math.max(size.width, least * grown), Math.max(heightOf(segment), least * grown));
-            if (view.k > 0.25) drawNumber(segment, x, y);
+            if (view.k > 0.25) drawNumber(segment, x, y, style);
         }
     }
 
-    function drawNumber(segment, x, y) {
-        context.fillStyle = colours?.(segment)?.ink ?? "#111";
+    function drawNumber(segment, x, y, style) {
+        context.fillStyle = segment === lit.segment ? style.getPropertyValue("--paper") : (colours?.(segment)?.ink ?? style.getPropertyValue("--ink"));
         context.font = "600 14px system-ui, sans-serif";
         context.fillText(String(segment), x + 7, y + (isBed(segment) ? 13 : 24));
     }
@@ -82,7 +83,7 @@ export function drawCanvas(places) {
             later();
         },
         showBed(on) { withBed = on; later(); },
-        changed() {},
+        changed(segments) { changed = new Set(segments); later(); },
         focus(segment) {
             current = segment;
             lit = { ...lit, segment };

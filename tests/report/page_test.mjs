@@ -149,6 +149,10 @@ test("solids have a flow, too; segments stand where the modeller puts them, and 
 
 test("each finding leads to its place", async () => {
     await open("hostile", async (page) => {
+        for (const level of ["error", "warning", "note"]) {
+            await page.click(`#levels a:has-text("${level}")`);
+            assert.equal(await page.evaluate(() => document.activeElement.closest("details[open]").dataset.level), level);
+        }
         const links = page.locator("[data-finding] a");
         const count = await links.count();
         const kinds = new Set();
