@@ -23,7 +23,6 @@ private:
     using TypesByIsc = std::unordered_map<std::int32_t, const InstanceType<Instance>*>;
 
     struct Step;
-    void answer_without_column(const Request& request, const Step& step) const;
 
     const Model& model_;
     std::tuple<TypesByIsc<TimeFunction>, TypesByIsc<Parameter>, TypesByIsc<Constant>> types_;

@@ -121,9 +121,10 @@ template <class ItemType, std::size_t count>
 struct Table {
     using Item = ItemType;
     std::string_view name;
+    std::string_view count_key; ///< with which the host is asked how many there are; empty where it is not asked
     std::array<Column<Item>, count> columns;
 };
 template <class Item, std::size_t count>
-Table(const char*, std::array<Column<Item>, count>) -> Table<Item, count>;
+Table(const char*, const char*, std::array<Column<Item>, count>) -> Table<Item, count>;
 
 } // namespace velm

@@ -46,36 +46,45 @@ constexpr void for_each_table(Use use)
                  parameter, constant_type, constant);
 }
 
-/// Goes to one item of a model, or of one in the making, and calls use(table, item).
+/// Goes to the list that holds the items of a table, which is not the model's own, and calls use(table, list, level).
 ///
 /// `step(list, level)` gives the item to go on with: the outermost list has level 0, as has the first number of an
 /// address. `step.type(list)` does so for the type that an instance belongs to, at level 0.
 template <class AnyModel, class Step, class Use>
-void with_item(TableId id, AnyModel& m, Step&& step, Use&& use)
+void with_list(TableId id, AnyModel& m, Step&& step, Use&& use)
 {
     switch (id) {
-    case TableId::model: return use(tables::model, m);
-    case TableId::system: return use(tables::system, step(m.systems, 0));
-    case TableId::segment: return use(tables::segment, step(m.segments, 0));
-    case TableId::initial_condition:
-        return use(tables::initial_condition, step(step(m.systems, 0).initial_conditions, 1));
-    case TableId::flow_field: return use(tables::flow_field, step(m.flow_fields, 0));
-    case TableId::flow_function: return use(tables::flow_function, step(step(m.flow_fields, 0).functions, 1));
-    case TableId::flow_path: return use(tables::flow_path, step(step(step(m.flow_fields, 0).functions, 1).paths, 2));
-    case TableId::exchange_field: return use(tables::exchange_field, step(m.exchange_fields, 0));
-    case TableId::exchange_function:
-        return use(tables::exchange_function, step(step(m.exchange_fields, 0).functions, 1));
+    case TableId::model: return;
+    case TableId::system: return use(tables::system, m.systems, 0);
+    case TableId::segment: return use(tables::segment, m.segments, 0);
+    case TableId::initial_condition: return use(tables::initial_condition, step(m.systems, 0).initial_conditions, 1);
+    case TableId::flow_field: return use(tables::flow_field, m.flow_fields, 0);
+    case TableId::flow_function: return use(tables::flow_function, step(m.flow_fields, 0).functions, 1);
+    case TableId::flow_path: return use(tables::flow_path, step(step(m.flow_fields, 0).functions, 1).paths, 2);
+    case TableId::exchange_field: return use(tables::exchange_field, m.exchange_fields, 0);
+    case TableId::exchange_function: return use(tables::exchange_function, step(m.exchange_fields, 0).functions, 1);
     case TableId::exchange_pair:
-        return use(tables::exchange_pair, step(step(step(m.exchange_fields, 0).functions, 1).pairs, 2));
-    case TableId::boundary: return use(tables::boundary, step(step(m.systems, 0).boundaries.items, 1));
-    case TableId::load: return use(tables::load, step(step(m.systems, 0).loads.items, 1));
-    case TableId::time_function_type: return use(tables::time_function_type, step(m.time_function_types, 0));
-    case TableId::time_function: return use(tables::time_function, step(step.type(m.time_function_types).instances, 1));
-    case TableId::parameter_type: return use(tables::parameter_type, step(m.parameter_types, 0));
-    case TableId::parameter: return use(tables::parameter, step(step.type(m.parameter_types).instances, 1));
-    case TableId::constant_type: return use(tables::constant_type, step(m.constant_types, 0));
-    case TableId::constant: return use(tables::constant, step(step.type(m.constant_types).instances, 1));
+        return use(tables::exchange_pair, step(step(m.exchange_fields, 0).functions, 1).pairs, 2);
+    case TableId::boundary: return use(tables::boundary, step(m.systems, 0).boundaries.items, 1);
+    case TableId::load: return use(tables::load, step(m.systems, 0).loads.items, 1);
+    case TableId::time_function_type: return use(tables::time_function_type, m.time_function_types, 0);
+    case TableId::time_function: return use(tables::time_function, step.type(m.time_function_types).instances, 1);
+    case TableId::parameter_type: return use(tables::parameter_type, m.parameter_types, 0);
+    case TableId::parameter: return use(tables::parameter, step.type(m.parameter_types).instances, 1);
+    case TableId::constant_type: return use(tables::constant_type, m.constant_types, 0);
+    case TableId::constant: return use(tables::constant, step.type(m.constant_types).instances, 1);
     }
+}
+
+/// Goes on to one item of that list, or to the model, and calls use(table, item).
+template <class AnyModel, class Step, class Use>
+void with_item(TableId id, AnyModel& model, Step&& step, Use&& use)
+{
+    if (id == TableId::model) {
+        return use(tables::model, model);
+    }
+    with_list(id, model, step,
+              [&](const auto& table, auto& list, std::size_t level) { use(table, step(list, level)); });
 }
 
 /// A table of time series, with that of the items that they belong to.
@@ -83,14 +92,16 @@ struct SeriesTable {
     std::string_view name;
     TableId owner;
     std::string_view owner_name;
+    std::string_view count_key; ///< with which the host is asked how many pairs there are
+    std::string_view pairs_key; ///< with which it is asked for one, or for all of them
     std::size_t most_pairs = std::numeric_limits<std::int32_t>::max();
 };
 inline constexpr std::array series_tables{
-    SeriesTable{"boundary_value", TableId::boundary, "boundary", SegmentSeries::most_pairs},
-    SeriesTable{"load_value", TableId::load, "load", SegmentSeries::most_pairs},
-    SeriesTable{"flow_value", TableId::flow_function, "flow_function"},
-    SeriesTable{"exchange_value", TableId::exchange_function, "exchange_function"},
-    SeriesTable{"time_function_value", TableId::time_function, "time_function"},
+    SeriesTable{"boundary_value", TableId::boundary, "boundary", "GNBFP", "GALLBOUNDFUNC", SegmentSeries::most_pairs},
+    SeriesTable{"load_value", TableId::load, "load", "GNBWK", "GALLLOADFUNC", SegmentSeries::most_pairs},
+    SeriesTable{"flow_value", TableId::flow_function, "flow_function", "GNBRKQ", "GNOQFUNC"},
+    SeriesTable{"exchange_value", TableId::exchange_function, "exchange_function", "GNOBRKS", "GNORFUNC"},
+    SeriesTable{"time_function_value", TableId::time_function, "time_function", "GNBRKTF", "GBRKTF"},
 };
 
 /// The table of the series that the items of a table own. They must own some.

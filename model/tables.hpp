@@ -10,7 +10,7 @@
 namespace velm::tables {
 
 inline constexpr Table model{
-    "model",
+    "model", "",
     std::array{
         column<&Model::model_type>("model_type", "GMODELTYPE", "", "code of the engine's module"),
         column<&Model::start_date, 0>("start_date_1", "GSEEDDATE", "",
@@ -59,14 +59,14 @@ inline constexpr Table model{
         factor_column<&Model::volume_conversion_factor>("volume_conversion_factor", "GCONVV",
                                                         "factor from the unit of the segments' volumes to m3"),
         text_column<&Model::hydrodynamic_file>(
-            "hydrodynamic_file", "GHYDROFILE",
-            512, "path of the hydrodynamic file; exported when segment 1 has flow option 3"),
+            "hydrodynamic_file", "GHYDROFILE", 512,
+            "path of the hydrodynamic file; exported when segment 1 has flow option 3"),
         column<&Model::nps_option>("nps_option", "GLOPT", "", "above 0: non-point loads also come from nps_file"),
         text_column<&Model::nps_file>("nps_file", "GNPSFILE", 512, "path of the file of non-point loads"),
     }};
 
 inline constexpr Table system{
-    "system",
+    "system", "GNUMSYS",
     std::array{
         text_column<&System::name>("name", "GSYSNAME", 30).without_default(),
         text_column<&System::tag>("tag", {"GSYSNAME", 1}, 5, "short name"),
@@ -85,7 +85,7 @@ inline constexpr Table system{
     }};
 
 inline constexpr Table segment{
-    "segment",
+    "segment", "GNUMSEG",
     std::array{
         text_column<&Segment::name>("name", "GSEGNAME", 40),
         column<&Segment::bottom_segment>("bottom_segment", "GBOTSEG", "", "number of the segment below; 0 for none",
@@ -116,28 +116,28 @@ inline constexpr Table segment{
     }};
 
 inline constexpr Table initial_condition{
-    "initial_condition",
+    "initial_condition", "",
     std::array{
         column<&InitialCondition::concentration>("concentration", "GINITC", "mg/L").without_default(),
         column<&InitialCondition::dissolved_fraction>("dissolved_fraction", "GFDISS", "", "0 to 1", Rule::fraction)
             .with_default("1"),
     }};
 
-inline constexpr Table flow_field{
-    "flow_field", std::array{
-                      factor_column<&FlowField::scale_factor>("scale_factor", "GSCALEQ",
-                                                              "factor on the field's flows, to try variants"),
-                      factor_column<&FlowField::conversion_factor>("conversion_factor", "GCONVQ",
-                                                                   "factor from the unit of the flows to m3/s"),
-                  }};
+inline constexpr Table flow_field{"flow_field", "GNFIELD",
+                                  std::array{
+                                      factor_column<&FlowField::scale_factor>(
+                                          "scale_factor", "GSCALEQ", "factor on the field's flows, to try variants"),
+                                      factor_column<&FlowField::conversion_factor>(
+                                          "conversion_factor", "GCONVQ", "factor from the unit of the flows to m3/s"),
+                                  }};
 
-inline constexpr Table flow_function{"flow_function",
+inline constexpr Table flow_function{"flow_function", "GNINQ",
                                      std::array{
                                          text_column<&FlowFunction::description>("description", "GFLOWFUNCDESC", 80),
                                      }};
 
 inline constexpr Table flow_path{
-    "flow_path",
+    "flow_path", "GNOQS",
     std::array{
         column<&FlowPath::first_segment>("first_segment", "GJQ", "", "number of a segment; 0 for the world outside",
                                          Rule::segment_or_outside),
@@ -149,20 +149,22 @@ inline constexpr Table flow_path{
     }};
 
 inline constexpr Table exchange_field{
-    "exchange_field", std::array{
-                          factor_column<&ExchangeField::scale_factor>(
-                              "scale_factor", "GSCALER", "factor on the field's dispersion values, to try variants"),
-                          factor_column<&ExchangeField::conversion_factor>(
-                              "conversion_factor", "GCONVR", "factor from the unit of the dispersion values to m2/s"),
-                      }};
+    "exchange_field", "GNRFLD",
+    std::array{
+        factor_column<&ExchangeField::scale_factor>("scale_factor", "GSCALER",
+                                                    "factor on the field's dispersion values, to try variants"),
+        factor_column<&ExchangeField::conversion_factor>("conversion_factor", "GCONVR",
+                                                         "factor from the unit of the dispersion values to m2/s"),
+    }};
 
 inline constexpr Table exchange_function{
-    "exchange_function", std::array{
-                             text_column<&ExchangeFunction::description>("description", "GEXCHANGEFUNCDESC", 80),
-                         }};
+    "exchange_function", "GNTEX",
+    std::array{
+        text_column<&ExchangeFunction::description>("description", "GEXCHANGEFUNCDESC", 80),
+    }};
 
 inline constexpr Table exchange_pair{
-    "exchange_pair",
+    "exchange_pair", "GNORS",
     std::array{
         column<&ExchangePair::first_segment>("first_segment", "GJRSEG", "",
                                              "number of a segment; 0 for the world outside", Rule::segment_or_outside),
@@ -175,38 +177,38 @@ inline constexpr Table exchange_pair{
     }};
 
 inline constexpr Table boundary{
-    "boundary",
+    "boundary", "GNOBC",
     std::array{
         column<&SegmentSeries::segment>("segment", "GIBC", "", "number of the segment at the boundary", Rule::segment),
     }};
 
-inline constexpr Table load{
-    "load", std::array{
-                column<&SegmentSeries::segment>("segment", "GIWK", "", "number of the segment that the load enters",
-                                                Rule::segment),
-            }};
+inline constexpr Table load{"load", "GNOWK",
+                            std::array{
+                                column<&SegmentSeries::segment>(
+                                    "segment", "GIWK", "", "number of the segment that the load enters", Rule::segment),
+                            }};
 
 inline constexpr Table time_function_type{
-    "time_function_type",
+    "time_function_type", "GNUMTFTYPE",
     std::array{
         column<&InstanceType<TimeFunction>::isc>("isc", "GTFISC", "", "the engine's number for the kind", Rule::unique),
     }};
 
 inline constexpr Table time_function{
-    "time_function",
+    "time_function", "GNUMTIMEFUNC",
     std::array{
         column<&TimeFunction::used>("used", "GTFISUSED", "", "1: exported; 0: kept for later").with_default("1"),
         text_column<&TimeFunction::description>("description", "GTFDESC", 80),
     }};
 
 inline constexpr Table parameter_type{
-    "parameter_type",
+    "parameter_type", "GNUMPARAMTYPE",
     std::array{
         column<&InstanceType<Parameter>::isc>("isc", "GPARAMISC", "", "the engine's number for the kind", Rule::unique),
     }};
 
 inline constexpr Table parameter{
-    "parameter",
+    "parameter", "GNUMPARAMBYISC",
     std::array{
         column<&Parameter::used>("used", "GPARAMISUSED", "", "1: exported; 0: kept for later").with_default("1"),
         text_column<&Parameter::description>("description", "GDESCPARAM", 60),
@@ -214,13 +216,14 @@ inline constexpr Table parameter{
     }};
 
 inline constexpr Table constant_type{
-    "constant_type", std::array{
-                         column<&InstanceType<Constant>::isc>("isc", "GCONSTTYPEISC", "",
-                                                              "the engine's number for the kind", Rule::unique),
-                     }};
+    "constant_type", "GNUMCONST",
+    std::array{
+        column<&InstanceType<Constant>::isc>("isc", "GCONSTTYPEISC", "", "the engine's number for the kind",
+                                             Rule::unique),
+    }};
 
 inline constexpr Table constant{
-    "constant",
+    "constant", "GNUMCONSTBYISC",
     std::array{
         column<&Constant::used>("used", "GCONSTISUSED", "", "1: exported; 0: kept for later").with_default("1"),
         text_column<&Constant::description>("description", "GCONSTDESCBYISC", 60),

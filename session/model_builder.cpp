@@ -65,16 +65,15 @@ void assign(std::string& datum, const RecordedValue& answer)
     datum = answer.text.substr(0, answer.text.find_last_not_of(' ') + 1);
 }
 
-void take_time_pair(TimeSeries& series, const Exchange& exchange)
+void take_pairs(TimeSeries& series, const Exchange& exchange, std::size_t argument)
 {
-    item(series.times, exchange, 2) = exchange.values[3].real;
-    item(series.values, exchange, 2) = exchange.values[4].real;
-}
-
-void take_series(TimeSeries& series, const Exchange& exchange)
-{
-    series.times = exchange.values[2].series;
-    series.values = exchange.values[3].series;
+    const RecordedValues& values = exchange.values;
+    if (exchange.key().arguments[argument].kind == Kind::series) {
+        series = {values[argument].series, values[argument + 1].series};
+    } else {
+        item(series.times, exchange, argument - 1) = values[argument].real;
+        item(series.values, exchange, argument - 1) = values[argument + 1].real;
+    }
 }
 
 } // namespace
@@ -82,59 +81,40 @@ void take_series(TimeSeries& series, const Exchange& exchange)
 void ModelBuilder::take(const RecordedExchange& exchange)
 {
     const KeyColumns& key = key_columns[static_cast<std::size_t>(exchange.key_position)];
-    if (key.count == 0) {
-        return take_without_column(exchange);
-    }
+    const Step step{exchange, key};
     switch (exchange.key_position) {
     case "GTFISUSED"_key: return take_time_function_used(exchange);
+    case "GNUMTIMEFUNC"_key: time_function_count_ = exchange.values[1].integer; break;
+    case "GNINQ"_key:
+    case "GNOQS"_key:
+    case "GNTEX"_key: // the count is not kept, but what has the items comes into being
+        return with_list(key.table, model_, step, [](const auto&...) {});
+    case "GNFIELD"_key: ++passes_over_flow_fields_; break;
     case "GFLOWFUNCDESC"_key: // the first pass writes all of it, the second its beginning
         if (passes_over_flow_fields_ > 1) {
             return;
         }
         break;
+    case "GCONSTPARAM"_key: {
+        auto& parameters = type_of(model_.parameter_types, exchange.values[1].integer).instances;
+        item(item(parameters, exchange, 2).values, exchange, 0) = exchange.values[3].real;
+        return;
+    }
     default: break;
     }
-    with_item(key.table, model_, Step{exchange, key}, [&](const auto& table, auto& datum_item) {
+    if (key.asked != Asked::columns && key.asked != Asked::pairs) {
+        return; // other counts, the panel, progress and the output file name
+    }
+    with_item(key.table, model_, step, [&](const auto& table, auto& datum_item) {
         for (const auto& column : std::span(table.columns).subspan(key.first, key.count)) {
             with_value(column, datum_item, [&](auto& datum) { assign(datum, exchange.values[key.value_of(column)]); });
         }
+        if constexpr (requires { datum_item.series; }) {
+            if (key.asked == Asked::pairs) {
+                take_pairs(datum_item.series, exchange, key.first_value);
+            }
+        }
     });
-}
-
-/// What has been named comes into being; of counts nothing is kept.
-void ModelBuilder::take_without_column(const RecordedExchange& e)
-{
-    Model& m = model_;
-    const auto system = [&]() -> auto&
-    {
-        return item(m.systems, e, 0);
-    };
-    const auto flow_function = [&]() -> auto&
-    {
-        return item(item(m.flow_fields, e, 0).functions, e, 1);
-    };
-    const auto exchange_function = [&]() -> auto&
-    {
-        return item(item(m.exchange_fields, e, 0).functions, e, 1);
-    };
-    const auto instance = [&](auto& types, std::size_t isc) -> auto&
-    {
-        return item(type_of(types, e.values[isc].integer).instances, e, isc + 1);
-    };
-    switch (e.key_position) {
-    case "GNFIELD"_key: ++passes_over_flow_fields_; break;
-    case "GNINQ"_key: (void)item(m.flow_fields, e, 0); break;
-    case "GNOQS"_key: (void)flow_function(); break;
-    case "GNOQFUNC"_key: take_time_pair(flow_function().series, e); break;
-    case "GNTEX"_key: (void)item(m.exchange_fields, e, 0); break;
-    case "GNORFUNC"_key: take_time_pair(exchange_function().series, e); break;
-    case "GALLBOUNDFUNC"_key: take_series(item(system().boundaries.items, e, 1).series, e); break;
-    case "GALLLOADFUNC"_key: take_series(item(system().loads.items, e, 1).series, e); break;
-    case "GNUMTIMEFUNC"_key: time_function_count_ = e.values[1].integer; break;
-    case "GBRKTF"_key: take_time_pair(instance(m.time_function_types, 0).series, e); break;
-    case "GCONSTPARAM"_key: item(instance(m.parameter_types, 1).values, e, 0) = e.values[3].real; break;
-    default: break; // other counts, the panel, progress and the output file name
-    }
 }
 
 /// The plug-in takes a type without time functions for a type with one, and asks whether that one is used.

@@ -26,7 +26,6 @@ public:
     [[nodiscard]] Model finish();
 
 private:
-    void take_without_column(const RecordedExchange& exchange);
     void take_time_function_used(const RecordedExchange& exchange);
 
     Model model_;
