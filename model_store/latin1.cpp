@@ -24,11 +24,8 @@ std::string utf8_from_latin1(std::string_view latin1)
         if (is_pictured(code)) {
             utf8 += "\xE2\x90";
             utf8 += static_cast<char>(0x80U | code);
-        } else if (code < 0x80) {
-            utf8 += character;
         } else {
-            utf8 += static_cast<char>(0xC0U | code >> 6U);
-            utf8 += static_cast<char>(0x80U | (code & 0x3FU));
+            append_latin1(utf8, character);
         }
     }
     return utf8;

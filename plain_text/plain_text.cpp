@@ -99,14 +99,22 @@ std::string printable_latin1(std::string_view bytes, std::size_t most)
         const auto code = static_cast<unsigned char>(byte);
         if (is_steering(code)) {
             text += escape(code);
-        } else if (code < 0x80) {
-            text += byte;
-        } else { // the code is the character's number, which UTF-8 spreads over two bytes
-            text += static_cast<char>(0xC0U | code >> 6U);
-            text += static_cast<char>(0x80U | (code & 0x3FU));
+        } else {
+            append_latin1(text, byte);
         }
     }
     return text;
+}
+
+void append_latin1(std::string& utf8, char byte)
+{
+    const auto code = static_cast<unsigned char>(byte); // the character's number, which UTF-8 spreads over two bytes
+    if (code < 0x80) {
+        utf8 += byte;
+    } else {
+        utf8 += static_cast<char>(0xC0U | code >> 6U);
+        utf8 += static_cast<char>(0x80U | (code & 0x3FU));
+    }
 }
 
 std::string shown(const std::filesystem::path& file)

@@ -28,6 +28,8 @@ struct Character {
 [[nodiscard]] std::string printable_lines(std::string_view message);
 /// Bytes of ISO 8859-1 as printable UTF-8.
 [[nodiscard]] std::string printable_latin1(std::string_view bytes, std::size_t most = std::string_view::npos);
+/// Appends the character of ISO 8859-1 to a text in UTF-8.
+void append_latin1(std::string& utf8, char byte);
 /// A file's name, printable.
 [[nodiscard]] std::string shown(const std::filesystem::path& file);
 

@@ -5,18 +5,13 @@
 
 namespace velm {
 
-std::string_view bytes_of(Kind kind, const RecordedValue& value)
+std::vector<float> RecordedExchange::series(std::size_t value) const
 {
-    const auto bytes = [](const auto* first, std::size_t count) {
-        return std::string_view(reinterpret_cast<const char*>(first), count * sizeof *first);
-    };
-    switch (kind) {
-    case Kind::integer: return bytes(&value.integer, 1);
-    case Kind::real: return bytes(&value.real, 1);
-    case Kind::text: return value.text;
-    case Kind::series: return bytes(value.series.data(), value.series.size());
+    std::vector<float> reals;
+    for (std::size_t place = 0; place < values[value].size(); place += sizeof(float)) {
+        reals.push_back(number_at<float>(values[value], place));
     }
-    return {};
+    return reals;
 }
 
 velm_host_request request_of(RecordedExchange& exchange)
@@ -26,10 +21,9 @@ velm_host_request request_of(RecordedExchange& exchange)
     velm_host_request request{key.name.data(), key.length(), exchange.key_position, form, {}, {}};
     std::size_t text = 0;
     for (std::size_t i = 0; i < key.argument_count; ++i) {
-        const std::string_view bytes = bytes_of(key.arguments[i].kind, exchange.values[i]);
-        request.values[i] = const_cast<char*>(bytes.data()); // the exchange may be written to
+        request.values[i] = exchange.values[i].data();
         if (key.arguments[i].kind == Kind::text) {
-            request.text_lengths[text++] = static_cast<std::int32_t>(bytes.size());
+            request.text_lengths[text++] = static_cast<std::int32_t>(exchange.values[i].size());
         }
     }
     return request;

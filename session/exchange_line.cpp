@@ -1,39 +1,24 @@
 #include "session/exchange_line.hpp"
 
 #include "headless_host/request.hpp"
-#include "session/exchange.hpp"
+#include "plain_text/plain_text.hpp"
 
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
 #include <algorithm>
-#include <cstring>
 
 namespace velm {
 namespace {
 
 using Json = rapidjson::Writer<rapidjson::StringBuffer>;
 
-template <class Number>
-Number number_at(const char* bytes)
-{
-    Number value{};
-    std::memcpy(&value, bytes, sizeof value);
-    return value;
-}
-
 /// Every byte as the character of its number.
 void put_text(Json& json, std::string_view bytes)
 {
     std::string utf8;
     for (const char byte : bytes) {
-        const auto code = static_cast<unsigned char>(byte);
-        if (code < 0x80) {
-            utf8 += byte;
-        } else {
-            utf8 += static_cast<char>(0xC0U | code >> 6U);
-            utf8 += static_cast<char>(0x80U | (code & 0x3FU));
-        }
+        append_latin1(utf8, byte);
     }
     json.String(utf8.data(), static_cast<rapidjson::SizeType>(utf8.size()));
 }
@@ -58,9 +43,9 @@ void put_equal_ranges(Json& json, std::string_view before, std::string_view afte
     json.EndArray();
 }
 
-void put_real(Json& json, const char* bytes)
+void put_real(Json& json, float value)
 {
-    const std::string text = real_text(number_at<float>(bytes));
+    const std::string text = real_text(value);
     json.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
 }
 
@@ -76,7 +61,7 @@ void put_series(Json& json, std::string_view now, const std::string& before, std
     }
     json.StartArray();
     for (std::size_t i = 0; i < entries; ++i) {
-        put_real(json, now.data() + i * sizeof(float));
+        put_real(json, number_at<float>(now, i * sizeof(float)));
     }
     json.EndArray();
 }
@@ -93,7 +78,7 @@ void put_filled_text(Json& json, std::string_view now, std::string_view before)
 }
 
 /// The values of a direction as they stand in `bytes`.
-void put_values(Json& json, const char* member, const HostKey* key, const Bytes& bytes, const BeforeAnswer& before)
+void put_values(Json& json, const char* member, const HostKey* key, const auto& bytes, const BeforeAnswer& before)
 {
     const Direction direction = std::string_view(member) == "out" ? Direction::out : Direction::in;
     json.Key(member);
@@ -103,8 +88,8 @@ void put_values(Json& json, const char* member, const HostKey* key, const Bytes&
             continue;
         }
         switch (key->arguments[i].kind) {
-        case Kind::integer: json.Int(number_at<std::int32_t>(bytes[i].data())); break;
-        case Kind::real: put_real(json, bytes[i].data()); break;
+        case Kind::integer: json.Int(number_at<std::int32_t>(bytes[i])); break;
+        case Kind::real: put_real(json, number_at<float>(bytes[i])); break;
         case Kind::series: put_series(json, bytes[i], before.bytes[i], before.counted_pairs); break;
         case Kind::text:
             direction == Direction::in ? put_text(json, bytes[i]) : put_filled_text(json, bytes[i], before.bytes[i]);
@@ -168,14 +153,12 @@ std::string exchange_line(std::uint64_t number, const velm_host_request& request
     }
     json.EndArray();
 
-    Bytes as_before;
-    std::ranges::copy(before.bytes, as_before.begin());
     const Bytes now = bytes_of(request);
-    put_values(json, "in", key, as_before, before);
+    put_values(json, "in", key, before.bytes, before);
     put_values(json, "out", key, now, before);
     bool is_changed = false;
     for (std::size_t i = 0; key != nullptr && i < key->argument_count; ++i) {
-        is_changed |= key->arguments[i].direction == Direction::in && now[i] != as_before[i];
+        is_changed |= key->arguments[i].direction == Direction::in && now[i] != before.bytes[i];
     }
     if (is_changed) {
         put_values(json, "in_after", key, now, before);

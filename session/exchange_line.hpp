@@ -2,6 +2,7 @@
 
 #include "headless_host/prevelmwdll.h"
 #include "host_link/host_keys.hpp"
+#include "session/exchange.hpp"
 
 #include <array>
 #include <cstdint>
@@ -24,8 +25,8 @@ using Bytes = std::array<std::string_view, HostKey::most_arguments>;
 
 /// What the values held before the answer, and what is known of it.
 struct BeforeAnswer {
-    std::array<std::string, HostKey::most_arguments> bytes; ///< as bytes_of; nothing of a series that is counted
-    std::optional<std::int32_t> counted_pairs;              ///< of a series, when its count was asked just before
+    ValueBytes bytes;                          ///< as bytes_of; nothing of a series that is counted
+    std::optional<std::int32_t> counted_pairs; ///< of a series, when its count was asked just before
 };
 
 /// The line of a session, with its line feed, for a request that has been answered.

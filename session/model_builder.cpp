@@ -17,7 +17,7 @@ using Exchange = RecordedExchange;
 template <class Item>
 Item& item(std::vector<Item>& items, const Exchange& exchange, std::size_t argument)
 {
-    const std::int64_t number = exchange.values[argument].integer;
+    const std::int64_t number = exchange.integer(argument);
     if (number < 1 || static_cast<std::uint64_t>(number) > items.size() + 1) {
         throw Misplaced(std::string(exchange.key().arguments[argument].meaning) + " " + std::to_string(number) +
                         " is asked for where " + std::to_string(items.size() + 1) + " would be the next");
@@ -44,35 +44,31 @@ struct Step {
     const KeyColumns& key;
 
     auto& operator()(auto& items, std::size_t level) const { return item(items, exchange, key.number_value(level)); }
-    auto& type(auto& types) const { return type_of(types, exchange.values[0].integer); }
+    auto& type(auto& types) const { return type_of(types, exchange.integer(0)); }
 };
 
-void assign(std::int32_t& datum, const RecordedValue& answer)
+template <class Number>
+void assign(Number& datum, const std::string& answer)
 {
-    datum = answer.integer;
+    datum = number_at<Number>(answer);
 }
-void assign(float& datum, const RecordedValue& answer)
+void assign(bool& datum, const std::string& answer)
 {
-    datum = answer.real;
-}
-void assign(bool& datum, const RecordedValue& answer)
-{
-    datum = answer.integer >= 1;
+    datum = number_at<std::int32_t>(answer) >= 1;
 }
 /// Without the blanks at its end, which a host adds again; a NUL is part of the text.
-void assign(std::string& datum, const RecordedValue& answer)
+void assign(std::string& datum, const std::string& answer)
 {
-    datum = answer.text.substr(0, answer.text.find_last_not_of(' ') + 1);
+    datum = answer.substr(0, answer.find_last_not_of(' ') + 1);
 }
 
 void take_pairs(TimeSeries& series, const Exchange& exchange, std::size_t argument)
 {
-    const RecordedValues& values = exchange.values;
     if (exchange.key().arguments[argument].kind == Kind::series) {
-        series = {values[argument].series, values[argument + 1].series};
+        series = {exchange.series(argument), exchange.series(argument + 1)};
     } else {
-        item(series.times, exchange, argument - 1) = values[argument].real;
-        item(series.values, exchange, argument - 1) = values[argument + 1].real;
+        item(series.times, exchange, argument - 1) = exchange.real(argument);
+        item(series.values, exchange, argument - 1) = exchange.real(argument + 1);
     }
 }
 
@@ -84,7 +80,7 @@ void ModelBuilder::take(const RecordedExchange& exchange)
     const Step step{exchange, key};
     switch (exchange.key_position) {
     case "GTFISUSED"_key: return take_time_function_used(exchange);
-    case "GNUMTIMEFUNC"_key: time_function_count_ = exchange.values[1].integer; break;
+    case "GNUMTIMEFUNC"_key: time_function_count_ = exchange.integer(1); break;
     case "GNINQ"_key:
     case "GNOQS"_key:
     case "GNTEX"_key: // the count is not kept, but what has the items comes into being
@@ -96,8 +92,8 @@ void ModelBuilder::take(const RecordedExchange& exchange)
         }
         break;
     case "GCONSTPARAM"_key: {
-        auto& parameters = type_of(model_.parameter_types, exchange.values[1].integer).instances;
-        item(item(parameters, exchange, 2).values, exchange, 0) = exchange.values[3].real;
+        auto& parameters = type_of(model_.parameter_types, exchange.integer(1)).instances;
+        item(item(parameters, exchange, 2).values, exchange, 0) = exchange.real(3);
         return;
     }
     default: break;
@@ -120,9 +116,9 @@ void ModelBuilder::take(const RecordedExchange& exchange)
 /// The plug-in takes a type without time functions for a type with one, and asks whether that one is used.
 void ModelBuilder::take_time_function_used(const RecordedExchange& exchange)
 {
-    const bool used = exchange.values[2].integer == 1;
+    const bool used = exchange.integer(2) == 1;
     if (used || time_function_count_ != 0) {
-        auto& type = type_of(model_.time_function_types, exchange.values[0].integer);
+        auto& type = type_of(model_.time_function_types, exchange.integer(0));
         item(type.instances, exchange, 1).used = used;
     }
 }

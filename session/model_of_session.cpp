@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <bit>
 #include <functional>
-#include <span>
 #include <string_view>
 
 namespace velm {
@@ -31,7 +30,7 @@ void for_each_exchange(SessionReader& session, std::uint64_t export_number,
     for (const RecordedExchange* next = session.next(); next != nullptr && next->key_position != "GFILENAME"_key;
          next = session.next()) {
         if (next->key_position == "PINFOHTML"_key) {
-            completed = is_completion_message(next->values[0].text);
+            completed = is_completion_message(next->values[0]);
         } else if (next->key_position != "PPROGRESS"_key) {
             use(*next);
         }
@@ -61,7 +60,7 @@ RecordedExchange answered_by(const ModelAnswers& model, RecordedExchange exchang
 {
     for (std::size_t i = 0; i < exchange.key().argument_count; ++i) {
         if (exchange.key().arguments[i].kind == Kind::series) {
-            exchange.values[i].series.resize(Request::series_entries);
+            exchange.values[i].resize(Request::series_entries * sizeof(float));
         }
     }
     const velm_host_request request = request_of(exchange);
@@ -100,24 +99,27 @@ bool is_same_text(std::int32_t key, std::string_view one, std::string_view other
     return key == "GFLOWFUNCDESC"_key ? one.substr(0, beginning) == other.substr(0, beginning) : one == other;
 }
 
-bool is_same_value(std::int32_t key, Kind kind, const RecordedValue& recorded, const RecordedValue& of_model)
+bool is_same_value(std::int32_t key, Kind kind, const std::string& recorded, const std::string& of_model)
 {
-    switch (kind) {
-    case Kind::integer: return has_same_effect(key, recorded.integer, of_model.integer);
-    case Kind::real: return is_same_real(recorded.real, of_model.real);
-    case Kind::text: return is_same_text(key, recorded.text, of_model.text);
-    case Kind::series:
-        return std::ranges::equal(recorded.series, std::span(of_model.series).first(recorded.series.size()),
-                                  is_same_real);
+    if (kind == Kind::text) {
+        return is_same_text(key, recorded, of_model);
     }
-    return false;
+    if (kind == Kind::integer) {
+        return has_same_effect(key, number_at<std::int32_t>(recorded), number_at<std::int32_t>(of_model));
+    }
+    for (std::size_t place = 0; place < recorded.size(); place += sizeof(float)) { // one, or those of a series
+        if (!is_same_real(number_at<float>(recorded, place), number_at<float>(of_model, place))) {
+            return false;
+        }
+    }
+    return true;
 }
 
-std::string value_words(Kind kind, const RecordedValue& value)
+std::string value_words(Kind kind, const std::string& value)
 {
-    return kind == Kind::integer ? std::to_string(value.integer)
-           : kind == Kind::real  ? real_text(value.real)
-           : kind == Kind::text  ? quoted_text(value.text)
+    return kind == Kind::integer ? std::to_string(number_at<std::int32_t>(value))
+           : kind == Kind::real  ? real_text(number_at<float>(value))
+           : kind == Kind::text  ? quoted_text(value)
                                  : "another series";
 }
 

@@ -19,8 +19,7 @@ public:
 /// `export_number` counts from 1.
 ///
 /// Reads the session twice: once to collect the answers, once to compare each of them with what the model says.
-/// Throws NoModel, SessionError, std::out_of_range for an export that the session does not have, and
-/// std::system_error.
+/// Throws NoModel, SessionError and std::system_error.
 [[nodiscard]] Model model_of_session(const std::filesystem::path& session, std::uint64_t export_number);
 
 } // namespace velm

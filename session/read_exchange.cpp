@@ -24,19 +24,14 @@ std::int32_t key_position(SessionLine& line)
     return position;
 }
 
-void expect(const SessionLine& line, const Value& value, std::int64_t number)
-{
-    if (line.integer(value) != number) {
-        line.refuse("expected " + std::to_string(number), value);
-    }
-}
-
 void read_lengths(SessionLine& line, RecordedExchange& exchange)
 {
     const HostKey& key = exchange.key();
     const auto texts = static_cast<rapidjson::SizeType>(std::ranges::count(key.arguments, Kind::text, &Argument::kind));
     const Value& lengths = line.list("lengths", 1 + texts);
-    expect(line, lengths[0], key.length());
+    if (line.integer(lengths[0]) != key.length()) {
+        line.refuse("expected " + std::to_string(key.length()), lengths[0]);
+    }
     exchange.text_lengths = {};
     rapidjson::SizeType text = 0;
     for (std::size_t i = 0; i < key.argument_count; ++i) {
@@ -64,19 +59,24 @@ std::string read_text(const SessionLine& line, const Value& value, std::int32_t 
     return text;
 }
 
-std::vector<float> read_series(const SessionLine& line, const Value& list)
+std::string number_bytes(auto number)
+{
+    return {reinterpret_cast<const char*>(&number), sizeof number};
+}
+
+std::string read_series(const SessionLine& line, const Value& list)
 {
     if (!list.IsArray() || list.Size() > Request::series_entries) {
         line.refuse("expected a list of at most " + std::to_string(Request::series_entries) + " reals", list);
     }
-    std::vector<float> series;
+    std::string series;
     for (const Value& value : list.GetArray()) {
-        series.push_back(line.real(value));
+        series += number_bytes(line.real(value));
     }
     return series;
 }
 
-void read_values(SessionLine& line, const char* member, const RecordedExchange& exchange, RecordedValues& values)
+void read_values(SessionLine& line, const char* member, const RecordedExchange& exchange, ValueBytes& values)
 {
     const Direction direction = std::string_view(member) == "out" ? Direction::out : Direction::in;
     const auto& arguments = exchange.key().arguments;
@@ -90,14 +90,14 @@ void read_values(SessionLine& line, const char* member, const RecordedExchange& 
         }
         const Value& value = list[next++];
         switch (arguments[i].kind) {
-        case Kind::integer: values[i].integer = line.integer(value); break;
-        case Kind::real: values[i].real = line.real(value); break;
-        case Kind::series: values[i].series = read_series(line, value); break;
+        case Kind::integer: values[i] = number_bytes(line.integer(value)); break;
+        case Kind::real: values[i] = number_bytes(line.real(value)); break;
+        case Kind::series: values[i] = read_series(line, value); break;
         case Kind::text: // what the host left as it was is for people: the text is whole
             if (direction == Direction::out && !(value.IsObject() && value.HasMember("text"))) {
                 line.refuse("expected an object with the member \"text\"", value);
             }
-            values[i].text = read_text(line, direction == Direction::in ? value : value["text"], *length++);
+            values[i] = read_text(line, direction == Direction::in ? value : value["text"], *length++);
         }
     }
 }
@@ -112,9 +112,9 @@ void read_exchange(SessionLine& line, RecordedExchange& exchange)
     read_lengths(line, exchange);
     read_values(line, "in", exchange, exchange.values);
     read_values(line, "out", exchange, exchange.values);
-    exchange.in_values_changed = line.has("in_after");
-    if (exchange.in_values_changed) {
-        read_values(line, "in_after", exchange, exchange.in_after);
+    exchange.in_after.reset();
+    if (line.has("in_after")) {
+        read_values(line, "in_after", exchange, exchange.in_after.emplace());
     }
     line.end();
     ++exchange.number;

@@ -35,9 +35,8 @@ bool is_same_request(const RecordedExchange& recorded, const velm_host_request& 
         return false;
     }
     for (std::size_t i = 0; i < recorded.key().argument_count; ++i) {
-        const Argument& argument = recorded.key().arguments[i];
-        const std::string_view bytes = bytes_of(argument.kind, recorded.values[i]);
-        if (argument.direction == Direction::in &&
+        const std::string& bytes = recorded.values[i];
+        if (recorded.key().arguments[i].direction == Direction::in &&
             bytes != std::string_view(static_cast<const char*>(request.values[i]), bytes.size())) {
             return false;
         }
@@ -49,10 +48,10 @@ bool is_same_request(const RecordedExchange& recorded, const velm_host_request& 
 void put_answer(const RecordedExchange& recorded, const velm_host_request& request)
 {
     for (std::size_t i = 0; i < recorded.key().argument_count; ++i) {
-        const auto& [kind, direction, length, meaning] = recorded.key().arguments[i];
-        if (direction == Direction::out || recorded.in_values_changed) {
-            const RecordedValues& values = direction == Direction::out ? recorded.values : recorded.in_after;
-            std::ranges::copy(bytes_of(kind, values[i]), static_cast<char*>(request.values[i]));
+        const bool is_out = recorded.key().arguments[i].direction == Direction::out;
+        if (is_out || recorded.in_after) {
+            const ValueBytes& values = is_out ? recorded.values : *recorded.in_after;
+            std::ranges::copy(values[i], static_cast<char*>(request.values[i]));
         }
     }
 }
@@ -87,7 +86,7 @@ void Replay::serve(const velm_host_request& request)
             return;
         }
         in_version_panel_ = false;
-        while (next_ != nullptr && is_of_version_panel(next_->key_position, next_->values[0].text)) {
+        while (next_ != nullptr && is_of_version_panel(next_->key_position, next_->values[0])) {
             advance();
         }
     }
@@ -116,7 +115,7 @@ void Replay::serve(const velm_host_request& request)
         put_answer(*next_, request);
     }
     if (request.key_position == "PINFOHTML"_key) {
-        export_completed_ = is_completion_message(next_->values[0].text);
+        export_completed_ = is_completion_message(next_->values[0]);
     }
     advance();
 }

@@ -25,8 +25,7 @@ public:
         failure,   ///< the plug-in says that its export failed, which it did not then
     };
 
-    /// Reads `session` up to the export that is `export_number`, from 1. Both outlive this. Throws SessionError, and
-    /// std::out_of_range when the session has fewer exports.
+    /// Reads `session`, which outlives this, up to the export that is `export_number`, from 1. Throws SessionError.
     Replay(SessionReader& session, std::uint64_t export_number, std::string output_file_name);
 
     static void answer(void* replay, const velm_host_request* request) noexcept;

@@ -108,15 +108,10 @@ std::string SessionLine::text(const Value& value) const
     return bytes;
 }
 
-void SessionLine::refuse(const std::string& words) const
-{
-    const std::string name = '"' + member_ + '"'; // before a colon it stands nowhere else: texts escape their quotes
-    throw LineError(line_.find(name + ':') + 1, name + ": " + words);
-}
-
 void SessionLine::refuse(const std::string& words, const Value& found) const
 {
-    refuse(words + ", found " + in_words(found));
+    const std::string name = '"' + member_ + '"'; // before a colon it stands nowhere else: texts escape their quotes
+    throw LineError(line_.find(name + ':') + 1, name + ": " + words + ", found " + in_words(found));
 }
 
 } // namespace velm

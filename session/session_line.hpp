@@ -43,7 +43,6 @@ public:
     [[nodiscard]] std::string text(const Value& value) const;
 
     /// `words` say what is expected.
-    [[noreturn]] void refuse(const std::string& words) const;
     [[noreturn]] void refuse(const std::string& words, const Value& found) const;
 
 private:

@@ -75,8 +75,8 @@ const RecordedExchange* SessionReader::find_export(std::uint64_t export_number)
             return exchange;
         }
     }
-    throw std::out_of_range(shown(file_) + " has no export " + std::to_string(export_number) + ", only " +
-                            std::to_string(exports));
+    throw SessionError(shown(file_) + " has no export " + std::to_string(export_number) + ", only " +
+                       std::to_string(exports));
 }
 
 /// True for a whole line; otherwise the file ends.

@@ -11,7 +11,8 @@
 
 namespace velm {
 
-/// A session file that is not as it must be. what() is "river.jsonl, line 57, column 12: ...".
+/// A session file that is not as it must be. what() is "river.jsonl, line 57, column 12: ...", or says that it has not
+/// so many exports.
 class SessionError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -28,7 +29,7 @@ public:
     [[nodiscard]] const RecordedExchange* next();
 
     /// Reads on to the beginning of an export, counted from 1 and from the file's beginning on, and returns its first
-    /// exchange, the request for the output file's name. Throws std::out_of_range when there are fewer, and as next().
+    /// exchange, the request for the output file's name. Throws SessionError when there are fewer, and as next().
     [[nodiscard]] const RecordedExchange* find_export(std::uint64_t export_number);
 
     /// After next() has returned null: true when the recorder closed the file, false when the recording breaks off,

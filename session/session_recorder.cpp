@@ -16,13 +16,12 @@ namespace velm {
 template <class Work>
 void SessionRecorder::attempt(Work work) noexcept
 {
-    if (file_ == nullptr) {
+    if (file_ == nullptr || !failure_.empty()) {
         return;
     }
     try {
         work();
     } catch (const std::exception& error) {
-        failed_ = std::exchange(file_, nullptr);
         try {
             failure_ = error.what();
         } catch (const std::exception&) {
@@ -31,23 +30,27 @@ void SessionRecorder::attempt(Work work) noexcept
     }
 }
 
-SessionRecorder::SessionRecorder(const std::filesystem::path& file)
-    : name_(file), file_(create_new_file(file, "{\"velm_session\":" + std::to_string(session_version) + "}\n"))
+SessionRecorder::SessionRecorder(const std::filesystem::path& file) : name_(file), file_(create_new_file(file))
 {
+    if (!is_written("{\"velm_session\":" + std::to_string(session_version) + "}\n")) {
+        const int reason = errno;
+        remove_new_file(file_, file);
+        throw std::system_error(reason, std::generic_category(), "cannot write " + shown(file));
+    }
 }
 
 SessionRecorder::~SessionRecorder()
 {
     close();
-    if (failed_ != nullptr) {
-        (void)std::fclose(failed_); // what failed to be written is all that is left
+    if (file_ != nullptr) {
+        (void)std::fclose(file_); // what failed to be written is all that is left
     }
 }
 
 void SessionRecorder::remove_if_failed() noexcept
 {
-    if (failed_ != nullptr) {
-        remove_new_file(std::exchange(failed_, nullptr), name_);
+    if (file_ != nullptr && !failure_.empty()) {
+        remove_new_file(std::exchange(file_, nullptr), name_);
     }
 }
 
@@ -84,9 +87,14 @@ void SessionRecorder::after_answer(const velm_host_request& request) noexcept
     });
 }
 
-void SessionRecorder::write(const std::string& line)
+bool SessionRecorder::is_written(const std::string& line) const
 {
-    if (std::fwrite(line.data(), 1, line.size(), file_) != line.size() || std::fflush(file_) != 0) {
+    return std::fwrite(line.data(), 1, line.size(), file_) == line.size() && std::fflush(file_) == 0;
+}
+
+void SessionRecorder::write(const std::string& line) const
+{
+    if (!is_written(line)) {
         throw std::system_error(errno, std::generic_category(), "the session " + shown(name_) + " cannot be written");
     }
 }

@@ -60,14 +60,14 @@ public:
 private:
     void before_answer(const velm_host_request& request) noexcept;
     void after_answer(const velm_host_request& request) noexcept;
-    void write(const std::string& line);
+    [[nodiscard]] bool is_written(const std::string& line) const;
+    void write(const std::string& line) const;
     /// Does the work; when that fails, recording stops.
     template <class Work>
     void attempt(Work work) noexcept;
 
     std::filesystem::path name_;
-    std::FILE* file_;             ///< null when recording has stopped
-    std::FILE* failed_ = nullptr; ///< the file if that was a failure
+    std::FILE* file_; ///< null when it is closed
     std::string failure_;
     std::uint64_t exchanges_ = 0;
     BeforeAnswer before_; ///< of the exchange under way

@@ -10,23 +10,16 @@
 #include <system_error>
 
 #include <dlfcn.h>
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace velm {
 
-std::FILE* create_new_file(const std::filesystem::path& file, std::string_view beginning)
+std::FILE* create_new_file(const std::filesystem::path& file)
 {
-    const int descriptor = open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (descriptor < 0) {
+    std::FILE* const opened = std::fopen(file.c_str(), "wxe");
+    if (opened == nullptr) {
         throw std::system_error(errno, std::generic_category(), "cannot create " + shown(file));
-    }
-    std::FILE* const opened = fdopen(descriptor, "w");
-    if (write(descriptor, beginning.data(), beginning.size()) != static_cast<ssize_t>(beginning.size())) {
-        const int reason = errno;
-        remove_new_file(opened, file);
-        throw std::system_error(reason, std::generic_category(), "cannot write " + shown(file));
     }
     return opened;
 }

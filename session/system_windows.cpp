@@ -24,20 +24,13 @@ namespace {
 
 } // namespace
 
-std::FILE* create_new_file(const std::filesystem::path& file, std::string_view beginning)
+std::FILE* create_new_file(const std::filesystem::path& file)
 {
     const int descriptor = _wopen(file.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY, _S_IREAD | _S_IWRITE);
     if (descriptor < 0) {
         throw std::system_error(errno, std::generic_category(), "cannot create " + shown(file));
     }
-    std::FILE* const opened = _fdopen(descriptor, "wb");
-    if (_write(descriptor, beginning.data(), static_cast<unsigned>(beginning.size())) !=
-        static_cast<int>(beginning.size())) {
-        const int reason = errno;
-        remove_new_file(opened, file);
-        throw std::system_error(reason, std::generic_category(), "cannot write " + shown(file));
-    }
-    return opened;
+    return _fdopen(descriptor, "wb");
 }
 
 void remove_new_file(std::FILE* opened, const std::filesystem::path& file) noexcept

@@ -1,5 +1,6 @@
 #include "model_store/model_store.hpp"
 #include "plain_text/plain_text.hpp"
+#include "session/session_reader.hpp"
 #include "tool/commands/commands.hpp"
 #include "tool/commands/documents.hpp"
 #include "tool/commands/nearest_name.hpp"
@@ -154,6 +155,9 @@ ExitCode run_and_report(int argument_count, char** arguments)
         print_error(error.what());
         return error.code;
     } catch (const FileError& error) {
+        print_error(error.what());
+        return ExitCode::usage;
+    } catch (const SessionError& error) {
         print_error(error.what());
         return ExitCode::usage;
     } catch (const std::bad_alloc&) {

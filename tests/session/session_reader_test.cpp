@@ -40,29 +40,28 @@ TEST(SessionReader, GivesEachValueAsItWasRecorded)
 
     const RecordedExchange* exchange = session.next();
     EXPECT_EQ(exchange->key().name, "PINFOHTML");
-    EXPECT_EQ(exchange->values[0].text, std::string("<li>\xE9\0", 6));
+    EXPECT_EQ(exchange->values[0], std::string("<li>\xE9\0", 6));
     EXPECT_EQ(exchange->text_lengths[0], 6);
 
     exchange = session.next();
-    EXPECT_EQ(exchange->values[0].integer, 3);
-    EXPECT_EQ(exchange->values[1].integer, 4);
-    EXPECT_TRUE(exchange->in_values_changed);
-    EXPECT_EQ(exchange->in_after[1].integer, 9);
+    EXPECT_EQ(exchange->integer(0), 3);
+    EXPECT_EQ(exchange->integer(1), 4);
+    EXPECT_EQ(number_at<std::int32_t>(exchange->in_after.value()[1]), 9);
 
     exchange = session.next();
-    EXPECT_EQ(exchange->values[1].text, "Salt" + std::string(26, ' '));
-    EXPECT_EQ(exchange->values[2].text, std::string("S\"\\ \0", 5));
-    EXPECT_FALSE(exchange->in_values_changed);
+    EXPECT_EQ(exchange->values[1], "Salt" + std::string(26, ' '));
+    EXPECT_EQ(exchange->values[2], std::string("S\"\\ \0", 5));
+    EXPECT_FALSE(exchange->in_after);
 
     exchange = session.next();
     EXPECT_EQ(exchange->number, 4U);
     EXPECT_EQ(exchange->line, 5U);
-    EXPECT_EQ(exchange->values[3].real, -1e-45F);
-    EXPECT_NE(exchange->values[4].real, exchange->values[4].real); // not a number
+    EXPECT_EQ(exchange->real(3), -1e-45F);
+    EXPECT_NE(exchange->real(4), exchange->real(4)); // not a number
 
     exchange = session.next();
-    EXPECT_EQ(exchange->values[2].series, (std::vector<float>{0, 0.1F}));
-    EXPECT_EQ(exchange->values[3].series, std::vector<float>{});
+    EXPECT_EQ(exchange->series(2), (std::vector<float>{0, 0.1F}));
+    EXPECT_EQ(exchange->series(3), std::vector<float>{});
 
     EXPECT_EQ(session.next(), nullptr);
     EXPECT_TRUE(session.is_closed());

@@ -176,11 +176,11 @@ TEST(SessionRecorder, TakesTheLengthOfASeriesFromItsCount)
             }
         }
         SessionReader session(file.path());
-        EXPECT_EQ(session.next()->values[2].integer, count);
+        EXPECT_EQ(session.next()->integer(2), count);
         const RecordedExchange* const counted = session.next();
-        EXPECT_EQ(counted->values[2].series, std::vector<float>(entries, 7));
-        EXPECT_EQ(counted->values[3].series, std::vector<float>(entries, 8));
-        EXPECT_EQ(session.next()->values[2].series, std::vector<float>());
+        EXPECT_EQ(counted->series(2), std::vector<float>(entries, 7));
+        EXPECT_EQ(counted->series(3), std::vector<float>(entries, 8));
+        EXPECT_EQ(session.next()->series(2), std::vector<float>());
     }
 }
 

@@ -208,6 +208,7 @@ class Replaying(SessionCase):
                 ("cut.jsonl", [], f"velm: cut.jsonl, line {line}, column {column}: the recording breaks off; the plug-in "
                                   "asked "),
                 ("changed.jsonl", [], '"out": expected an integer of 32 bits, found "3"; out.inp is as it was'),
+                ("changed.jsonl", ["--export", "2"], '"out": expected an integer of 32 bits, found "3"'),
                 ("empty.jsonl", [], "line 1, column 1: this is no session: it has no complete first line"),
                 ("model.db", [], "line 1, column 1: this is no session"),
                 ("none.jsonl", [], "none.jsonl does not exist"),

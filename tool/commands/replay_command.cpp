@@ -15,7 +15,6 @@
 
 #include <iostream>
 #include <optional>
-#include <stdexcept>
 
 namespace velm {
 namespace {
@@ -27,15 +26,6 @@ struct ReplayArguments {
     std::uint64_t export_number = 1;
     bool quiet = false;
 };
-
-Replay start_of_export(SessionReader& session, const ReplayArguments& arguments, const std::string& output_file_name)
-{
-    try {
-        return {session, arguments.export_number, output_file_name};
-    } catch (const std::out_of_range& error) {
-        throw ToolError(ExitCode::usage, error.what());
-    }
-}
 
 std::string reason_in_words(const Replay& replay, const ReplayArguments& arguments)
 {
@@ -89,7 +79,7 @@ ExitCode replay_session(const ReplayArguments& arguments)
     WholeFile output(arguments.output, Standing::replaced);
     refuse_long_path(output.content().string());
     const PlugIn plug_in(arguments.plug_in);
-    Replay replay = start_of_export(*session, arguments, output.content().string());
+    Replay replay(*session, arguments.export_number, output.content().string());
     run_plug_in(plug_in, replay, arguments);
 
     const WrittenFile written = read_written_file(output.content());

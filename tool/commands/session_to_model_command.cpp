@@ -1,5 +1,4 @@
 #include "session/model_of_session.hpp"
-#include "session/session_reader.hpp"
 
 #include "model_store/model_store.hpp"
 #include "tool/commands/commands.hpp"
@@ -8,8 +7,6 @@
 #include "tool/files/model_file.hpp"
 
 #include <CLI/CLI.hpp>
-
-#include <stdexcept>
 
 namespace velm {
 namespace {
@@ -26,10 +23,6 @@ Model read_model(const SessionToModelArguments& arguments)
         return model_of_session(arguments.session, arguments.export_number);
     } catch (const NoModel& error) {
         throw ToolError(ExitCode::findings, std::string("no model gives these answers: ") + error.what());
-    } catch (const SessionError& error) {
-        throw ToolError(ExitCode::usage, error.what());
-    } catch (const std::out_of_range& error) {
-        throw ToolError(ExitCode::usage, error.what());
     }
 }
 
