@@ -3,19 +3,23 @@
 #include "model_check/rules.hpp"
 
 #include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <set>
+#include <string_view>
+#include <tuple>
 #include <utility>
 
 namespace velm {
 
 namespace {
 
-/// A field without a value reads as 0, of which its row or its series may seem to be out of meaning.
-bool is_near_a_gap(const Address& address, const std::vector<Address>& gaps)
+/// The rows, or the series, of which a value could not be read.
+using Gaps = std::set<std::tuple<std::string_view, std::int64_t, std::int64_t>>;
+
+std::tuple<std::string_view, std::int64_t, std::int64_t> row_of(const Address& address)
 {
-    return std::any_of(gaps.begin(), gaps.end(), [&](const Address& gap) {
-        return gap.table == address.table && gap.numbers[0] == address.numbers[0] &&
-               gap.numbers[1] == address.numbers[1];
-    });
+    return {address.table, address.numbers[0], address.numbers[1]};
 }
 
 bool leads_water(const Address& address)
@@ -42,6 +46,8 @@ std::vector<std::string> check_values(const Model& model, const std::vector<Addr
     const RunDates dates(model);
     const MeantModel meant{model, water, dates};
     const std::string no_water = reason_without_water(model, gaps);
+    Gaps rows_with_gaps; // a field without a value reads as 0, of which its row may seem to be out of meaning
+    std::ranges::transform(gaps, std::inserter(rows_with_gaps, rows_with_gaps.end()), row_of);
     std::string left_out;
     for (const MeaningRule& meaning : meaning_rules()) {
         if (meaning.needs_flows && !no_water.empty()) {
@@ -49,7 +55,7 @@ std::vector<std::string> check_values(const Model& model, const std::vector<Addr
             continue;
         }
         meaning.look(meant, [&](const Address& address, std::string message, std::string remedy) {
-            if (!is_near_a_gap(address, gaps)) {
+            if (!rows_with_gaps.contains(row_of(address))) {
                 report({.rule = &meaning.rule,
                         .address = address,
                         .message = std::move(message),
