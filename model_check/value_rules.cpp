@@ -147,28 +147,31 @@ void find_missing_flow_fields(const MeantModel& meant, const ReportMeaning& repo
     });
 }
 
-/// How many segments down from it `start` comes again; 0 when it does not, or when a lower number, which tells the
-/// circle itself, comes first.
-std::size_t steps_around(const std::vector<Segment>& segments, std::int64_t start)
-{
-    std::int64_t below = start;
-    for (std::size_t steps = 1; steps <= segments.size(); ++steps) {
-        below = segments[static_cast<std::size_t>(below - 1)].bottom_segment;
-        if (below <= start || below > static_cast<std::int64_t>(segments.size())) {
-            return below == start ? steps : 0;
-        }
-    }
-    return 0;
-}
-
+/// Goes down from each segment until a segment where it was before.
 void find_bottom_circles(const MeantModel& meant, const ReportMeaning& report)
 {
-    for_each_numbered(meant.model.segments, [&](const Segment& /*segment*/, std::int64_t number) {
-        if (const std::size_t steps = steps_around(meant.model.segments, number); steps > 0) {
-            report({"segment", "bottom_segment", {number}},
-                   "segment " + std::to_string(number) + " lies below itself, " + std::to_string(steps) + " down", {});
+    const std::vector<Segment>& segments = meant.model.segments;
+    const auto below = [&](std::size_t number) {
+        const std::int32_t bottom = segments[number - 1].bottom_segment;
+        return bottom < 1 || static_cast<std::size_t>(bottom) > segments.size() ? 0 : static_cast<std::size_t>(bottom);
+    };
+    std::vector<std::size_t> visitor(segments.size() + 1); ///< of each segment, from where it was come by first
+    for (std::size_t start = 1; start <= segments.size(); ++start) {
+        std::size_t number = start;
+        for (; number != 0 && visitor[number] == 0; number = below(number)) {
+            visitor[number] = start;
         }
-    });
+        if (number == 0 || visitor[number] != start) {
+            continue;
+        }
+        std::size_t lowest = number;
+        std::size_t steps = 1;
+        for (std::size_t next = below(number); next != number; next = below(next), ++steps) {
+            lowest = std::min(lowest, next);
+        }
+        report({"segment", "bottom_segment", {static_cast<std::int64_t>(lowest)}},
+               "segment " + std::to_string(lowest) + " lies below itself, " + std::to_string(steps) + " down", {});
+    }
 }
 
 void find_empty_series(const MeantModel& meant, const ReportMeaning& report)

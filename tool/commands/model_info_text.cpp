@@ -42,9 +42,10 @@ public:
         for (const std::vector<std::string>& row : rows_) {
             std::string text;
             for (std::size_t i = 0; i < row.size(); ++i) {
-                const std::string fill(widths[i] - characters(row[i]), ' ');
+                const std::size_t lacking = widths[i] - characters(row[i]);
                 const bool number = i >= numbers_from && i < numbers_to;
-                text += (i == 0 ? "" : "  ") + (number ? fill + row[i] : row[i] + fill);
+                text.append(i == 0 ? "" : "  ").append(number ? lacking : 0, ' ').append(row[i]);
+                text.append(number || i + 1 == row.size() ? 0 : lacking, ' '); // the last may be very long
             }
             out << without_end_blanks(text) << '\n';
         }
