@@ -2,13 +2,9 @@
 
 #include "plain_text/plain_text.hpp"
 
-#include <rapidjson/prettywriter.h>
-#include <rapidjson/stringbuffer.h>
-
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cmath>
 #include <ostream>
 
 namespace velm {
@@ -37,52 +33,11 @@ std::string quoted(std::string_view text)
 
 } // namespace
 
-struct JsonText::Writer {
-    rapidjson::StringBuffer buffer;
-    rapidjson::PrettyWriter<rapidjson::StringBuffer> json{buffer};
-
-    void put(const std::string& text) { json.RawValue(text.data(), text.size(), rapidjson::kStringType); }
-};
-
-JsonText::JsonText() : writer_(std::make_unique<Writer>())
-{
-    writer_->json.SetIndent(' ', 2);
-}
-
-JsonText::~JsonText() = default;
-
-void JsonText::begin_object(std::string_view member)
-{
-    name(member);
-    writer_->json.StartObject();
-}
-
-void JsonText::end_object()
-{
-    writer_->json.EndObject();
-}
-
-void JsonText::begin_array(std::string_view member)
-{
-    name(member);
-    writer_->json.StartArray();
-}
-
-void JsonText::end_array()
-{
-    writer_->json.EndArray();
-}
-
 void JsonText::put(std::string_view member, std::string_view value)
 {
     name(member);
-    writer_->put(quoted(value));
-}
-
-void JsonText::put_count(std::string_view member, std::uint64_t value)
-{
-    name(member);
-    writer_->json.Uint64(value);
+    const std::string text = quoted(value);
+    json_.RawValue(text.data(), text.size(), rapidjson::kStringType);
 }
 
 void JsonText::put(std::string_view member, float value)
@@ -96,17 +51,7 @@ void JsonText::put(std::string_view member, float value)
 void JsonText::put(std::string_view member, std::int64_t value)
 {
     name(member);
-    writer_->json.Int64(value);
-}
-
-void JsonText::put(std::string_view member, double value)
-{
-    name(member);
-    if (std::isfinite(value)) {
-        writer_->json.Double(value);
-    } else {
-        writer_->json.Null();
-    }
+    json_.Int64(value);
 }
 
 void JsonText::put_if_any(std::string_view member, std::string_view value)
@@ -118,20 +63,13 @@ void JsonText::put_if_any(std::string_view member, std::string_view value)
 
 std::string JsonText::text() const
 {
-    return std::string(writer_->buffer.GetString(), writer_->buffer.GetSize()) + '\n';
+    return std::string(buffer_.GetString(), buffer_.GetSize()) + '\n';
 }
 
 void JsonText::flush_to(std::ostream& out)
 {
-    out.write(writer_->buffer.GetString(), static_cast<std::streamsize>(writer_->buffer.GetSize()));
-    writer_->buffer.Clear();
-}
-
-void JsonText::name(std::string_view member)
-{
-    if (!member.empty()) {
-        writer_->json.Key(member.data(), static_cast<rapidjson::SizeType>(member.size()));
-    }
+    out.write(buffer_.GetString(), static_cast<std::streamsize>(buffer_.GetSize()));
+    buffer_.Clear();
 }
 
 } // namespace velm

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "json_text/json_parts.hpp"
+
+#include <rapidjson/prettywriter.h>
+
 #include <concepts>
 #include <cstdint>
 #include <iosfwd>
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -16,31 +19,21 @@ namespace velm {
 ///     json.put("file", "river.inp");
 ///     json.end_object();
 ///     json.text();
-class JsonText {
+class JsonText : public JsonParts<rapidjson::PrettyWriter<rapidjson::StringBuffer>> {
 public:
-    JsonText();
-    ~JsonText();
-    JsonText(const JsonText&) = delete;
-    JsonText& operator=(const JsonText&) = delete;
-    JsonText(JsonText&&) = delete;
-    JsonText& operator=(JsonText&&) = delete;
-
-    /// Objects and arrays; with a name, as that member of the object that is open.
-    void begin_object(std::string_view member = {});
-    void end_object();
-    void begin_array(std::string_view member = {});
-    void end_array();
+    JsonText() { json_.SetIndent(' ', 2); }
 
     /// Members. A byte of a text that is no UTF-8 becomes a question mark; what could steer a terminal
     /// or turn a line around is escaped.
     void put(std::string_view member, std::string_view value);
     void put(std::string_view member, std::integral auto value)
     {
-        put_count(member, static_cast<std::uint64_t>(value));
+        name(member);
+        json_.Uint64(static_cast<std::uint64_t>(value));
     }
     void put(std::string_view member, float value); ///< with the digits of single precision: 0.1 for 0.1F
     void put(std::string_view member, std::int64_t value);
-    void put(std::string_view member, double value); ///< null for what is not finite
+    using JsonParts::put;
     /// Left out when the text is empty.
     void put_if_any(std::string_view member, std::string_view value);
 
@@ -48,13 +41,6 @@ public:
     [[nodiscard]] std::string text() const;
     /// Writes what is there so far and forgets it, so that a long value takes no memory.
     void flush_to(std::ostream& out);
-
-private:
-    void name(std::string_view member);
-    void put_count(std::string_view member, std::uint64_t value);
-
-    struct Writer;
-    std::unique_ptr<Writer> writer_;
 };
 
 } // namespace velm

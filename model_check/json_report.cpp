@@ -61,11 +61,7 @@ public:
             json_.put(code, count.found);
         }
         json_.end_object();
-        json_.begin_array("remarks");
-        for (const std::string& remark : found.remarks) {
-            json_.put("", remark);
-        }
-        json_.end_array();
+        json_.put_array("remarks", found.remarks, [&](const std::string& remark) { json_.put("", remark); });
         json_.end_object();
     }
     void end() override

@@ -1,6 +1,7 @@
 #include "json_text/json_text.hpp"
 #include "model_check/report.hpp"
 #include "model_check/rules.hpp"
+#include "plain_text/plain_text.hpp"
 
 #include <algorithm>
 #include <filesystem>
@@ -14,7 +15,6 @@ namespace {
 std::string uri_of(const std::string& file)
 {
     constexpr std::string_view kept = "-._~/";
-    constexpr std::string_view digits = "0123456789ABCDEF";
     const std::filesystem::path path(file);
     const std::string name = path.generic_string();
     std::string uri = !path.is_absolute() ? "" : name.starts_with('/') ? "file://" : "file:///";
@@ -25,7 +25,7 @@ std::string uri_of(const std::string& file)
         if (plain) {
             uri += character;
         } else {
-            uri.append(1, '%').append(1, digits[byte >> 4U]).append(1, digits[byte & 0x0FU]);
+            uri += '%' + hexadecimal(byte, 2);
         }
     }
     return uri;
@@ -44,18 +44,14 @@ void put_tool(JsonText& json, std::string_view version)
     json.begin_object("driver");
     json.put("name", "velm");
     json.put("version", version);
-    json.begin_array("rules");
-    for (const FindingRule* const rule : finding_rules()) {
-        json.begin_object();
+    json.put_objects("rules", finding_rules(), [&](const FindingRule* rule) {
         json.put("id", rule->code);
         put_text(json, "shortDescription", rule->name);
         put_text(json, "help", rule->remedy);
         json.begin_object("defaultConfiguration");
         json.put("level", name_of(rule->level));
         json.end_object();
-        json.end_object();
-    }
-    json.end_array();
+    });
     json.end_object();
     json.end_object();
 }

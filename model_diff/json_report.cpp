@@ -27,9 +27,7 @@ void put_range(JsonText& json, const NumberChanges& numbers, Change change)
 
 void put_every(std::ostream& out, JsonText& json, const NumberChanges& numbers)
 {
-    json.begin_array("every");
-    for (const NumberChange& number : numbers.changes) {
-        json.begin_object();
+    json.put_objects("every", numbers.changes, [&](const NumberChange& number) {
         json.put("at", number.at);
         if (number.change != Change::added) {
             json.put("old", number.old_value);
@@ -37,15 +35,12 @@ void put_every(std::ostream& out, JsonText& json, const NumberChanges& numbers)
         if (number.change != Change::removed) {
             json.put("new", number.new_value);
         }
-        json.end_object();
         json.flush_to(out);
-    }
-    json.end_array();
+    });
 }
 
 void put_difference(std::ostream& out, JsonText& json, const Difference& difference, bool all)
 {
-    json.begin_object();
     json.put("section", name_of(difference.section));
     json.put("change", name_of(difference.change));
     json.put_if_any("item", difference.item);
@@ -65,7 +60,6 @@ void put_difference(std::ostream& out, JsonText& json, const Difference& differe
             put_every(out, json, numbers);
         }
     }
-    json.end_object();
 }
 
 } // namespace
@@ -78,11 +72,7 @@ void write_difference_json(std::ostream& out, std::span<const Difference> found,
     json.put("old", old_file);
     json.put("new", new_file);
     json.put("result", !found.empty() ? "different" : form_alone ? "same model in another form" : "same");
-    json.begin_array("differences");
-    for (const Difference& difference : found) {
-        put_difference(out, json, difference, all);
-    }
-    json.end_array();
+    json.put_objects("differences", found, [&](const Difference& one) { put_difference(out, json, one, all); });
     json.end_object();
     json.flush_to(out);
     out << '\n';

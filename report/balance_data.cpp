@@ -18,9 +18,7 @@ void put_totals(PageData& data, const WaterTotals& totals)
 
 void put_functions(PageData& data, const WaterBalance& balance)
 {
-    data.begin_array("functions");
-    for (const WaterFunction& function : balance.functions()) {
-        data.begin_object();
+    data.put_objects("functions", balance.functions(), [&](const WaterFunction& function) {
         data.put_count("field", function.field);
         data.put_count("function", function.number);
         data.put("mean", function.course.mean_forward() - function.course.mean_backward());
@@ -28,9 +26,7 @@ void put_functions(PageData& data, const WaterBalance& balance)
         data.put("greatest_day", function.course.greatest_day());
         data.put("in", function.from_outside);
         data.put("out", function.to_outside);
-        data.end_object();
-    }
-    data.end_array();
+    });
 }
 
 void put_segments_water(PageData& data, const WaterBalance& balance)

@@ -1,3 +1,4 @@
+#include "model/items.hpp"
 #include "model/real_in_words.hpp"
 #include "model_diff/model_diff.hpp"
 #include "model_diff/report.hpp"
@@ -48,9 +49,8 @@ void put_findings(PageData& data, const Model& model, const FileFindings& findin
 {
     const std::vector<SeriesItem> series = all_series(model);
     data.begin_object("findings");
-    data.begin_array("codes");
-    for (const auto& [code, count] : findings.counts) {
-        data.begin_object();
+    data.put_objects("codes", findings.counts, [&](const auto& found) {
+        const auto& [code, count] = found;
         data.put_utf8("code", code);
         data.put_utf8("name", count.rule->name);
         data.put_utf8("level", name_of(count.rule->level));
@@ -67,14 +67,8 @@ void put_findings(PageData& data, const Model& model, const FileFindings& findin
             }
         }
         data.end_array();
-        data.end_object();
-    }
-    data.end_array();
-    data.begin_array("remarks");
-    for (const std::string& remark : findings.remarks) {
-        data.put_utf8({}, remark);
-    }
-    data.end_array();
+    });
+    data.put_array("remarks", findings.remarks, [&](const std::string& remark) { data.put_utf8({}, remark); });
     data.end_object();
 }
 
@@ -97,11 +91,7 @@ std::string place_of_difference(const Difference& one)
 
 std::string_view table_of_values(std::string_view item_table)
 {
-    return item_table == "flow_function"       ? "flow_value"
-           : item_table == "exchange_function" ? "exchange_value"
-           : item_table == "boundary"          ? "boundary_value"
-           : item_table == "load"              ? "load_value"
-                                               : "time_function_value";
+    return series_of(item_table).name;
 }
 
 void put_against(PageData& data, const Report& report, std::span<const Difference> found)
@@ -111,16 +101,12 @@ void put_against(PageData& data, const Report& report, std::span<const Differenc
     }
     data.begin_object("against");
     data.put_utf8("file", report.old_file);
-    data.begin_array("differences");
-    for (const Difference& one : found.first(std::min(found.size(), most_differences))) {
+    data.put_objects("differences", found.first(std::min(found.size(), most_differences)), [&](const Difference& one) {
         std::string words = difference_lines({&one, 1}, false);
         words.pop_back(); // the line end
-        data.begin_object();
         data.put_utf8("words", words);
         data.put_utf8("at", place_of_difference(one));
-        data.end_object();
-    }
-    data.end_array();
+    });
     data.put_count("count", found.size());
     data.begin_array("segments");
     for (const Difference& one : found) {

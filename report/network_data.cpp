@@ -137,15 +137,11 @@ void put_places(PageData& data, const std::vector<SegmentPlace>& places)
 /// Where boundaries or loads stand, by system.
 void put_contacts(PageData& data, std::string_view member, const Model& model, SegmentSeriesSet System::*set)
 {
-    data.begin_array(member);
-    for (const System& system : model.systems) {
+    data.put_objects(member, model.systems, [&](const System& system) {
         const auto& items = (system.*set).items;
-        data.begin_object();
         data.put_count("count", items.size());
         data.put_numbers("segments", items.size(), [&](auto i) { return items[i].segment; });
-        data.end_object();
-    }
-    data.end_array();
+    });
 }
 
 } // namespace
@@ -175,11 +171,7 @@ void put_segments(PageData& data, const Report& report, const WaterBalance* bala
     const std::vector<Segment>& segments = model.segments;
     data.begin_object("segments");
     data.put_count("count", segments.size());
-    data.begin_array("names");
-    for (const Segment& segment : segments) {
-        data.put_latin1({}, segment.name);
-    }
-    data.end_array();
+    data.put_array("names", segments, [&](const Segment& segment) { data.put_latin1({}, segment.name); });
     data.put_numbers("types", segments.size(), [&](auto i) { return segments[i].type; });
     data.put_numbers("bottoms", segments.size(), [&](auto i) { return segments[i].bottom_segment; });
     put_places(data, report.places);
@@ -196,53 +188,34 @@ void put_segments(PageData& data, const Report& report, const WaterBalance* bala
 void put_paths(PageData& data, const Model& model, const WaterBalance* balance)
 {
     std::size_t at = 0; // in the balance
-    data.begin_array("flow_fields");
-    for (std::size_t f = 0; f < model.flow_fields.size(); ++f) {
-        const double factor =
-            double{model.flow_fields[f].scale_factor} * double{model.flow_fields[f].conversion_factor};
-        data.begin_object();
-        data.put_utf8("name", flow_field_name(f + 1));
-        data.begin_array("functions");
-        for (const FlowFunction& function : model.flow_fields[f].functions) {
-            data.begin_object();
+    std::size_t f = 0;  // from 1
+    data.put_objects("flow_fields", model.flow_fields, [&](const FlowField& field) {
+        const double factor = double{field.scale_factor} * double{field.conversion_factor};
+        data.put_utf8("name", flow_field_name(++f));
+        data.put_objects("functions", field.functions, [&](const FlowFunction& function) {
             data.put_latin1("description", function.description);
             const FlowCourse* course = nullptr;
             std::optional<FlowCourse> of_solids; // the balance is of water
             if (balance != nullptr && at < balance->functions().size() &&
-                static_cast<std::size_t>(balance->functions()[at].field) == f + 1) {
+                static_cast<std::size_t>(balance->functions()[at].field) == f) {
                 course = &balance->functions()[at++].course;
             } else if (balance != nullptr) {
                 course = &of_solids.emplace(function.series, factor, std::max(double{model.julian_end_time}, 0.0));
             }
             put_function_paths(data, function.paths, course);
-            data.end_object();
-        }
-        data.end_array();
-        data.end_object();
-    }
-    data.end_array();
-    data.begin_array("exchange_fields");
-    for (std::size_t f = 0; f < model.exchange_fields.size(); ++f) {
-        data.begin_object();
-        data.put_utf8("name", exchange_field_name(f + 1));
-        data.begin_array("functions");
-        for (const ExchangeFunction& function : model.exchange_fields[f].functions) {
-            data.begin_object();
+        });
+    });
+    f = 0;
+    data.put_objects("exchange_fields", model.exchange_fields, [&](const ExchangeField& field) {
+        data.put_utf8("name", exchange_field_name(++f));
+        data.put_objects("functions", field.functions, [&](const ExchangeFunction& function) {
             data.put_latin1("description", function.description);
             put_pairs(data, function.pairs);
-            data.end_object();
-        }
-        data.end_array();
-        data.end_object();
-    }
-    data.end_array();
+        });
+    });
     put_contacts(data, "boundaries", model, &System::boundaries);
     put_contacts(data, "loads", model, &System::loads);
-    data.begin_array("systems");
-    for (const System& system : model.systems) {
-        data.put_latin1({}, system.name);
-    }
-    data.end_array();
+    data.put_array("systems", model.systems, [&](const System& system) { data.put_latin1({}, system.name); });
 }
 
 } // namespace velm

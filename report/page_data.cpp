@@ -10,28 +10,6 @@
 
 namespace velm {
 
-void PageData::begin_object(std::string_view member)
-{
-    name(member);
-    json_.StartObject();
-}
-
-void PageData::begin_array(std::string_view member)
-{
-    name(member);
-    json_.StartArray();
-}
-
-void PageData::put(std::string_view member, double value)
-{
-    name(member);
-    if (std::isfinite(value)) {
-        json_.Double(value);
-    } else {
-        json_.Null();
-    }
-}
-
 void PageData::put(std::string_view member, bool value)
 {
     name(member);
@@ -107,13 +85,6 @@ std::string PageData::packed_numbers() const
         text += i + 2 < size ? digits[three & 63U] : '=';
     }
     return text;
-}
-
-void PageData::name(std::string_view member)
-{
-    if (!member.empty()) {
-        json_.Key(member.data(), static_cast<rapidjson::SizeType>(member.size()));
-    }
 }
 
 } // namespace velm

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <rapidjson/stringbuffer.h>
+#include "json_text/json_parts.hpp"
+
 #include <rapidjson/writer.h>
 
 #include <cstddef>
@@ -15,17 +16,11 @@ namespace velm {
 
 /// Writes the page's data: one JSON text, and the single-precision numbers that it refers to. docs/report.md describes
 /// both.
-class PageData {
+class PageData : public JsonParts<rapidjson::Writer<rapidjson::StringBuffer>> {
 public:
-    PageData() { json_.StartObject(); }
+    PageData() { begin_object(); }
 
-    // Objects and arrays; with a name, as that member of the object that is open.
-    void begin_object(std::string_view member = {});
-    void end_object() { json_.EndObject(); }
-    void begin_array(std::string_view member = {});
-    void end_array() { json_.EndArray(); }
-
-    void put(std::string_view member, double value); ///< null for what is not finite
+    using JsonParts::put;
     void put(std::string_view member, bool value);
     void put(std::string_view member, const char* text) { put_utf8(member, text); }
     void put_utf8(std::string_view member, std::string_view text);
@@ -55,10 +50,6 @@ public:
     [[nodiscard]] std::string packed_numbers() const; ///< little-endian, base64
 
 private:
-    void name(std::string_view member);
-
-    rapidjson::StringBuffer buffer_;
-    rapidjson::Writer<rapidjson::StringBuffer> json_{buffer_};
     std::vector<float> numbers_;
     std::vector<float> row_;
     std::unordered_multimap<std::size_t, std::pair<std::size_t, std::size_t>> runs_; ///< begin and count, by hash

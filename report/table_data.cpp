@@ -27,11 +27,7 @@ public:
         data_.begin_object();
         data_.put_utf8("table", source);
         data_.put_utf8("title", title);
-        data_.begin_array("columns");
-        for (const std::string_view column : columns) {
-            data_.put_utf8({}, column);
-        }
-        data_.end_array();
+        data_.put_array("columns", columns, [&](std::string_view column) { data_.put_utf8({}, column); });
         data_.begin_array("rows");
     }
     ~Table()

@@ -36,23 +36,19 @@ void put_run(JsonText& json, const ModelInfo& info)
 
 void put_systems(JsonText& json, const Model& model)
 {
-    json.begin_array("systems");
-    for_each_numbered(model.systems, [&](const System& system, std::int64_t number) {
-        json.begin_object();
-        json.put("number", number);
+    std::int64_t number = 0;
+    json.put_objects("systems", model.systems, [&](const System& system) {
+        json.put("number", ++number);
         json.put("name", utf8_from_latin1(system.name));
         json.put("tag", utf8_from_latin1(system.tag));
         json.put("boundaries", system.boundaries.items.size());
         json.put("loads", system.loads.items.size());
-        json.end_object();
     });
-    json.end_array();
 }
 
 void put_series(JsonText& json, const ModelInfo& info, const SeriesItem& item)
 {
     const SeriesFacts facts = facts_of(*item.series, item.factor);
-    json.begin_object();
     json.put("table", item.table);
     json.put("owner", item.owner);
     json.put("number", item.number);
@@ -76,22 +72,20 @@ void put_series(JsonText& json, const ModelInfo& info, const SeriesItem& item)
         json.put("greatest", facts.greatest);
         json.put_if_any("unit", item.unit);
     }
-    json.end_object();
 }
 
 void put_segments(JsonText& json, const ModelInfo& info)
 {
     const auto connections = connections_of(info.model());
     const std::vector<Stay> stay = stays(info.water);
-    json.begin_array("segments");
-    for_each_numbered(info.model().segments, [&](const Segment& segment, std::int64_t number) {
-        const auto place = static_cast<std::size_t>(number - 1);
-        const MeanFlow mean = info.water.mean_flow(static_cast<std::int32_t>(number));
-        json.begin_object();
+    std::int32_t number = 0;
+    json.put_objects("segments", info.model().segments, [&](const Segment& segment) {
+        const auto place = static_cast<std::size_t>(number);
+        const MeanFlow mean = info.water.mean_flow(++number);
         json.put("number", number);
         json.put("name", utf8_from_latin1(segment.name));
         json.put("type", std::int64_t{segment.type});
-        json.put("volume", info.water.start_volume(static_cast<std::int32_t>(number)));
+        json.put("volume", info.water.start_volume(number));
         if (!info.elsewhere) {
             json.put("mean_inflow", mean.in);
             json.put("mean_outflow", mean.out);
@@ -99,18 +93,12 @@ void put_segments(JsonText& json, const ModelInfo& info)
             json.put("shortest_residence_time", stay[place].shortest);
             put_day(json, info, "highest_outflow", stay[place].shortest_day);
         }
-        json.begin_array("connections");
-        for (const Connection& one : connections[place]) {
-            json.begin_object();
+        json.put_objects("connections", connections[place], [&](const Connection& one) {
             json.put("segment", one.segment);
             json.put("by", one.exchange ? "exchange" : "flow");
             json.put("field", one.field);
-            json.end_object();
-        }
-        json.end_array();
-        json.end_object();
+        });
     });
-    json.end_array();
 }
 
 } // namespace
@@ -132,11 +120,7 @@ void put_info(JsonText& json, const ModelInfo& info)
         json.put("stored", info.water.totals().stored);
     }
     json.end_object();
-    json.begin_array("series");
-    for (const SeriesItem& item : all_series(info.model())) {
-        put_series(json, info, item);
-    }
-    json.end_array();
+    json.put_objects("series", all_series(info.model()), [&](const SeriesItem& item) { put_series(json, info, item); });
     put_segments(json, info);
     json.end_object();
 }
