@@ -3,7 +3,7 @@ import uPlot from "uplot";
 import { lines } from "./colour.js";
 import { axisTime, date, dayInWords, dayOf, end, hasDates } from "./dates.js";
 import { find, h } from "./dom.js";
-import { count, exact, short } from "./format.js";
+import { count, exact, short, withUnit } from "./format.js";
 import { onPaper, sheet } from "./print.js";
 import { points, titleOf, unitOf } from "./series_data.js";
 import { on } from "./state.js";
@@ -78,8 +78,24 @@ function fullSpan({ data: [x] }) {
     const [first, last] = [Math.min(x[0], axisTime(0)), Math.max(x.at(-1), axisTime(end))];
     return [first, last > first ? last : first + axisTime(1) - axisTime(0)];
 }
-// asked for before anybody zooms, too
-const spanOf = (u, least, greatest) => (least === u.data[0][0] && greatest === u.data[0].at(-1) ? fullSpan(u) : [least, greatest]);
+// asked for before anybody zooms, too; one moment is never zoomed
+const spanOf = (u, least, greatest) => {
+    const [x] = u.data;
+    return x.length === 1 || (least === x[0] && greatest === x.at(-1)) ? fullSpan(u) : [least, greatest];
+};
+
+/** What is read under the pointer: a pair's value, or of a series without a pair there the line's. */
+function reading({ data }, series, at, unit) {
+    const [x, y] = [data[0], data[series]];
+    if (at === null || y[at] === null) return "–";
+    if (y[at] !== undefined) return `${exact(y[at])} ${unit}`;
+    let [before, behind] = [at, at];
+    while (before >= 0 && y[before] === undefined) --before;
+    while (behind < y.length && y[behind] === undefined) ++behind;
+    if (!Number.isFinite(y[before]) || !Number.isFinite(y[behind])) return "–";
+    const part = (x[at] - x[before]) / (x[behind] - x[before]);
+    return `≈ ${withUnit(y[before] * (1 - part) + y[behind] * part, unit)}`;
+}
 
 function options(all, { width, height }) {
     const units = [...new Set(all.map(({ one }) => unitOf(one)))];
@@ -98,11 +114,11 @@ function options(all, { width, height }) {
             ...all.map(({ one, old }) => [one, old, drawn.indexOf(one)]).map(([one, old, i]) => ({
                 label: `${titleOf(one)}${old ? " (before)" : ""}`, scale: `y ${unitOf(one)}`, spanGaps: false,
                 stroke: old ? style("--quiet") : palette[i % palette.length], width: 1.5, dash: old || i >= palette.length ? [6, 4] : undefined,
-                value: (u, y) => (y === null || y === undefined ? "–" : `${exact(y)} ${unitOf(one)}`),
+                value: (u, y, series, at) => reading(u, series, at, unitOf(one)),
             }))],
         hooks: { draw: [runMarks] },
         legend: { live: true },
-        cursor: { drag: { x: true, y: false } },
+        cursor: { drag: { x: true, y: false }, dataIdx: (u, series, at) => at },
     };
 }
 

@@ -62,7 +62,7 @@ function row(one) {
 function heading({ label, numeric, key }) {
     if (!key) return h("th", { scope: "col" }, label);
     const sorted = order.by === label ? (order.down ? "descending" : "ascending") : null;
-    const sort = () => { order = { by: label, down: order.by === label && !order.down }; list(); };
+    const sort = () => { order = { by: label, down: order.by === label && !order.down }; list(); find("series-list").querySelector("[aria-sort] button")?.focus(); };
     return h("th", { scope: "col", class: numeric ? "n" : null, "aria-sort": sorted }, h("button", { type: "button", class: "sort", onclick: sort }, label,
         sorted ? (order.down ? " ▾" : " ▴") : ""));
 }
