@@ -14,4 +14,5 @@ export function startHead() {
     find("run").append([run, ...counts.map(([what, n]) => plural(n, what))].join(" · "));
     find("levels").append(...["error", "warning", "note"].map((level) =>
         h("a", { href: `#${level}`, class: "level-link" }, levelMark(level).firstChild, ` ${plural(countOf(level), level)}`)));
+    if (page.against) find("levels").append(h("a", { href: "#against-title", class: "level-link" }, plural(page.against.count, "change")));
 }

@@ -2,7 +2,7 @@
 import { heightOf, size } from "./layout.js";
 import { columnOf, columns, netFlow } from "./network.js";
 
-const stub = 34; // arrow from or to the outside
+const stub = 20; // arrow from or to the outside: shorter than from column to column
 const widest = 16; // of all paths of a link
 const exchangeWidth = 1.5;
 

@@ -15,6 +15,7 @@ import { makeView } from "./view.js";
 let drawing;
 let view;
 let places;
+let searched;
 
 function choices() {
     const distance = distanceToFindings();
@@ -118,7 +119,8 @@ function search() {
     for (let segment = 1; segment <= segmentCount && found.length < 50; ++segment) {
         if ((segmentNames[segment - 1] ?? "").toLowerCase().includes(words)) found.push(segment);
     }
-    const next = found.find((segment) => segment > chosen.segment) ?? found[0];
+    const next = (words === searched && found.find((segment) => segment > chosen.segment)) || found[0];
+    searched = words;
     answer.textContent = found.length === 0 ? `no segment “${find("search").value}”`
         : found.length > 1 ? `${found.length === 50 ? "50 or more" : found.length} found; Enter for the next` : "";
     if (next) choose(next, { near: true });

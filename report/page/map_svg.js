@@ -134,6 +134,8 @@ export function drawSvg(places, marks) {
             if (link && byLink.has(link)) mark(byLink.get(link), "self");
             for (const one of up ?? []) if (nodes[one]) mark(nodes[one], "up");
             for (const one of down ?? []) if (nodes[one]) mark(nodes[one], "down");
+            const way = new Set([0, segment, ...up ?? [], ...down ?? []]);
+            for (const [{ a, b }, element] of shapes) if (way.has(a) && way.has(b)) mark(element, "way");
             element.classList.toggle("lit", lit.length > 0);
             if (segment) setCurrent(segment);
         },

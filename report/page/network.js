@@ -95,7 +95,7 @@ function neighbours(sign) {
         if (link.exchange || link.b === 0) continue;
         for (const path of link.paths) {
             if (isOfSolids(path) || (path.flow === 0 && !path.turns)) continue;
-            const forward = path.flow * sign >= 0;
+            const forward = (path.flow < 0) === (sign < 0);
             const [from, to] = forward ? [path.first, path.second] : [path.second, path.first];
             if (!next.has(from)) next.set(from, new Set());
             next.get(from).add(to);
