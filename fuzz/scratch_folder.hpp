@@ -18,10 +18,7 @@ inline const std::filesystem::path& scratch_folder()
                         ("velm_fuzz_" + std::to_string(getpid()));
         Folder() { fs::create_directories(path); }
         ~Folder() { fs::remove_all(path); }
-        Folder(const Folder&) = delete;
-        Folder& operator=(const Folder&) = delete;
-        Folder(Folder&&) = delete;
-        Folder& operator=(Folder&&) = delete;
+        Folder& operator=(Folder&&) = delete; // neither copied nor moved
     } folder;
     return folder.path;
 }

@@ -51,10 +51,7 @@ public:
         sqlite3_close(database_);
         std::filesystem::remove(file_);
     }
-    Database(const Database&) = delete;
-    Database& operator=(const Database&) = delete;
-    Database(Database&&) = delete;
-    Database& operator=(Database&&) = delete;
+    Database& operator=(Database&&) = delete; // neither copied nor moved
 
     /// Runs SQL, with a value in the place of the first `?`; first columns of all rows. What fails changes nothing.
     std::vector<std::string> run(const std::string& sql, FuzzBytes* value = nullptr)

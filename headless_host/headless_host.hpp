@@ -24,11 +24,7 @@ public:
     /// the file system's encoding). Throws std::invalid_argument for a name of another length and for one that
     /// cannot travel in a blank-padded field: with a NUL in it, or a blank at its end.
     HeadlessHost(const Model& model, std::string output_file_name);
-    ~HeadlessHost() = default;
-    HeadlessHost(const HeadlessHost&) = delete;
-    HeadlessHost& operator=(const HeadlessHost&) = delete;
-    HeadlessHost(HeadlessHost&&) = delete;
-    HeadlessHost& operator=(HeadlessHost&&) = delete;
+    HeadlessHost& operator=(HeadlessHost&&) = delete; // neither copied nor moved
 
     /// The function to attach; `host` is a HeadlessHost.
     static void answer(void* host, const velm_host_request* request) noexcept;

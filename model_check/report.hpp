@@ -13,12 +13,8 @@ namespace velm {
 /// Writes findings as they come, file after file.
 class FindingReport {
 public:
-    FindingReport() = default;
     virtual ~FindingReport() = default;
-    FindingReport(const FindingReport&) = delete;
-    FindingReport& operator=(const FindingReport&) = delete;
-    FindingReport(FindingReport&&) = delete;
-    FindingReport& operator=(FindingReport&&) = delete;
+    FindingReport& operator=(FindingReport&&) = delete; // neither copied nor moved
 
     /// What follows is of this file. A file that is not ended has no part in the report.
     virtual void begin_file(const std::string& file, bool database) = 0;

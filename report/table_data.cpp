@@ -35,10 +35,7 @@ public:
         data_.end_array();
         data_.end_object();
     }
-    Table(const Table&) = delete;
-    Table& operator=(const Table&) = delete;
-    Table(Table&&) = delete;
-    Table& operator=(Table&&) = delete;
+    Table& operator=(Table&&) = delete; // neither copied nor moved
 
     template <class... Cells>
     void row(const std::string& address, const Cells&... cells)

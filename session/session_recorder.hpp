@@ -21,10 +21,7 @@ public:
     /// new file is left.
     explicit SessionRecorder(const std::filesystem::path& file);
     ~SessionRecorder();
-    SessionRecorder(const SessionRecorder&) = delete;
-    SessionRecorder& operator=(const SessionRecorder&) = delete;
-    SessionRecorder(SessionRecorder&&) = delete;
-    SessionRecorder& operator=(SessionRecorder&&) = delete;
+    SessionRecorder& operator=(SessionRecorder&&) = delete; // neither copied nor moved
 
     /// Has `answer`, a function without arguments, answer the request and writes the exchange down. What is asked while
     /// that goes on, by a host that calls itself or the plug-in, is answered only: no replayed plug-in asks it. An

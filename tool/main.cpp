@@ -3,7 +3,7 @@
 #include "session/session_reader.hpp"
 #include "tool/commands/commands.hpp"
 #include "tool/commands/documents.hpp"
-#include "tool/commands/nearest_name.hpp"
+#include "tool/commands/unknown_name.hpp"
 #include "tool/system/operating_system.hpp"
 #include "tool/system/terminal.hpp"
 #include "whole_file/place.hpp"
@@ -111,9 +111,7 @@ ToolError refusal(const CLI::App& tool, const CLI::ParseError& error)
             names.push_back("--" + name);
         }
     }
-    const std::string nearest = nearest_name(option, names);
-    return {ExitCode::usage, "there is no option " + printable(option) + "; " +
-                                 (nearest.empty() ? "" : "did you mean " + nearest + "? ") + asks + " lists all"};
+    return unknown_name("option", option, names, asks + " lists all");
 }
 
 ExitCode run(int argument_count, char** arguments)

@@ -19,10 +19,7 @@ public:
     /// `parent` is open and outlives the object. Throws std::system_error.
     explicit PrivateFolder(int parent);
     ~PrivateFolder();
-    PrivateFolder(const PrivateFolder&) = delete;
-    PrivateFolder& operator=(const PrivateFolder&) = delete;
-    PrivateFolder(PrivateFolder&&) = delete;
-    PrivateFolder& operator=(PrivateFolder&&) = delete;
+    PrivateFolder& operator=(PrivateFolder&&) = delete; // neither copied nor moved
 
     /// Makes "content"; the descriptor is invalid, and errno set, when that fails. It outlives the object.
     [[nodiscard]] Descriptor make_content(mode_t mode) const;
@@ -41,10 +38,7 @@ class SignalsHeld {
 public:
     SignalsHeld();
     ~SignalsHeld();
-    SignalsHeld(const SignalsHeld&) = delete;
-    SignalsHeld& operator=(const SignalsHeld&) = delete;
-    SignalsHeld(SignalsHeld&&) = delete;
-    SignalsHeld& operator=(SignalsHeld&&) = delete;
+    SignalsHeld& operator=(SignalsHeld&&) = delete; // neither copied nor moved
 
 private:
     sigset_t before_{};

@@ -19,10 +19,7 @@ public:
     /// A file that never gets a name, in the folder for temporary files.
     WholeFile();
     ~WholeFile();
-    WholeFile(const WholeFile&) = delete;
-    WholeFile& operator=(const WholeFile&) = delete;
-    WholeFile(WholeFile&&) = delete;
-    WholeFile& operator=(WholeFile&&) = delete;
+    WholeFile& operator=(WholeFile&&) = delete; // neither copied nor moved
 
     /// The name as it was given.
     [[nodiscard]] const std::filesystem::path& name() const { return name_; }

@@ -57,10 +57,7 @@ class UnfinishedLocked {
 public:
     UnfinishedLocked() { AcquireSRWLockExclusive(&unfinished_lock); }
     ~UnfinishedLocked() { ReleaseSRWLockExclusive(&unfinished_lock); }
-    UnfinishedLocked(const UnfinishedLocked&) = delete;
-    UnfinishedLocked& operator=(const UnfinishedLocked&) = delete;
-    UnfinishedLocked(UnfinishedLocked&&) = delete;
-    UnfinishedLocked& operator=(UnfinishedLocked&&) = delete;
+    UnfinishedLocked& operator=(UnfinishedLocked&&) = delete; // neither copied nor moved
 };
 
 /// Allocates nothing and waits for nobody: it may run after a crash.
@@ -185,10 +182,7 @@ struct WholeFile::Making {
             DeleteFileW(file.c_str());
         }
     }
-    Making(const Making&) = delete;
-    Making& operator=(const Making&) = delete;
-    Making(Making&&) = delete;
-    Making& operator=(Making&&) = delete;
+    Making& operator=(Making&&) = delete; // neither copied nor moved
 };
 
 WholeFile::Making::Making(const fs::path& name, const fs::path& place, bool for_others)

@@ -200,19 +200,14 @@ void read_soundly(const Database& database, Work& work, const std::function<void
 /// Names and columns of a table; whoever calls adds the rest.
 ValueTable table_of(std::string_view name)
 {
-    const TableShape& shape = model_table(name);
-    std::vector<std::string> columns = shape.columns;
+    TableShape shape = model_table(name);
     if (shape.keys == 2) {
-        columns.insert(columns.begin() + 1, "1");
+        shape.columns.insert(shape.columns.begin() + 1, "1");
     }
-    if (columns.size() == 4) {
-        columns.emplace_back("0");
+    if (shape.columns.size() == 4) {
+        shape.columns.emplace_back("0");
     }
-    std::string list;
-    for (const std::string& column : columns) {
-        list += (list.empty() ? "" : ", ") + column;
-    }
-    return {shape.name, list, columns.front()};
+    return {shape.name, shape.column_list(), shape.columns.front()};
 }
 
 /// How many items each owner has that own series or values, by the table of the items.

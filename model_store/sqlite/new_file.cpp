@@ -27,10 +27,7 @@ public:
         }
     }
     ~ExclusiveLock() { unlock(); }
-    ExclusiveLock(const ExclusiveLock&) = delete;
-    ExclusiveLock& operator=(const ExclusiveLock&) = delete;
-    ExclusiveLock(ExclusiveLock&&) = delete;
-    ExclusiveLock& operator=(ExclusiveLock&&) = delete;
+    ExclusiveLock& operator=(ExclusiveLock&&) = delete; // neither copied nor moved
 
 private:
     void unlock() { file_->pMethods->xUnlock(file_, SQLITE_LOCK_NONE); }

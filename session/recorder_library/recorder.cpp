@@ -76,10 +76,7 @@ public:
             }
         }
     }
-    Recorder(const Recorder&) = delete;
-    Recorder& operator=(const Recorder&) = delete;
-    Recorder(Recorder&&) = delete;
-    Recorder& operator=(Recorder&&) = delete;
+    Recorder& operator=(Recorder&&) = delete; // neither copied nor moved
 
     void exchange(const velm_host_request& request)
     {

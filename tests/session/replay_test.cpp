@@ -45,10 +45,7 @@ public:
         velm_host_attach(&Replay::answer, &replay_);
     }
     ~Replayed() { velm_host_attach(nullptr, nullptr); }
-    Replayed(const Replayed&) = delete;
-    Replayed& operator=(const Replayed&) = delete;
-    Replayed(Replayed&&) = delete;
-    Replayed& operator=(Replayed&&) = delete;
+    Replayed& operator=(Replayed&&) = delete; // neither copied nor moved
 
     void ask_beginning()
     {

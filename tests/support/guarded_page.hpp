@@ -15,10 +15,7 @@ namespace velm {
 /// Storage that ends where nothing may be read: whoever reads one byte more ends the test.
 class GuardedPage {
 public:
-    GuardedPage(const GuardedPage&) = delete;
-    GuardedPage& operator=(const GuardedPage&) = delete;
-    GuardedPage(GuardedPage&&) = delete;
-    GuardedPage& operator=(GuardedPage&&) = delete;
+    GuardedPage& operator=(GuardedPage&&) = delete; // neither copied nor moved
 
     /// One page lies before it; nullptr when the system gave none.
     [[nodiscard]] char* end() const { return end_; }

@@ -10,10 +10,7 @@ class GuardedStorage {
 public:
     GuardedStorage();
     ~GuardedStorage();
-    GuardedStorage(const GuardedStorage&) = delete;
-    GuardedStorage& operator=(const GuardedStorage&) = delete;
-    GuardedStorage(GuardedStorage&&) = delete;
-    GuardedStorage& operator=(GuardedStorage&&) = delete;
+    GuardedStorage& operator=(GuardedStorage&&) = delete; // neither copied nor moved
 
     /// Blocks asked for in this way and not given back yet.
     static std::size_t blocks();
@@ -24,10 +21,7 @@ class OrdinaryStorage {
 public:
     OrdinaryStorage();
     ~OrdinaryStorage();
-    OrdinaryStorage(const OrdinaryStorage&) = delete;
-    OrdinaryStorage& operator=(const OrdinaryStorage&) = delete;
-    OrdinaryStorage(OrdinaryStorage&&) = delete;
-    OrdinaryStorage& operator=(OrdinaryStorage&&) = delete;
+    OrdinaryStorage& operator=(OrdinaryStorage&&) = delete; // neither copied nor moved
 
 private:
     bool guarded_;

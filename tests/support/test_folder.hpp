@@ -18,10 +18,7 @@ struct TestFolder {
         std::filesystem::permissions(path, std::filesystem::perms::owner_all);
         std::filesystem::remove_all(path);
     }
-    TestFolder(const TestFolder&) = delete;
-    TestFolder& operator=(const TestFolder&) = delete;
-    TestFolder(TestFolder&&) = delete;
-    TestFolder& operator=(TestFolder&&) = delete;
+    TestFolder& operator=(TestFolder&&) = delete; // neither copied nor moved
 
     [[nodiscard]] std::filesystem::path operator/(const std::string& name) const { return path / name; }
 

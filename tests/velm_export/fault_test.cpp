@@ -33,10 +33,7 @@ class Uncounted {
 public:
     Uncounted() : left_(std::exchange(allocations_until_failure, 0)) {}
     ~Uncounted() { allocations_until_failure = left_; }
-    Uncounted(const Uncounted&) = delete;
-    Uncounted& operator=(const Uncounted&) = delete;
-    Uncounted(Uncounted&&) = delete;
-    Uncounted& operator=(Uncounted&&) = delete;
+    Uncounted& operator=(Uncounted&&) = delete; // neither copied nor moved
 
 private:
     int left_;

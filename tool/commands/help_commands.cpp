@@ -2,7 +2,7 @@
 #include "tool/commands/command_description.hpp"
 #include "tool/commands/commands.hpp"
 #include "tool/commands/documents.hpp"
-#include "tool/commands/nearest_name.hpp"
+#include "tool/commands/unknown_name.hpp"
 
 #include <CLI/CLI.hpp>
 
@@ -48,10 +48,7 @@ ExitCode print_document(const std::string& page)
         return ExitCode::done;
     }
     if (std::find(names.begin(), names.end(), page) == names.end()) {
-        const std::string nearest = nearest_name(page, names);
-        throw ToolError(ExitCode::usage, "there is no page " + printable(page) + "; " +
-                                             (nearest.empty() ? "" : "did you mean " + nearest + "? ") +
-                                             "velm docs lists all");
+        throw unknown_name("page", page, names, "velm docs lists all");
     }
     std::cout << std::ifstream(document(page), std::ios::binary).rdbuf();
     return ExitCode::done;
@@ -77,10 +74,7 @@ ToolError unknown_command(const CLI::App& tool, const std::string& name)
     for (const CLI::App* command : tool.get_subcommands({})) {
         names.push_back(command->get_name());
     }
-    const std::string nearest = nearest_name(name, names);
-    return {ExitCode::usage, "there is no command " + printable(name) + "; " +
-                                 (nearest.empty() ? "" : "did you mean " + nearest + "? ") +
-                                 "velm help lists all commands"};
+    return unknown_name("command", name, names, "velm help lists all commands");
 }
 
 Command help_command(CLI::App& tool)

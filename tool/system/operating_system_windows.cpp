@@ -21,10 +21,7 @@ class ConsoleInUtf8 {
 public:
     ConsoleInUtf8() : before(GetConsoleOutputCP()) { SetConsoleOutputCP(CP_UTF8); }
     ~ConsoleInUtf8() { SetConsoleOutputCP(before); }
-    ConsoleInUtf8(const ConsoleInUtf8&) = delete;
-    ConsoleInUtf8& operator=(const ConsoleInUtf8&) = delete;
-    ConsoleInUtf8(ConsoleInUtf8&&) = delete;
-    ConsoleInUtf8& operator=(ConsoleInUtf8&&) = delete;
+    ConsoleInUtf8& operator=(ConsoleInUtf8&&) = delete; // neither copied nor moved
 
 private:
     UINT before;

@@ -15,10 +15,7 @@ public:
     /// `quiet`, nor where there is no terminal that can.
     ProgressBar(std::string_view work_name, std::string_view unit_name, std::uint64_t whole, bool quiet);
     ~ProgressBar();
-    ProgressBar(const ProgressBar&) = delete;
-    ProgressBar& operator=(const ProgressBar&) = delete;
-    ProgressBar(ProgressBar&&) = delete;
-    ProgressBar& operator=(ProgressBar&&) = delete;
+    ProgressBar& operator=(ProgressBar&&) = delete; // neither copied nor moved
 
     /// Redraws when the last time is long enough ago.
     void show(std::uint64_t done);

@@ -1,7 +1,10 @@
-#include "tool/commands/nearest_name.hpp"
+#include "tool/commands/unknown_name.hpp"
+
+#include "plain_text/plain_text.hpp"
 
 #include <algorithm>
 #include <numeric>
+#include <string_view>
 #include <utility>
 
 namespace velm {
@@ -22,8 +25,8 @@ std::size_t changes_between(std::string_view from, std::string_view to)
     return row.back();
 }
 
-} // namespace
-
+/// The name that takes the fewest characters added, removed or changed to become `mistyped`; empty when even that one
+/// is another word: more than half of the characters would change.
 std::string nearest_name(std::string_view mistyped, const std::vector<std::string>& names)
 {
     std::string nearest;
@@ -36,6 +39,16 @@ std::string nearest_name(std::string_view mistyped, const std::vector<std::strin
         }
     }
     return nearest;
+}
+
+} // namespace
+
+ToolError unknown_name(const std::string& kind, const std::string& mistyped, const std::vector<std::string>& names,
+                       const std::string& advice)
+{
+    const std::string nearest = nearest_name(mistyped, names);
+    return {ExitCode::usage, "there is no " + kind + ' ' + printable(mistyped) + "; " +
+                                 (nearest.empty() ? "" : "did you mean " + nearest + "? ") + advice};
 }
 
 } // namespace velm
