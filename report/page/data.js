@@ -49,7 +49,7 @@ export function bySegment(pairs) {
     return (segment) => lists.get(segment) ?? [];
 }
 
-/** All flow paths, then all exchange pairs, as plain objects; `flow` is the mean from first to second, m3/s. */
+/** All flow paths, then all exchange pairs, as plain objects; `flow` is the mean from first to second, m3/s; NaN where it comes from elsewhere. */
 export const paths = [];
 export const pairs = [];
 page.flow_fields.forEach((field, f) => field.functions.forEach((fn, g) => {
@@ -58,7 +58,7 @@ page.flow_fields.forEach((field, f) => field.functions.forEach((fn, g) => {
         ["first", "second", "fraction", "flow", "turns"].map((name) => numbers(fn.paths[name], count));
     for (let i = 0; i < count; ++i) {
         paths.push({ field: f + 1, function: g + 1, number: i + 1, first: first[i], second: second[i],
-            fraction: fraction[i], flow: flow[i], turns: turns[i] > 0 });
+            fraction: fraction[i], flow: page.balance ? flow[i] : NaN, turns: turns[i] > 0 });
     }
 }));
 page.exchange_fields.forEach((field, f) => field.functions.forEach((fn, g) => {

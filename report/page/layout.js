@@ -88,7 +88,7 @@ function fitToView(places, heights) {
     const rows = Math.round(Math.sqrt(width / (wide * row)));
     const step = size.width + size.across;
     if (rows >= 2 && width > 1000) {
-        const rowWidth = Math.ceil(width / rows / step) * step;
+        const rowWidth = Math.ceil((width / step + 1) / rows - 1e-6) * step;
         for (const place of places) {
             const at = Math.floor((place.x - left) / rowWidth + 1e-6);
             const along = place.x - left - at * rowWidth;

@@ -1,18 +1,34 @@
 // Where the links of the map run: from side to side of their segments, the paths of a link beside each other.
+import { bySegment } from "./data.js";
 import { heightOf, size } from "./layout.js";
 import { columnOf, columns, netFlow } from "./network.js";
 
 const stub = 20; // arrow from or to the outside: shorter than from column to column
 const widest = 16; // of all paths of a link
 const exchangeWidth = 1.5;
+const bow = 28;
 
 const box = (segment, places) => ({ ...places[segment], w: size.width, h: heightOf(segment), segment });
 
-/** The sides of two boxes that face each other: left, right, top or bottom. */
-function facing(a, b) {
+/** Whether a box of their columns lies between two that are above each other. */
+function areParted(upper, lower) {
+    const column = columns[columnOf[upper.segment]];
+    const under = column[column.indexOf(upper.segment) + 1] ?? columns[columnOf[lower.segment]][0];
+    return under !== lower.segment;
+}
+
+/** The sides of two boxes that face each other: left, right, top or bottom; past what lies between, where `room` is. */
+function facing(a, b, room) {
     if (b.x >= a.x + a.w) return ["right", "left"];
     if (a.x >= b.x + b.w) return ["left", "right"];
+    if (b.y > a.y ? areParted(a, b) : areParted(b, a)) return [room(), room()];
     return b.y > a.y ? ["bottom", "top"] : ["top", "bottom"];
+}
+
+/** The side of a segment to which fewer of its links lead. */
+function roomBeside(segment, links, places) {
+    const lean = links.reduce((sum, { a, b }) => sum + (a && b ? Math.sign(places[a].x + places[b].x - 2 * places[segment].x) : 0), 0);
+    return lean > 0 ? "left" : "right";
 }
 
 /** Links that touch one side of a segment share it, in the order of what they lead to. */
@@ -50,7 +66,7 @@ function outsideSide(link, taken) {
     return column.length > 1 && column.at(-1) === link.a ? "bottom" : "top";
 }
 
-const strength = (path) => Math.min(Math.abs(path.flow ?? 0), 3e38);
+const strength = (path) => Math.min(Math.abs(path.flow || 0), 3e38);
 
 function widths(link, strongest) {
     if (link.exchange) return link.paths.map(() => exchangeWidth);
@@ -69,7 +85,7 @@ function curve(from, to, shift, heads, length) {
     const y0 = from.y + fy * cut[0] + (upright ? shift : 0);
     const x1 = to.x + tx * cut[1] + (upright ? 0 : shift);
     const y1 = to.y + ty * cut[1] + (upright ? shift : 0);
-    const reach = upright ? Math.abs(x1 - x0) / 2 : Math.abs(y1 - y0) / 2;
+    const reach = from.side === to.side ? bow : upright ? Math.abs(x1 - x0) / 2 : Math.abs(y1 - y0) / 2;
     const r = (value) => Math.round(value * 10) / 10;
     return `M${r(x0)} ${r(y0)}C${r(x0 + fx * reach)} ${r(y0 + fy * reach)} ${r(x1 + tx * reach)} ${r(y1 + ty * reach)} ${r(x1)} ${r(y1)}`;
 }
@@ -90,9 +106,10 @@ function loop(link, place) {
 export function linkShapes(links, places) {
     const strongest = links.reduce((most, l) => l.paths.reduce((m, p) => Math.max(m, strength(p)), most), 1e-38);
     const ends = new Map();
+    const linksOf = bySegment(links.flatMap((link) => [[link.a, link], [link.b, link]]));
     for (const link of links.filter(({ a, b }) => b !== 0 && a !== b)) {
         const [a, b] = [box(link.a, places), box(link.b, places)];
-        const [sideA, sideB] = facing(a, b);
+        const [sideA, sideB] = facing(a, b, () => roomBeside(link.a, linksOf(link.a), places));
         ends.set(link, [{ box: a, side: sideA, toward: b }, { box: b, side: sideB, toward: a }]);
     }
     const taken = spreadOver([...ends.values()].flat());

@@ -4,6 +4,8 @@ import { h } from "./dom.js";
 import { heightOf, size } from "./layout.js";
 import { isBed, links } from "./network.js";
 
+const nearEnough = 0.25; // to read a number
+
 export function drawCanvas(places) {
     const canvas = h("canvas", { class: "map", tabindex: 0, role: "img" });
     const context = canvas.getContext("2d");
@@ -19,7 +21,7 @@ export function drawCanvas(places) {
     function segmentColour(segment, style) {
         if (segment === lit.segment) return style.getPropertyValue("--accent");
         if (changed.has(segment) || lit.up?.has(segment) || lit.down?.has(segment)) return style.getPropertyValue("--lit");
-        return colours?.(segment)?.fill ?? style.getPropertyValue(isBed(segment) ? "--bed" : "--water");
+        return colours?.(segment)?.fill ?? style.getPropertyValue((isBed(segment) ? "--bed" : "--water") + (view.k > nearEnough ? "" : "-rim"));
     }
 
     function drawLinks(style) {
@@ -52,7 +54,7 @@ export function drawCanvas(places) {
             context.fillStyle = segmentColour(segment, style);
             const grown = segment === lit.segment || changed.has(segment) ? 4 : 1;
             context.fillRect(x, y, Math.max(size.width, least * grown), Math.max(heightOf(segment), least * grown));
-            if (view.k > 0.25) drawNumber(segment, x, y, style);
+            if (view.k > nearEnough) drawNumber(segment, x, y, style);
         }
     }
 

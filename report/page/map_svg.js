@@ -11,7 +11,7 @@ export const pathAddress = (p) => `${p.exchange ? "exchange_pair" : "flow_path"}
 
 function describe(p) {
     const ends = `${endTitle(p.first)} to ${endTitle(p.second)}`;
-    const flow = p.exchange ? "" : `, ${short(p.flow)} m3/s on average${p.turns ? ", turns" : ""}`;
+    const flow = p.exchange || Number.isNaN(p.flow) ? "" : `, ${short(p.flow)} m3/s on average${p.turns ? ", turns" : ""}`;
     return `${pathTitle(p)}: ${ends}${flow}`;
 }
 

@@ -50,8 +50,11 @@ function makeLinks() {
     return { links: [...links.values()], nowhere };
 }
 
-/** Water per second from `a` to `b` of a link, less what comes back. */
-export const netFlow = (link) => link.paths.reduce((sum, p) => sum + (p.first === link.a ? p.flow : -p.flow), 0);
+const trickle = 1e-30;
+
+/** Water per second from `a` to `b` of a link, less what comes back; where none flows, a trickle from first to second. */
+export const netFlow = (link) => link.paths.reduce((sum, p) => sum + (p.first === link.a ? p.flow : -p.flow), 0) ||
+    (link.paths[0].first === link.a ? trickle : -trickle);
 
 export const { links, nowhere } = makeLinks();
 

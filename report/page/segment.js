@@ -69,7 +69,7 @@ function connections(segment) {
         const words = p.exchange ? "mixes with " : (p.first === segment) === !(p.flow < 0) ? "to " : "from ";
         return h("li", {}, words, other ? link(`segment,${other}`, endTitle(other)) : "outside", ": ", link(pathAddress(p),
             p.exchange ? `pair ${p.number} of exchange function ${p.function}, field ${p.field}` : `path ${p.number} of function ${p.function}, field ${p.field}`),
-        p.exchange ? "" : [" · ", value(Math.abs(p.flow), "m3/s")]);
+        p.exchange || Number.isNaN(p.flow) ? "" : [" · ", value(Math.abs(p.flow), "m3/s")]);
     }));
 }
 
@@ -122,7 +122,7 @@ function showLink({ a, b, exchange, paths: list }) {
         ...list.map((p) => h("section", { "data-shown-path": `${p.field},${p.function},${p.number}` }, h("h3", {}, pathTitle(p)), rows(p.exchange
             ? [["between", endTitle(p.first), " and ", endTitle(p.second)], ["area", value(p.area, "m2")], ["mixing length", value(p.length, "m")],
                 ["dispersion", link(`exchange_value,${p.field},${p.function}`, "its series")]]
-            : [["from", endTitle(p.first)], ["to", endTitle(p.second)], ["fraction", value(p.fraction, "")], ["mean flow", value(p.flow, "m3/s")],
+            : [["from", endTitle(p.first)], ["to", endTitle(p.second)], ["fraction", value(p.fraction, "")], !Number.isNaN(p.flow) && ["mean flow", value(p.flow, "m3/s")],
                 p.turns && ["direction", "turns during the run"], ["flow", link(`flow_value,${p.field},${p.function}`, "its series")]]))));
 }
 
