@@ -42,7 +42,8 @@ function segmentsTable(all) {
 function stayPicture(all, step) {
     const stay = numbers(all.stay, segmentCount);
     const shortest = numbers(all.shortest, segmentCount);
-    const list = [...stay.keys()].filter((i) => stay[i] > 0 && Number.isFinite(stay[i]) && shortest[i] > 0).sort((a, b) => shortest[a] - shortest[b]).slice(0, 30);
+    const known = [...stay.keys()].filter((i) => stay[i] > 0 && Number.isFinite(stay[i]) && shortest[i] > 0).sort((a, b) => shortest[a] - shortest[b]);
+    const list = known.slice(0, 30);
     if (list.length === 0) return h("p", { class: "quiet" }, "No water leaves any segment.");
     const values = list.flatMap((i) => [stay[i], shortest[i]]).concat(step > 0 ? [step] : []);
     const [low, high] = [Math.floor(Math.log10(Math.min(...values))), Math.ceil(Math.log10(Math.max(...values)) + 1e-9)];
@@ -52,7 +53,7 @@ function stayPicture(all, step) {
     const every = Math.ceil((high - low) / 9); // as many as have room
     const powers = Array.from({ length: high - low + 1 }, (_, i) => low + i).filter((p) => (p - low) % Math.max(every, 1) === 0);
     const text = step > 0 ? `, the maximum time step is ${exact(step)} days` : "";
-    return h("figure", {}, svg("svg", { class: "stay", viewBox: `0 0 ${left + width + 60} ${height}`, role: "img",
+    return h("figure", {}, wide("residence times", svg("svg", { class: "stay", viewBox: `0 0 ${left + width + 60} ${height}`, role: "img",
         "aria-label": `Residence times of the ${list.length} segments with the shortest${text}; the table below has the numbers` },
     powers.map((p) => svg("g", { class: "grid" }, svg("line", { x1: x(10 ** p), x2: x(10 ** p), y1: 4, y2: height - 32 }),
         svg("text", { x: x(10 ** p), y: height - 18, "text-anchor": "middle" }, short(10 ** p)))),
@@ -62,8 +63,8 @@ function stayPicture(all, step) {
         svg("circle", { class: "mean", cx: x(stay[i]), cy: at * row + 13, r: 3.5 }),
         svg("path", { class: "least", d: `M${x(shortest[i])} ${at * row + 8}v10` }))),
     step > 0 && svg("line", { class: "step", x1: x(step), x2: x(step), y1: 0, y2: height - 32 }),
-    step > 0 && svg("text", { class: "step", x: Math.min(Math.max(x(step), 70), left + width - 20), y: height - 3, "text-anchor": "middle" }, `maximum time step ${short(step)}`)),
-    h("figcaption", {}, "How long water stays: ● on average, | at the highest flow", list.length < segmentCount ? `; the ${list.length} shortest` : "", "."));
+    step > 0 && svg("text", { class: "step", x: Math.min(Math.max(x(step), 70), left + width - 20), y: height - 3, "text-anchor": "middle" }, `maximum time step ${short(step)}`))),
+    h("figcaption", {}, "How long water stays: ● on average, | at the highest flow", list.length < known.length ? "; the 30 shortest" : "", known.length < segmentCount ? "; of segments that water leaves" : "", "."));
 }
 
 export function startBalance() {

@@ -104,7 +104,6 @@ function onKey(event) {
     else if (key === "+" || key === "=") view.zoom(1.4);
     else if (key === "-") view.zoom(1 / 1.4);
     else if (key === "0") view.fit();
-    else if (key === "Escape") drawing.light({});
     else return;
     event.preventDefault();
 }
@@ -194,6 +193,7 @@ export function startMap(marks) {
         else if (one) chooseLink(one);
     });
     drawing.surface.addEventListener("keydown", onKey);
+    find("overview").addEventListener("keydown", ({ key }) => { if (key === "Escape") drawing.light({}); });
     find("zoom-in").addEventListener("click", () => view.zoom(1.4));
     find("zoom-out").addEventListener("click", () => view.zoom(1 / 1.4));
     find("zoom-all").addEventListener("click", () => view.fit());

@@ -93,7 +93,9 @@ export function drawSvg(places, marks) {
     let current = 1;
     const buttons = nodes.map((node) => node?.firstChild);
     buttons[1].setAttribute("tabindex", 0);
-    element.addEventListener("focusin", (event) => {
+    const frame = h("div", { class: "canvas" }, element);
+    // of the frame: an element of a drawing that hears of the focus is a stop for the keyboard itself
+    frame.addEventListener("focusin", (event) => {
         const segment = Number(event.target.dataset.segment ?? 0);
         if (segment) setCurrent(segment);
     });
@@ -105,7 +107,7 @@ export function drawSvg(places, marks) {
     }
 
     return {
-        element: h("div", { class: "canvas" }, element),
+        element: frame,
         surface: element,
         applyView({ k, x, y }) {
             if (onPaper()) element.setAttribute("viewBox", `0 0 ${sheet.width} ${sheet.map}`);

@@ -25,7 +25,7 @@ export function makeView(drawing, places) {
         return { left, top, width: right - left, height: bottom - top };
     }
 
-    const marginOf = (w) => (w < 600 ? 26 : 46); // room for arrows to the outside
+    const marginOf = (w) => (w < 600 ? 18 : 32); // room for arrows to the outside
     function fitInto(all, w, h) {
         const margin = marginOf(w);
         view.k = Math.min((w - 2 * margin) / all.width, (h - 2 * margin) / all.height, closestFit);
