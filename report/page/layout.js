@@ -4,7 +4,7 @@ import { Node, tree } from "d3-hierarchy";
 import { bySegment, numbers, page, segmentCount } from "./data.js";
 import { columnSteps, columns, isBed } from "./network.js";
 
-export const size = { width: 112, water: 58, bed: 22, layerGap: 26, across: 32, between: 46 };
+export const size = { width: 112, water: 76, bed: 22, layerGap: 26, across: 32, between: 46 };
 export const mostNamed = 6000; // segments; of more the map is a picture of the whole
 const layered = 1000; // columns; a layered layout of more takes seconds
 const fewColumns = 100; // a layered layout of so few takes no time

@@ -15,11 +15,11 @@ function describe(p) {
     return `${pathTitle(p)}: ${ends}${flow}`;
 }
 
-const fontSize = 12;
+const fontSize = 14; // of names, as in the style
 const markWidth = 15;
 
 /** About the width of a text in the map's font. */
-const widthOf = (text) => [...text].reduce((sum, c) => sum + fontSize * (/[WMmw@]/.test(c) ? 0.95 : /[ijlt.,' |]/.test(c) ? 0.36 : /[A-Z]/.test(c) ? 0.72 : 0.61), 0);
+const widthOf = (text) => [...text].reduce((sum, c) => sum + fontSize * (/[WMm@]/.test(c) ? 0.97 : c === "w" ? 0.82 : /[fijlrt.,' |]/.test(c) ? 0.4 : /[A-Z]/.test(c) ? 0.72 : 0.61), 0);
 
 function shortened(text, most) {
     if (widthOf(text) <= most) return text;
@@ -28,15 +28,14 @@ function shortened(text, most) {
     return `${text.slice(0, end)}…`;
 }
 
-/** A name on two lines, parted between words where that fits. */
-function twoLines(text, most) {
-    if (widthOf(text) <= most) return [text];
+/** A name on as many lines as there are, parted between words where that fits. */
+function onLines(count, text, most) {
+    if (count === 1 || widthOf(text) <= most) return [shortened(text, most)];
     const words = text.split(" ");
     let taken = words.length - 1;
     while (taken > 0 && widthOf(words.slice(0, taken).join(" ")) > most) --taken;
-    if (taken > 0) return [words.slice(0, taken).join(" "), shortened(words.slice(taken).join(" "), most)];
-    const first = shortened(text, most).slice(0, -1);
-    return [first, shortened(text.slice(first.length), most)];
+    const first = words.slice(0, taken).join(" ") || shortened(text, most).slice(0, -1);
+    return [first, ...onLines(count - 1, text.slice(first.length).trimStart(), most)];
 }
 
 /** Boundary, load and the worst finding, from the right. */
@@ -53,7 +52,7 @@ function drawSegment(segment, place, marks) {
     const mark = marks(segment);
     const name = visible(segmentNames[segment - 1] ?? "").slice(0, 60);
     const marksWidth = markWidth * (mark.boundary + mark.load + Boolean(mark.level));
-    const lines = bed ? [shortened(name, size.width - 36 - marksWidth)] : twoLines(name, size.width - 12);
+    const lines = bed ? [shortened(name, size.width - 36 - marksWidth)] : onLines(3, name, size.width - 12);
     // what is written stands beside the button: its name says more than there is room for
     return svg("g", { class: `segment ${bed ? "bed" : "water"}`, transform: `translate(${place.x} ${place.y})` },
         svg("g", { class: "node", "data-segment": segment, role: "button", tabindex: -1, "aria-label": segmentTitle(segment) + mark.words },
@@ -62,7 +61,7 @@ function drawSegment(segment, place, marks) {
         svg("g", { class: "words", "aria-hidden": "true" },
             bed && svg("rect", { class: "hatch", width: size.width, height, rx: 2, fill: "url(#hatch)" }),
             svg("text", { class: "number", x: 7, y: bed ? 16 : 19 }, String(segment)),
-            name && lines.map((line, i) => svg("text", { class: "name", x: bed ? 33 : 7, y: bed ? 16 : 36 + 15.5 * i }, line)),
+            name && lines.map((line, i) => svg("text", { class: "name", x: bed ? 33 : 7, y: bed ? 16 : 37 + 16 * i }, line)),
             drawMarks(mark)));
 }
 
