@@ -173,17 +173,6 @@ MeanFlow WaterBalance::mean_flow(std::int32_t segment) const
     return sum;
 }
 
-MeanFlow WaterBalance::flow_on(std::int32_t segment, double day) const
-{
-    MeanFlow sum;
-    for (const WaterShare& share : shares(segment)) {
-        const double flow = functions_[share.function].course.at(day);
-        sum.in += std::abs(flow) * (flow > 0 ? share.fraction_in : share.fraction_out);
-        sum.out += std::abs(flow) * (flow > 0 ? share.fraction_out : share.fraction_in);
-    }
-    return sum;
-}
-
 const OutsideContact& WaterBalance::outside(std::int32_t segment) const
 {
     return outside_[static_cast<std::size_t>(segment - 1)];

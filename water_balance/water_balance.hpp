@@ -97,8 +97,6 @@ public:
     /// The functions that pass through a segment, by field and number.
     [[nodiscard]] std::span<const WaterShare> shares(std::int32_t segment) const;
     [[nodiscard]] MeanFlow mean_flow(std::int32_t segment) const;
-    /// m3/s on a day, of all water fields.
-    [[nodiscard]] MeanFlow flow_on(std::int32_t segment, double day) const;
     [[nodiscard]] const OutsideContact& outside(std::int32_t segment) const;
     [[nodiscard]] const WaterTotals& totals() const { return totals_; }
 
