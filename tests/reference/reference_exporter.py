@@ -114,6 +114,12 @@ def ask(key, *arguments):
     return Request(key, cells, tuple(isinstance(a, Given) for a in arguments))
 
 
+def asked(layout, key, *arguments):
+    """Asks for a value, which is the last argument, and writes it."""
+    yield ask(key, *arguments)
+    yield record(layout, arguments[-1].value)
+
+
 def index(*numbers):
     return [Given(number) for number in numbers]
 
@@ -216,9 +222,7 @@ class PlugIn:
         yield ask("GHYDSKIPDATE", *date)
         yield ask("GHYDSKIPTIME", *time)
         yield record("(6I5,5x,'Skip date and time')", *[cell.value for cell in date + time])
-        end = real()
-        yield ask("GENDJULIAN", end)
-        yield record("(F10.1,10x,'Julian end time')", end.value)
+        yield from asked("(F10.1,10x,'Julian end time')", "GENDJULIAN", real())
 
         self.systems = integer()
         for key, cell, label in [
@@ -230,17 +234,14 @@ class PlugIn:
             ("GINTYP", integer(), "Time Optimization Option"),
             ("GVELMTOVELMLINK", integer(), "WQ Module Linkage Option"),
         ]:
-            yield ask(key, cell)
-            yield record(f"(I5,15x,'{label}')", cell.value)
+            yield from asked(f"(I5,15x,'{label}')", key, cell)
 
-        factor, longest, shortest, interval = real(), real(), real(), real()
-        yield ask("GFRACMAXTS", factor)
-        yield record("(F10.4,10x,'TOPT Factor')", factor.value)
+        longest, shortest = real(), real()
+        yield from asked("(F10.4,10x,'TOPT Factor')", "GFRACMAXTS", real())
         yield ask("GMAXDT", longest)
         yield ask("GMINDT", shortest)
         yield record("(F8.6,1x,F6.3,5x,'Min and Max Timestep')", shortest.value, longest.value)
-        yield ask("GMODELOUTPUTINTERVAL", interval)
-        yield record("(F10.4,5x,'Time and Print Interval')", interval.value)
+        yield from asked("(F10.4,5x,'Time and Print Interval')", "GMODELOUTPUTINTERVAL", real())
 
         self.system_names = entries(self.systems, lambda: text(30))
         for s in up_to(self.systems):
@@ -255,13 +256,10 @@ class PlugIn:
         yield banner("Segment Information")
         yield from announce("Segment Information is being Exported")
         self.segments = integer()
-        yield ask("GNUMSEG", self.segments)
-        yield record("(I5,15x,'Number of Segments')", self.segments.value)
-        bed_option, bed_time_step, scale, conversion = integer(), real(), real(), real()
-        yield ask("GBEDOPT", bed_option)
-        yield record("(I5,15x,'Bed Volume Option')", bed_option.value)
-        yield ask("GBEDDT", bed_time_step)
-        yield record("(F10.3,10x,'Bed Compaction Time Step')", bed_time_step.value)
+        yield from asked("(I5,15x,'Number of Segments')", "GNUMSEG", self.segments)
+        scale, conversion = real(), real()
+        yield from asked("(I5,15x,'Bed Volume Option')", "GBEDOPT", integer())
+        yield from asked("(F10.3,10x,'Bed Compaction Time Step')", "GBEDDT", real())
         yield ask("GSCALV", scale)
         yield ask("GCONVV", conversion)
         yield record("(2F14.6,2x,'Volume Scale & Conversion Factor')", scale.value, conversion.value)
@@ -300,8 +298,7 @@ class PlugIn:
         yield from announce("Flow Paths are being Exported")
         yield record("(15x,'Flow Pathways')")
         self.flow_fields = integer()
-        yield ask("GNFIELD", self.flow_fields)
-        yield record("(I5,15x,'Number of flow fields')", self.flow_fields.value)
+        yield from asked("(I5,15x,'Number of flow fields')", "GNFIELD", self.flow_fields)
         self.flow_functions = entries(self.flow_fields, integer)
         for f in up_to(self.flow_fields):
             yield free_record(b"    Flow Field ", f)
@@ -334,25 +331,21 @@ class PlugIn:
             "Solids - 3",
             "Evap/Precip Flow Field",
         ]
-        yield ask("GNFIELD", self.flow_fields)
-        yield record("(I5,15x,'Number of Flow Fields')", self.flow_fields.value)
+        yield from asked("(I5,15x,'Number of Flow Fields')", "GNFIELD", self.flow_fields)
         scale, conversion = real(), real()
         for f in up_to(self.flow_fields):
             name = names[f - 1] if f <= len(names) else f"Flow Field {f}"
             yield free_record(ended(name.encode(), 40))
             functions = self.flow_functions.setdefault(f, integer())
-            yield ask("GNINQ", Given(f), functions)
-            yield record("(I5,15x,'Number of inflows')", functions.value)
+            yield from asked("(I5,15x,'Number of inflows')", "GNINQ", Given(f), functions)
             if functions.value > 0:
                 yield ask("GSCALEQ", Given(f), scale)
                 yield ask("GCONVQ", Given(f), conversion)
                 yield record("(2F14.6,2x,'Flow Scale & Conversion Factors')", scale.value, conversion.value)
                 for q in up_to(functions):
-                    yield ask("GFLOWFUNCDESC", *index(f, q), self.description)
-                    yield record("(A30)", self.description.value)
+                    yield from asked("(A30)", "GFLOWFUNCDESC", *index(f, q), self.description)
                     pairs = integer()
-                    yield ask("GNBRKQ", *index(f, q), pairs)
-                    yield record("(I5,15x,'Number of Time Pairs')", pairs.value)
+                    yield from asked("(I5,15x,'Number of Time Pairs')", "GNBRKQ", *index(f, q), pairs)
                     yield from self.free_pairs("GNOQFUNC", f, q, pairs)
 
     @staticmethod
@@ -367,14 +360,12 @@ class PlugIn:
         yield from announce("Dispersive Exchanges are being Exported")
         names = ["Surface Water Flow Field", "Porewater Flow Field"]
         fields, scale, conversion = integer(), real(), real()
-        yield ask("GNRFLD", fields)
-        yield record("(I5,15x,'Number of Exchange Fields')", fields.value)
+        yield from asked("(I5,15x,'Number of Exchange Fields')", "GNRFLD", fields)
         for f in up_to(fields):
             name = names[f - 1] if f <= len(names) else f"Exchange Field {f}"
             yield free_record(ended(name.encode(), 40))
             functions = integer()
-            yield ask("GNTEX", Given(f), functions)
-            yield record("(I5,15x,'Number of Exchange Functions')", functions.value)
+            yield from asked("(I5,15x,'Number of Exchange Functions')", "GNTEX", Given(f), functions)
             if functions.value > 0:
                 yield ask("GSCALER", Given(f), scale)
                 yield ask("GCONVR", Given(f), conversion)
@@ -384,15 +375,13 @@ class PlugIn:
                     yield free_record(self.description.value)
                     yield from self.segment_pairs(f, q)
                     pairs = integer()
-                    yield ask("GNOBRKS", *index(f, q), pairs)
-                    yield record("(I5,15x,'Number of Time Pairs')", pairs.value)
+                    yield from asked("(I5,15x,'Number of Time Pairs')", "GNOBRKS", *index(f, q), pairs)
                     yield from self.free_pairs("GNORFUNC", f, q, pairs)
 
     @staticmethod
     def segment_pairs(field, function):
         pairs = integer()
-        yield ask("GNORS", *index(field, function), pairs)
-        yield record("(I5,15x,'Number of segment exchange pairs')", pairs.value)
+        yield from asked("(I5,15x,'Number of segment exchange pairs')", "GNORS", *index(field, function), pairs)
         for p in up_to(pairs):
             first, second, area, length = integer(), integer(), real(), real()
             yield ask("GJRSEG", *index(field, function, p), first)
@@ -411,11 +400,9 @@ class PlugIn:
         yield banner("Load Information")
         yield from announce("Loadings are being Exported")
         option = integer()
-        yield ask("GLOPT", option)
-        yield record("(I5,15x,'NPS Input Option (0=No, 1=Yes)',16x,'LOADFILE')", option.value)
+        yield from asked("(I5,15x,'NPS Input Option (0=No, 1=Yes)',16x,'LOADFILE')", "GLOPT", option)
         if option.value > 0:
-            yield ask("GNPSFILE", self.nps_file)
-            yield record("(A512)", self.nps_file.value)
+            yield from asked("(A512)", "GNPSFILE", self.nps_file)
         keys = "GNOWK", "GSCALW", "GCONVW", "GIWK", "GNBWK", "GALLLOADFUNC"
         yield from self.segment_series(keys, "Loadings", "Loading", partial(record, "(F10.4,5x,F10.4)"))
 
@@ -426,8 +413,7 @@ class PlugIn:
         for s in up_to(self.systems):
             yield free_record(self.system_names[s].value)
             count = integer()
-            yield ask(count_key, Given(s), count)
-            yield record(f"(I5,15x,'Number of {many}')", count.value)
+            yield from asked(f"(I5,15x,'Number of {many}')", count_key, Given(s), count)
             if count.value > 0:
                 scale, conversion = real(), real()
                 yield ask(scale_key, Given(s), scale)
