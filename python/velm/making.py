@@ -38,7 +38,8 @@ class Making(StoredSeries):
                 raise ArgumentError(key, f"has {len(values)} values for {count} segments")
         if {"length", "width", "depth"} <= set(data) and "volume" not in data:
             size = {key: numpy.asarray(pandas.to_numeric(data[key], errors="coerce")) for key in data}
-            data["volume"] = numpy.broadcast_to(size["length"] * size["width"] * size["depth"], count)
+            volume = numpy.broadcast_to(size["length"] * size["width"] * size["depth"], count)
+            data.update({} if numpy.isnan(volume).any() else {"volume": volume})  # the length or other is refused
         data.update({"initial_depth": data.pop("depth")} if "depth" in data else {})
         places = {key: data.pop(key) for key in ("x", "y") if key in data}
         new: List[int] = (self._next("segment") + numpy.arange(count)).tolist()
@@ -81,7 +82,7 @@ class Making(StoredSeries):
             self._made_with[(table, *owner.values())] = {column: values, **others}
             values = [values] * len(numbers)
         if isinstance(values, (Mapping, pandas.Series)):
-            for number in sorted(set(numbers) ^ set(values.keys())):
+            for number in sorted(set(numbers) ^ set(values.keys()), key=str):
                 raise ArgumentError(argument, "has no value, or is no segment", position=f"segment {number}")
             values = list(map(values.__getitem__, numbers))
         if len(values) != len(numbers):
@@ -138,7 +139,8 @@ class Making(StoredSeries):
 
     def add_boundary(self, system: int, segment: int, series: Any, *, unit: Optional[str] = None,
                      missing: str = "raise") -> Key:
-        """Adds the concentration of what enters a segment, in mg/L or `unit`; returns its key (system, number)."""
+        """Adds the concentration of what enters a segment, in mg/L or `unit` (see set_series); returns its key (system,
+        number)."""
         return self._add_series("boundary", system, series, unit, missing, segment=segment)
 
     def add_load(self, system: int, segment: int, series: Any, *, unit: Optional[str] = None,

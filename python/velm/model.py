@@ -50,7 +50,7 @@ def create(path: Path, *, start: Any = None, end: Any, replace: bool = False, **
            **options, "julian_end_time": days, **({} if moment is None else time_series.start_columns(moment))}
     model = _in_folder(os.path.dirname(target), "new")
     try:
-        model.start = moment
+        vars(model)["start"] = moment
         for name, value in run.items():
             model._database.update("model", name, [(1,)], [value])
     except BaseException:
@@ -69,7 +69,7 @@ def open(path: Path, *, start: Any = None) -> Model:
     model = Model(Database(os.fspath(path)), None) if is_database else _in_folder(None, "import", os.fspath(path))
     model._source, run = os.fspath(path), model._database.frame("model")
     held = time_series.start_of(run.iloc[0]) if len(run) else None
-    model.start = held if start is None else time_series.timestamp(start, "start")
+    vars(model)["start"] = held if start is None else time_series.timestamp(start, "start")
     if None not in (held, start) and time_series.start_columns(model.start) != time_series.start_columns(held):
         raise ArgumentError("start", f"is not the start of the model, {held}", value=start)
     return model

@@ -21,7 +21,7 @@ class ModelFile:
 
     def __init__(self, database: Database, start: Optional[Any]) -> None:
         self._database = database
-        self.start = start  # a pandas.Timestamp; None when the database has no date
+        vars(self)["start"] = start  # a pandas.Timestamp; None when the database has no date
         self._folder: Optional[tempfile.TemporaryDirectory[str]] = None  # where the file is while it has no name
         self._target: Optional[str] = None  # the name that it gets
         self._source = database.path  # what was opened
@@ -58,7 +58,7 @@ class ModelFile:
         return Table(self._data, name)
 
     def __setattr__(self, name: str, value: Any) -> None:
-        if name != "start" and not name.startswith("_"):
+        if not name.startswith("_"):
             raise AttributeError(f"a model's {name} is not assigned to; m.segment['width'] = 5 changes a column")
         super().__setattr__(name, value)
 

@@ -64,7 +64,8 @@ def around(steps: Any, segment: int) -> Any:
          for before in steps[enters & ~leaves].itertuples() for after in out.itertuples()
          if before.first_segment != after.second_segment and out["fraction"].sum()], columns=left.columns)
     ahead = left.index < (leaves | enters).idxmax()
-    return pandas.concat([left[ahead], joined, left[~ahead]]).groupby(ENDS, sort=False, as_index=False).sum()
+    steps = pandas.concat([left[ahead], joined, left[~ahead]])
+    return steps.groupby(ENDS, sort=False, as_index=False)["fraction"].sum()
 
 
 def with_geometry(pairs: Any, segments: Any, argument: str) -> Any:

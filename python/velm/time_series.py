@@ -51,7 +51,7 @@ def _dates(times: Any, argument: str) -> Any:
     try:
         return pandas.to_datetime(list(times), utc=True if aware and all(aware) else None)
     except (TypeError, ValueError) as error:
-        raise ArgumentError(argument, f"the times cannot be read: {error}") from error
+        raise ArgumentError(argument, f"has no dates, {error}; to_timestamp() makes them of periods") from error
 
 
 def pairs_of(series: Any, start: Optional[Any], end: float, missing: str) -> Tuple[Any, Any]:
@@ -72,7 +72,7 @@ def pairs_of(series: Any, start: Optional[Any], end: float, missing: str) -> Tup
     refuse_where(steps == 0, argument, times, "is there twice; keep one value for each time")
     refuse_where(days < 0, argument, times, "is before the start of the run; leave it out, as by series[start:]")
     absent = numpy.isnan(values)
-    refuse_where(numpy.isinf(values), argument, found, "is not finite")
+    refuse_where(abs(values) > 3.4028235e38, argument, found, "is not finite in single precision")
     if missing == "raise":
         refuse_where(absent, argument, found, "is missing; fill it, or say missing='drop'")
     if absent.all():
