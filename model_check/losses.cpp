@@ -11,6 +11,7 @@
 #include <cmath>
 #include <limits>
 #include <string_view>
+#include <tuple>
 #include <utility>
 
 namespace velm {
@@ -48,7 +49,8 @@ std::string in_three_digits(double number)
 
 bool is_worse(const Loss& one, const Loss& other)
 {
-    return one.relative > other.relative;
+    return std::tie(other.relative, one.address.table, one.address.numbers) <
+           std::tie(one.relative, other.address.table, other.address.numbers);
 }
 
 } // namespace

@@ -178,10 +178,15 @@ TEST(CheckDatabase, WhatItsExportLoses)
     const Case cases[] = {
         {"nothing", [](Model&) {}, ""},
         {"too wide, in a type that the file numbers otherwise",
-         [](Model& m) { m.time_function_types[2].instances[0].series.values[1] = 123456; },
+         [](Model& m) { m.time_function_types[2].instances[0].series.values[1] = -99999; },
          "F: error V101 field overflow: table time_function_value, time function type 3, time function 1, pair 2, "
          "column value: "
-         "123456 is too wide for its field\n"},
+         "-99999 is too wide for its field\n"
+         "F: warning V513 mark of a missing value: table time_function_value, time function type 3, time function 1, "
+         "pair 2, column value: the value of pair 2 of time function 1 of time function type 3 is -99999, which stands "
+         "for a missing one in records; put in the value that was meant, or leave the pair out; the engine would take "
+         "it "
+         "for a measurement\n"},
         {"losses of all weights, the worst of each first",
          [](Model& m) {
              m.segments[0].slope = 4e-6F;
@@ -189,9 +194,12 @@ TEST(CheckDatabase, WhatItsExportLoses)
              m.segments[2].slope = 0.0124444F;
              m.segments[2].roughness = 0.000014F;
              m.segments[1].roughness = 0.00006F;
+             m.segments[1].velocity_multiplier = 1e-9F;
          },
          "F: warning V303 value vanishes: table segment, segment 1, column slope: 4e-06 is written 0.00000, off by 100 "
          "%\n"
+         "F: warning V303 value vanishes: table segment, segment 2, column velocity_multiplier: 1e-09 is written "
+         "0.00000, off by 100 %\n"
          "F: warning V302 value changed: table segment, segment 3, column roughness: 1.4e-05 is written 0.00001, off "
          "by 28.6 %\n"
          "F: note V301 digits lost: table segment, segment 3, column slope: 0.0124444 is written 0.01244, off by "

@@ -60,10 +60,11 @@ std::vector<Case> cases()
          "V205 initial_condition, system 2, segment 3, dissolved fraction: 2 is outside 0 to 1\n"},
         {"negative sizes; elevations may be negative",
          [](Model& m) {
-             m.segments[0].volume = -5;
+             m.segments[0].volume = m.julian_end_time = -5;
              m.segments[0].bottom_elevation = -5;
              m.exchange_fields[0].functions[0].pairs[0].area = -1e-20F;
          },
+         "V206 model, julian end time: -5 is negative\n"
          "V206 segment, segment 1, volume: -5 is negative\n"
          "V206 exchange_pair, exchange field 1, exchange function 1, exchange pair 1, area: -1e-20 is negative\n"},
         {"time steps", [](Model& m) { m.minimum_time_step = 1.5F; },
