@@ -11,7 +11,7 @@ export const end = page.run.end;
 export const axisTime = (day) => (hasDates ? start + day * 86400 : day);
 export const dayOf = (time) => (hasDates ? (time - start) / 86400 : time);
 
-/** "2023-01-01", with the time of day where there is one; empty without dates. */
+/** "2023-01-01", with the time of day where there is one; empty without dates, and beyond those that there are. */
 export function date(day) {
     const moment = hasDates ? new Date(Math.round((start + day * 86400) / 60) * 60000) : null;
     if (!moment || Number.isNaN(moment.getTime())) return "";
@@ -20,8 +20,8 @@ export function date(day) {
 }
 
 /** "2023-02-09 (day 39)" or "day 39" */
-export const dayInWords = (day) => (hasDates ? `${date(day)} (day ${short(day)})` : `day ${short(day)}`);
+export const dayInWords = (day) => (date(day) ? `${date(day)} (day ${short(day)})` : `day ${short(day)}`);
 export function span(first, last) {
-    const [from, to] = hasDates ? [date(first), date(last)] : [`day ${short(first)}`, short(last)];
-    return first === last ? from : `${from} to ${to}`;
+    const from = date(first) || `day ${short(first)}`;
+    return first === last ? from : `${from} to ${date(last) || (hasDates ? `day ${short(last)}` : short(last))}`;
 }

@@ -1,8 +1,8 @@
 // Title, file, run, counts, and the findings by level.
 import { page, visible } from "./data.js";
-import { date, end, hasDates } from "./dates.js";
+import { end, hasDates, span } from "./dates.js";
 import { find, h, name } from "./dom.js";
-import { bytes, exact, plural } from "./format.js";
+import { bytes, plural, short } from "./format.js";
 import { countOf, levelMark } from "./findings.js";
 
 export function startHead() {
@@ -10,7 +10,7 @@ export function startHead() {
     find("title").append(name(visible(head.title)));
     find("file").append(name(visible(head.file)), ` · ${head.kind} · ${bytes(head.bytes)}`);
     find("made").append(`${head.made} · ${head.program}`);
-    const run = hasDates ? `${date(0)} to ${date(end)} (${exact(end)} days)` : `${exact(end)} days, from a start that is no date`;
+    const run = hasDates ? `${span(0, end)} (${short(end, 7)} days)` : `${short(end, 7)} days, from a start that is no date`;
     find("run").append([run, ...counts.map(([what, n]) => plural(n, what))].join(" · "));
     find("levels").append(...["error", "warning", "note"].map((level) =>
         h("a", { href: `#${level}`, class: "level-link" }, levelMark(level).firstChild, ` ${plural(countOf(level), level)}`)));

@@ -105,7 +105,7 @@ function fitToView(places, heights) {
 function partOverlaps(places, heights) {
     const { width, height } = extent(places);
     const [along, aside] = width > height ? ["x", "y"] : ["y", "x"];
-    const room = (a, b, axis) => (axis === "x" ? size.width + size.across / 2 : (heights[a] + heights[b]) / 2 + size.layerGap);
+    const room = (a, b, axis) => (axis === "x" ? size.width + size.across / 2 : heights[places[a].y <= places[b].y ? a : b] + size.layerGap);
     const tallest = heights.reduce((most, one) => Math.max(most, one), 0);
     const reach = along === "x" ? room(0, 0, "x") : tallest + size.layerGap;
     const order = [...places.keys()];

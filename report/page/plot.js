@@ -110,7 +110,7 @@ function options(all, { width, height }) {
         tzDate: (time) => uPlot.tzDate(new Date(time * 1000), "Etc/UTC"),
         scales: { x: { time: hasDates, range: spanOf }, ...scales },
         axes: [{ stroke: ink, grid, ticks: grid, ...(hasDates ? { space: 90, values: dateLabels } : { label: "days", labelSize: 18 }) }, ...units.map(axis)],
-        series: [{ label: hasDates ? "date" : "day", value: (u, x) => (x === null ? "–" : hasDates ? `${date(dayOf(x))}, day ${exact(dayOf(x))}` : exact(x)) },
+        series: [{ label: hasDates ? "date" : "day", value: (u, x) => (x === null ? "–" : hasDates ? `${date(dayOf(x)) || "–"}, day ${exact(dayOf(x))}` : exact(x)) },
             ...all.map(({ one, old }) => [one, old, drawn.indexOf(one)]).map(([one, old, i]) => ({
                 label: `${titleOf(one)}${old ? " (before)" : ""}`, scale: `y ${unitOf(one)}`, spanGaps: false,
                 stroke: old ? style("--quiet") : palette[i % palette.length], width: 1.5, dash: old || i >= palette.length ? [6, 4] : undefined,

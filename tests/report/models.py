@@ -94,6 +94,8 @@ def hostile():
     add_flow(db, 1, HOSTILE[0], [(i, (i + 1) % 9, 1) for i in range(9)], [(0, 1), (9, 2), (9, 3), (4, 4)])
     add_flow(db, 2, HOSTILE[1], [(0, 0, 1), (2, 2, 1), (3, 1, -0.5)], [(0, 1)])
     db.execute("UPDATE segment SET width = -1 WHERE number = 6")
+    db.executescript("UPDATE segment SET bottom_segment = 8 WHERE number = 2; "
+                     "INSERT INTO segment_place SELECT number, number * 3 % 7, number * 2 % 5 FROM segment WHERE number < 8")
     db.execute("UPDATE initial_condition SET dissolved_fraction = 2 WHERE system = 2 AND segment = 3")
     db.execute("UPDATE model SET hydrodynamic_file = ?", ("A" * 512,))
     db.execute("INSERT INTO time_function_type (isc) VALUES (3)")

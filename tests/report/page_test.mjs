@@ -67,6 +67,9 @@ async function mapIsWhole(page, { segments, paths, pairs }) {
     assert.deepEqual((await attributes(page, "data-exchange")).sort(), keys(pairs).sort());
     const names = await page.$$eval("[data-path][role], [data-exchange][role]", (all) => all.map((one) => one.getAttribute("aria-label")));
     assert.equal(new Set(names).size, names.length);
+    const covered = await page.$$eval(".segment .body", (all) => all.map((one) => one.getBoundingClientRect()).filter((a, i, boxes) =>
+        boxes.some((b, k) => k > i && a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom)).length);
+    assert.equal(covered, 0);
     for (const [number, title, length, width] of [segments[0], segments.at(-1), segments[5]]) {
         await page.focus(`[data-segment="${number}"]`);
         await page.keyboard.press("Enter");
