@@ -23,41 +23,44 @@ struct Address {
     bool operator==(const Address&) const = default;
 };
 
-/// What the numbers of a table's rows count, in words, "" behind the last: {"system", "boundary", "pair"}. None for the
-/// run, which has one row.
+/// What the numbers of a table's rows count, in words, "" behind the last: {"system", "boundary", "pair"}.
+struct TableKey {
+    std::string_view table;
+    std::array<std::string_view, 3> words;
+};
+
+/// Those of all tables but that of the run, which has one row; each stands behind those that its rows refer to.
+inline constexpr std::array<TableKey, 24> table_keys{{
+    {"segment", {"segment"}},
+    {"system", {"system"}},
+    {"segment_place", {"segment"}},
+    {"initial_condition", {"system", "segment"}},
+    {"boundary", {"system", "boundary"}},
+    {"boundary_value", {"system", "boundary", "pair"}},
+    {"load", {"system", "load"}},
+    {"load_value", {"system", "load", "pair"}},
+    {"flow_field", {"flow field"}},
+    {"flow_function", {"flow field", "flow function"}},
+    {"flow_path", {"flow field", "flow function", "flow path"}},
+    {"flow_value", {"flow field", "flow function", "pair"}},
+    {"exchange_field", {"exchange field"}},
+    {"exchange_function", {"exchange field", "exchange function"}},
+    {"exchange_pair", {"exchange field", "exchange function", "exchange pair"}},
+    {"exchange_value", {"exchange field", "exchange function", "pair"}},
+    {"time_function_type", {"time function type"}},
+    {"time_function", {"time function type", "time function"}},
+    {"time_function_value", {"time function type", "time function", "pair"}},
+    {"parameter_type", {"parameter type"}},
+    {"parameter", {"parameter type", "parameter"}},
+    {"parameter_value", {"parameter type", "parameter", "segment"}},
+    {"constant_type", {"constant type"}},
+    {"constant", {"constant type", "constant"}},
+}};
+
+/// None for the run.
 [[nodiscard]] constexpr std::array<std::string_view, 3> words_of_key(std::string_view table)
 {
-    struct Key {
-        std::string_view table;
-        std::array<std::string_view, 3> words;
-    };
-    constexpr std::array<Key, 24> keys{{
-        {"system", {"system"}},
-        {"segment", {"segment"}},
-        {"segment_place", {"segment"}},
-        {"initial_condition", {"system", "segment"}},
-        {"boundary", {"system", "boundary"}},
-        {"boundary_value", {"system", "boundary", "pair"}},
-        {"load", {"system", "load"}},
-        {"load_value", {"system", "load", "pair"}},
-        {"flow_field", {"flow field"}},
-        {"flow_function", {"flow field", "flow function"}},
-        {"flow_path", {"flow field", "flow function", "flow path"}},
-        {"flow_value", {"flow field", "flow function", "pair"}},
-        {"exchange_field", {"exchange field"}},
-        {"exchange_function", {"exchange field", "exchange function"}},
-        {"exchange_pair", {"exchange field", "exchange function", "exchange pair"}},
-        {"exchange_value", {"exchange field", "exchange function", "pair"}},
-        {"time_function_type", {"time function type"}},
-        {"time_function", {"time function type", "time function"}},
-        {"time_function_value", {"time function type", "time function", "pair"}},
-        {"parameter_type", {"parameter type"}},
-        {"parameter", {"parameter type", "parameter"}},
-        {"parameter_value", {"parameter type", "parameter", "segment"}},
-        {"constant_type", {"constant type"}},
-        {"constant", {"constant type", "constant"}},
-    }};
-    for (const Key& key : keys) {
+    for (const TableKey& key : table_keys) {
         if (key.table == table) {
             return key.words;
         }

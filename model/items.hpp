@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <limits>
 #include <string_view>
+#include <type_traits>
 
 namespace velm {
 
@@ -161,6 +162,17 @@ void for_each_item(AnyModel& model, Visit&& visit)
     types(tables::time_function_type, tables::time_function, model.time_function_types);
     types(tables::parameter_type, tables::parameter, model.parameter_types);
     types(tables::constant_type, tables::constant, model.constant_types);
+}
+
+/// Calls visit(item, numbers) for each item of one kind.
+template <class Item, class Visit>
+void for_each_of(const Model& model, Visit&& visit)
+{
+    for_each_item(model, [&](const auto& /*table*/, const RowNumbers& numbers, const auto& item) {
+        if constexpr (std::is_same_v<decltype(item), const Item&>) {
+            visit(item, numbers);
+        }
+    });
 }
 
 } // namespace velm

@@ -57,18 +57,21 @@ public:
         });
         check_fields(model_.flow_fields, "flow_field", "nothing flows");
         check_fields(model_.exchange_fields, "exchange_field", "nothing mixes");
-        check_pairs();
+        for_each_of<ExchangePair>(model_, [this](const ExchangePair& pair, const RowNumbers& numbers) {
+            not_zero(pair.area, {"exchange_pair", "area", numbers}, "nothing mixes through it",
+                     "give the cross section through which the two mix, or remove the pair");
+            not_zero(pair.length, {"exchange_pair", "length", numbers}, "the engine divides by it",
+                     "give the mixing length, most often from middle to middle");
+        });
         for_each_numbered(model_.systems, [this](const System& system, std::int64_t number) {
             check_set(system.boundaries, "boundary_scale_factor", "boundary_conversion_factor", number);
             check_set(system.loads, "load_scale_factor", "load_conversion_factor", number);
         });
-        for_each_numbered(model_.parameter_types, [this](const auto& type, std::int64_t t) {
-            for_each_numbered(type.instances, [&](const Parameter& parameter, std::int64_t number) {
-                if (parameter.used && !parameter.values.empty()) {
-                    not_zero(parameter.scale_factor, {"parameter", "scale_factor", {t, number}},
-                             "it makes all its values 0", "give a factor, 1 for the values as they are");
-                }
-            });
+        for_each_of<Parameter>(model_, [this](const Parameter& parameter, const RowNumbers& numbers) {
+            if (parameter.used && !parameter.values.empty()) {
+                check_factor(parameter.scale_factor, {"parameter", "scale_factor", numbers},
+                             "it makes all its values 0");
+            }
         });
     }
 
@@ -97,20 +100,6 @@ private:
                 check_factor(field.scale_factor, {table, "scale_factor", {number}}, consequence);
                 check_factor(field.conversion_factor, {table, "conversion_factor", {number}}, consequence);
             }
-        });
-    }
-
-    void check_pairs() const
-    {
-        for_each_numbered(model_.exchange_fields, [this](const ExchangeField& field, std::int64_t f) {
-            for_each_numbered(field.functions, [&](const ExchangeFunction& function, std::int64_t x) {
-                for_each_numbered(function.pairs, [&](const ExchangePair& pair, std::int64_t p) {
-                    not_zero(pair.area, {"exchange_pair", "area", {f, x, p}}, "nothing mixes through it",
-                             "give the cross section through which the two mix, or remove the pair");
-                    not_zero(pair.length, {"exchange_pair", "length", {f, x, p}}, "the engine divides by it",
-                             "give the mixing length, most often from middle to middle");
-                });
-            });
         });
     }
 

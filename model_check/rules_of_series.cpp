@@ -266,26 +266,22 @@ void look_for_marks(const MeantModel& meant, const ReportMeaning& report)
     });
     look_for_marks_in_conditions(meant.model, "concentration", &InitialCondition::concentration, report);
     look_for_marks_in_conditions(meant.model, "dissolved_fraction", &InitialCondition::dissolved_fraction, report);
-    for_each_numbered(meant.model.parameter_types, [&](const auto& type, std::int64_t t) {
-        for_each_numbered(type.instances, [&](const Parameter& parameter, std::int64_t number) {
-            if (parameter.used) {
-                report_first(
-                    parameter.values, is_mark_in_columns,
-                    [&](std::size_t place) {
-                        return Address{"parameter_value", "value", {t, number, static_cast<std::int64_t>(place + 1)}};
-                    },
-                    "more segment", marked_value_in_words, report);
-            }
-        });
+    for_each_of<Parameter>(meant.model, [&](const Parameter& parameter, RowNumbers numbers) {
+        if (parameter.used) {
+            const auto address_of = [&](std::size_t place) {
+                numbers[2] = static_cast<std::int64_t>(place + 1);
+                return Address{"parameter_value", "value", numbers};
+            };
+            report_first(parameter.values, is_mark_in_columns, address_of, "more segment", marked_value_in_words,
+                         report);
+        }
     });
-    for_each_numbered(meant.model.constant_types, [&](const auto& type, std::int64_t t) {
-        for_each_numbered(type.instances, [&](const Constant& constant, std::int64_t number) {
-            if (constant.used && is_mark_in_columns(constant.value)) {
-                const Address address{"constant", "value", {t, number}};
-                auto [message, remedy] = marked_value_in_words(item_in_words(address), constant.value);
-                report(address, std::move(message), std::move(remedy));
-            }
-        });
+    for_each_of<Constant>(meant.model, [&](const Constant& constant, const RowNumbers& numbers) {
+        if (constant.used && is_mark_in_columns(constant.value)) {
+            const Address address{"constant", "value", numbers};
+            auto [message, remedy] = marked_value_in_words(item_in_words(address), constant.value);
+            report(address, std::move(message), std::move(remedy));
+        }
     });
 }
 

@@ -1,7 +1,6 @@
 #include "model_store/load/load_parts.hpp"
 
 #include <algorithm>
-#include <array>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -10,32 +9,6 @@
 namespace velm {
 
 namespace {
-
-/// Each after those that its rows refer to.
-constexpr std::array<std::string_view, 24> tables_in_order{"model",
-                                                           "segment",
-                                                           "system",
-                                                           "initial_condition",
-                                                           "boundary",
-                                                           "boundary_value",
-                                                           "load",
-                                                           "load_value",
-                                                           "flow_field",
-                                                           "flow_function",
-                                                           "flow_path",
-                                                           "flow_value",
-                                                           "exchange_field",
-                                                           "exchange_function",
-                                                           "exchange_pair",
-                                                           "exchange_value",
-                                                           "time_function_type",
-                                                           "time_function",
-                                                           "time_function_value",
-                                                           "parameter_type",
-                                                           "parameter",
-                                                           "parameter_value",
-                                                           "constant_type",
-                                                           "constant"};
 
 /// Goes to items that nobody keeps.
 struct StepAside {
@@ -183,7 +156,9 @@ void load_parameter_values(LoadState& load, Model& model)
 
 void load_tables(LoadState& load, Model& model)
 {
-    for (const std::string_view name : tables_in_order) {
+    load_run(load, model);
+    for (const TableKey& key : table_keys) {
+        const std::string_view name = key.table;
         const auto* const series = std::ranges::find(series_tables, name, &SeriesTable::name);
         const bool has_many_rows =
             series != series_tables.end() || name == "initial_condition" || name == "parameter_value";
@@ -192,8 +167,6 @@ void load_tables(LoadState& load, Model& model)
         }
         if (series != series_tables.end()) {
             load_series(load, model, *series);
-        } else if (name == "model") {
-            load_run(load, model);
         } else if (name == "initial_condition") {
             load_initial_conditions(load, model);
         } else if (name == "parameter_value") {
