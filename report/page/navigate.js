@@ -14,8 +14,8 @@ export function go(address) {
     if (!take) return false;
     const target = take(rest.map(Number), table);
     if (target) {
-        target.scrollIntoView({ block: "nearest" });
         target.focus({ preventScroll: true });
+        queueMicrotask(() => target.scrollIntoView({ block: "nearest" })); // a plot has its height by then
     }
     return true;
 }

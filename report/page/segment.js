@@ -127,6 +127,7 @@ function showLink({ a, b, exchange, paths: list }) {
 }
 
 export function startPanel() {
-    on("segment", showSegment);
-    on("link", showLink);
+    for (const [what, show] of [["segment", showSegment], ["link", showLink]]) {
+        on(what, (one) => { show(one); find("panel").scrollTop = 0; });
+    }
 }
