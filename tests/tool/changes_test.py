@@ -41,10 +41,11 @@ class Changes(ToolCase):
 
     def test_the_copy_is_changed_and_the_database_is_not(self):
         more = "".join(f"UPDATE segment SET length = {i} WHERE number = 2;\n" for i in range(20000))
-        code, _, said = self.export("-- both\nUPDATE constant SET value = (SELECT count(*) FROM own) + 7;;\n"
+        code, _, said = self.export("-- both\nUPDATE constant SET value = (SELECT count(*) FROM own) + 7.00001;;\n"
                                     "DELETE FROM load_value; UPDATE segment SET width = 2 WHERE number = 99;\n" + more)
         self.assertEqual(code, 0, said)
         self.assertIn("velm: changes.sql:3: the statement changes no row\n", said)
+        self.assertIn(" shortened\n", said, "velm check would look at the database as it is")
         self.assertEqual(self.files(), ["changes.sql", "model.db", "out.inp"])
         self.assertEqual((self.directory / "model.db").read_bytes(), self.before)
 

@@ -158,7 +158,10 @@ void print_losses(const ExportArguments& arguments, const ExportLosses& losses)
     const std::string words = losses_in_words(losses);
     const bool is_complete = words.starts_with("no field overflows") && words.ends_with("keep their digits");
     std::cerr << "velm: " << arguments.output << ": " << words
-              << (is_complete ? "" : "; velm check --show note " + arguments.model + " lists them") << '\n';
+              << (is_complete || !arguments.changes.empty()
+                      ? ""
+                      : "; velm check --show note " + arguments.model + " lists them")
+              << '\n';
 }
 
 /// Throws ToolError for fields that overflow, unless they are allowed; when strict, also for values that vanish or

@@ -74,7 +74,7 @@ void refuse_to_replace_model(const FileName& output, bool by_input_file)
     const bool is_database = beginning.starts_with(beginning_of_a_database);
     if (is_database || (!by_input_file && may_be_input_file(beginning))) {
         throw ToolError(ExitCode::usage,
-                        output + (is_database ? " is a model database" : " is an input file") +
+                        output + (is_database ? " is a database" : " is an input file") +
                             ", which is not replaced by another kind of file; remove it first, or name another file");
     }
 }
