@@ -2,14 +2,16 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <string_view>
-#include <vector>
 
-/// The rules of real numbers once more: digits by multiplying whole numbers out, texts by moving characters in columns.
+/// The rules of real numbers once more: digits by the C library, texts by moving characters in columns.
 /// Shares nothing with what it checks.
 namespace velm::exact {
 
@@ -19,63 +21,17 @@ struct Digits {
     int k = 0;
 };
 
-/// A whole number of any size, in limbs of nine decimal digits, the lowest first.
-class WholeNumber {
-public:
-    explicit WholeNumber(std::uint32_t number) : limbs_{number} {}
-
-    void multiply(std::uint32_t factor)
-    {
-        std::uint64_t carry = 0;
-        for (std::uint64_t& limb : limbs_) {
-            carry += limb * factor;
-            limb = carry % limb_size;
-            carry /= limb_size;
-        }
-        if (carry != 0) {
-            limbs_.push_back(carry);
-        }
-    }
-
-    [[nodiscard]] std::string decimal() const
-    {
-        std::string text = std::to_string(limbs_.back());
-        for (std::size_t i = limbs_.size() - 1; i-- != 0;) {
-            const std::string nine = std::to_string(limbs_[i]);
-            text += std::string(9 - nine.size(), '0') + nine;
-        }
-        return text;
-    }
-
-private:
-    static constexpr std::uint64_t limb_size = 1'000'000'000;
-    std::vector<std::uint64_t> limbs_;
-};
-
-/// The digits of a finite magnitude, the lower 31 bits of a single-precision pattern.
+/// The digits of a finite magnitude, the lower 31 bits of a single-precision pattern, from the C library, which writes
+/// all that there are: 112 at most.
 inline Digits digits_of(std::uint32_t magnitude)
 {
-    const int biased = static_cast<int>(magnitude >> 23);
-    const std::uint32_t significand = (magnitude & 0x7fffffU) | (biased != 0 ? 0x800000U : 0U);
-    if (significand == 0) {
+    if (magnitude == 0) {
         return {};
     }
-    // m / 2^n is m * 5^n / 10^n
-    const int power = (biased != 0 ? biased : 1) - 150;
-    WholeNumber number(significand);
-    for (int left = std::abs(power); left > 0;) {
-        const int step = left < 12 ? left : 12;
-        std::uint32_t factor = 1;
-        for (int i = 0; i < step; ++i) {
-            factor *= power < 0 ? 5 : 2;
-        }
-        number.multiply(factor);
-        left -= step;
-    }
-    std::string all = number.decimal();
-    const int k = static_cast<int>(all.size()) + (power < 0 ? power : 0);
-    all.resize(8, '0');
-    return {static_cast<std::uint32_t>(std::stoul(all)), k};
+    std::array<char, 160> text{}; // "1.4012984643248170...e-45"
+    (void)std::snprintf(text.data(), text.size(), "%.111e", double{std::bit_cast<float>(magnitude)});
+    const std::string eight = text[0] + std::string(&text[2], 7);
+    return {static_cast<std::uint32_t>(std::stoul(eight)), std::atoi(std::strchr(text.data(), 'e') + 1) + 1};
 }
 
 /// A short text without the cost of a string: every single has eleven of them.
