@@ -89,7 +89,7 @@ void put_volumes(PageData& data, const WaterBalance& balance)
         const std::vector<double> course = volume_course(balance, ++item.owner);
         const TimeSeries series{times, {course.begin(), course.end()}};
         item.series = &series;
-        put_one(data, item, segment.name, nullptr, most_pairs_of_a_volume);
+        put_one(data, item, segment.name.empty() ? "" : segment.name + ", volume", nullptr, most_pairs_of_a_volume);
     }
 }
 

@@ -6,11 +6,8 @@ const thin = "\u202f";
 export function exact(value) {
     if (!Number.isFinite(value)) return String(value);
     const single = Math.fround(value);
-    for (let digits = 6; digits < 10; ++digits) {
-        const short = Number(value.toPrecision(digits));
-        if (Math.fround(short) === single) return String(short);
-    }
-    return String(value);
+    const digits = [6, 7, 8].find((some) => Math.fround(Number(value.toPrecision(some))) === single) ?? 9;
+    return String(Number(value.toPrecision(digits)));
 }
 
 function grouped(text) {

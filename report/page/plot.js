@@ -97,13 +97,16 @@ function reading({ data }, series, at, unit) {
     return `≈ ${withUnit(y[before] * (1 - part) + y[behind] * part, unit)}`;
 }
 
+const unitsOf = (list) => [...new Set(list.map(unitOf))];
+const scalesThatFit = (width) => Math.max(1, Math.floor((width - 160) / 84));
+
 function options(all, { width, height }) {
-    const units = [...new Set(all.map(({ one }) => unitOf(one)))];
+    const units = unitsOf(all.map(({ one }) => one));
     const ink = style("--ink");
     const palette = lines(darkness.matches && !onPaper());
     const grid = { stroke: style("--rule"), width: 1 };
     const scales = Object.fromEntries(units.map((unit) => [`y ${unit}`, {}]));
-    const axis = (unit, i) => ({ scale: `y ${unit}`, label: unit || "value", side: i % 2 ? 1 : 3, stroke: ink, incrs: steps, splits: multiples, size: axisSize, labelSize: 18,
+    const axis = (unit, i) => ({ show: i < scalesThatFit(width), scale: `y ${unit}`, label: unit || "value", side: i % 2 ? 1 : 3, stroke: ink, incrs: steps, splits: multiples, size: axisSize, labelSize: 18,
         grid: i === 0 ? grid : { show: false }, ticks: grid, values: axisNumbers });
     return {
         width, height, padding: [12, 36, 0, 0],
@@ -117,7 +120,7 @@ function options(all, { width, height }) {
                 value: (u, y, series, at) => reading(u, series, at, unitOf(one)),
             }))],
         hooks: { draw: [runMarks] },
-        legend: { live: true },
+        legend: { live: true, markers: { dash: (u, i) => (u.series[i].dash ? "dashed" : "solid") } },
         cursor: { drag: { x: true, y: false }, dataIdx: (u, series, at) => at },
     };
 }
@@ -127,7 +130,9 @@ function notes(list) {
     const words = thinned.map((one) => `${titleOf(one)}: ${count(one.kept)} of ${count(one.pairs)} pairs are drawn, the least and the greatest of each stretch, so that no peak is lost.`);
     const gaps = list.filter((one) => one.gaps > 0).map((one) => `${titleOf(one)}: ${count(one.gaps)} ${one.gaps === 1 ? "gap" : "gaps"}, left open.`);
     const mark = marked === undefined ? [] : [`The line stands at ${dayInWords(marked)}.`];
-    find("plot-note").textContent = [...mark, ...words, ...gaps].join(" ");
+    const others = unitsOf(list).slice(scalesThatFit(plotSize().width)).map((unit) => unit || "value");
+    const unseen = others.length ? [`There is no room for the scales of ${others.join(", ")}: read their values under the pointer.`] : [];
+    find("plot-note").textContent = [...mark, ...words, ...gaps, ...unseen].join(" ");
 }
 
 function describe(list) {

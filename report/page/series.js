@@ -116,7 +116,7 @@ export function startSeries() {
     if (first) plotSeries(first);
     shows([...Object.keys(kinds), "flow_function", "exchange_function", "time_function"], ([a, b, , day], table) => {
         const full = table.endsWith("_function") ? table.replace("_function", "_value").replace("time_value", "time_function_value") : table;
-        const one = seriesOf(full, full === "volume" ? [a] : [a, b]);
+        const one = seriesOf(full, [a, b]);
         if (one) plotSeries(one, day);
         return one ? find("plot") : find("series-title");
     });
