@@ -6,36 +6,27 @@ namespace velm {
 
 namespace {
 
-template <class Fields>
-void add_fields(std::vector<SeriesItem>& list, const Fields& fields, std::string_view table, std::string_view unit)
+double factor_of(const auto& owner)
 {
-    for_each_numbered(fields, [&](const auto& field, std::int64_t owner) {
-        for_each_numbered(field.functions, [&](const auto& function, std::int64_t number) {
-            list.push_back({.table = table,
-                            .owner = static_cast<std::int32_t>(owner),
-                            .number = static_cast<std::int32_t>(number),
-                            .series = &function.series,
-                            .unit = unit,
-                            .factor = double{field.scale_factor} * double{field.conversion_factor},
-                            .description = function.description});
-        });
-    });
+    return double{owner.scale_factor} * double{owner.conversion_factor};
 }
 
-void add_items(std::vector<SeriesItem>& list, const Model& model, SegmentSeriesSet System::*set, std::string_view table,
-               std::string_view unit)
+/// Adds the series of an owner's items, which are as `series` says but for what differs from item to item.
+void add_series(std::vector<SeriesItem>& list, SeriesItem series, std::int64_t owner, const auto& items)
 {
-    for_each_numbered(model.systems, [&](const System& system, std::int64_t owner) {
-        for_each_numbered((system.*set).items, [&](const SegmentSeries& item, std::int64_t number) {
-            list.push_back({.table = table,
-                            .owner = static_cast<std::int32_t>(owner),
-                            .number = static_cast<std::int32_t>(number),
-                            .series = &item.series,
-                            .unit = unit,
-                            .factor = double{(system.*set).scale_factor} * double{(system.*set).conversion_factor},
-                            .segment = item.segment,
-                            .description = {}});
-        });
+    series.owner = static_cast<std::int32_t>(owner);
+    for_each_numbered(items, [&](const auto& item, std::int64_t number) {
+        series.number = static_cast<std::int32_t>(number);
+        series.series = &item.series;
+        if constexpr (requires { item.segment; }) {
+            series.segment = item.segment;
+        } else {
+            series.description = item.description;
+        }
+        if constexpr (requires { item.used; }) {
+            series.used = item.used;
+        }
+        list.push_back(series);
     });
 }
 
@@ -44,20 +35,23 @@ void add_items(std::vector<SeriesItem>& list, const Model& model, SegmentSeriesS
 std::vector<SeriesItem> all_series(const Model& model)
 {
     std::vector<SeriesItem> list;
-    add_fields(list, model.flow_fields, "flow_value", "m3/s");
-    add_fields(list, model.exchange_fields, "exchange_value", "m2/s");
-    add_items(list, model, &System::boundaries, "boundary_value", "mg/L");
-    add_items(list, model, &System::loads, "load_value", "kg/day");
-    for_each_numbered(model.time_function_types, [&](const auto& type, std::int64_t owner) {
-        for_each_numbered(type.instances, [&](const TimeFunction& function, std::int64_t number) {
-            list.push_back({.table = "time_function_value",
-                            .owner = static_cast<std::int32_t>(owner),
-                            .number = static_cast<std::int32_t>(number),
-                            .series = &function.series,
-                            .unit = {},
-                            .description = function.description,
-                            .used = function.used});
-        });
+    for_each_numbered(model.flow_fields, [&](const FlowField& field, std::int64_t number) {
+        add_series(list, {.table = "flow_value", .unit = "m3/s", .factor = factor_of(field)}, number, field.functions);
+    });
+    for_each_numbered(model.exchange_fields, [&](const ExchangeField& field, std::int64_t number) {
+        add_series(list, {.table = "exchange_value", .unit = "m2/s", .factor = factor_of(field)}, number,
+                   field.functions);
+    });
+    for_each_numbered(model.systems, [&](const System& system, std::int64_t number) {
+        const SegmentSeriesSet& set = system.boundaries;
+        add_series(list, {.table = "boundary_value", .unit = "mg/L", .factor = factor_of(set)}, number, set.items);
+    });
+    for_each_numbered(model.systems, [&](const System& system, std::int64_t number) {
+        const SegmentSeriesSet& set = system.loads;
+        add_series(list, {.table = "load_value", .unit = "kg/day", .factor = factor_of(set)}, number, set.items);
+    });
+    for_each_numbered(model.time_function_types, [&](const auto& type, std::int64_t number) {
+        add_series(list, {.table = "time_function_value"}, number, type.instances);
     });
     return list;
 }

@@ -14,11 +14,11 @@ struct SeriesItem {
     std::int32_t owner = 0;  ///< flow field, exchange field, system or time-function type, from 1
     std::int32_t number = 0; ///< of the function, boundary or load in it, from 1
     const TimeSeries* series = nullptr;
-    std::string_view unit;        ///< of the values after their factor; empty where the kind has its own
-    double factor = 1;            ///< scale factor times conversion factor
-    std::int32_t segment = 0;     ///< of a boundary or a load, else 0
-    std::string_view description; ///< of a function, ISO 8859-1; empty for boundaries and loads
-    bool used = true;             ///< false for a time function that is kept for later, and not exported
+    std::string_view unit{};        ///< of the values after their factor; empty where the kind has its own
+    double factor = 1;              ///< scale factor times conversion factor
+    std::int32_t segment = 0;       ///< of a boundary or a load, else 0
+    std::string_view description{}; ///< of a function, ISO 8859-1; empty for boundaries and loads
+    bool used = true;               ///< false for a time function that is kept for later, and not exported
 };
 
 /// All series, in the order of an input file: flows, dispersions, boundaries, loads, time functions.
