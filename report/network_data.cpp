@@ -1,4 +1,5 @@
 #include "model/tables.hpp"
+#include "model/words.hpp"
 #include "report/parts.hpp"
 #include "water_balance/flow_course.hpp"
 #include "water_balance/stays.hpp"
@@ -60,7 +61,7 @@ void put_shape_data(PageData& data, const Model& model)
             return found;
         };
         if (column.length == 0 && column.name != "type" && column.name != "bottom_segment") {
-            put_datum(data, "shape", stored_volume ? "volume as stored" : in_words(column.name),
+            put_datum(data, "shape", stored_volume ? "volume as stored" : name_in_words(column.name),
                       stored_volume ? "" : column.unit, number, model.segments.size());
         }
     }
@@ -145,13 +146,6 @@ void put_contacts(PageData& data, std::string_view member, const Model& model, S
 }
 
 } // namespace
-
-std::string in_words(std::string_view name)
-{
-    std::string words(name);
-    std::replace(words.begin(), words.end(), '_', ' ');
-    return words;
-}
 
 std::string flow_field_name(std::size_t number)
 {

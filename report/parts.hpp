@@ -31,7 +31,4 @@ void put_against(PageData& data, const Report& report, std::span<const Differenc
 [[nodiscard]] std::string flow_field_name(std::size_t number);
 [[nodiscard]] std::string exchange_field_name(std::size_t number);
 
-/// The name of a column with blanks.
-[[nodiscard]] std::string in_words(std::string_view name);
-
 } // namespace velm

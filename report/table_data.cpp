@@ -1,4 +1,5 @@
 #include "model/tables.hpp"
+#include "model/words.hpp"
 #include "report/parts.hpp"
 
 #include <initializer_list>
@@ -73,7 +74,7 @@ std::string meaning_of(const ColumnText& column)
 std::string name_of_triple(std::string_view column)
 {
     const bool part = column.size() > 2 && column[column.size() - 2] == '_' && column.back() <= '3';
-    return part ? in_words(column.substr(0, column.size() - 2)) : "";
+    return part ? name_in_words(column.substr(0, column.size() - 2)) : "";
 }
 
 void put_options(PageData& data, const Model& model)
@@ -93,7 +94,7 @@ void put_options(PageData& data, const Model& model)
                     return;
                 }
             }
-            table.row("", in_words(column.name), cell_of(value), meaning_of(column));
+            table.row("", name_in_words(column.name), cell_of(value), meaning_of(column));
         });
     }
 }

@@ -1,7 +1,6 @@
 #include "session/exchange.hpp"
 
 #include <charconv>
-#include <system_error>
 
 namespace velm {
 
@@ -33,13 +32,6 @@ std::string real_text(float value)
 {
     std::array<char, 32> text{};
     return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr};
-}
-
-bool read_real(std::string_view text, float& value)
-{
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value);
-    return stop == end && error == std::errc();
 }
 
 } // namespace velm

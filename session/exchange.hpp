@@ -53,7 +53,5 @@ struct RecordedExchange {
 
 /// The fewest characters that are read as the same real: "1500", "0.1", "1e-45", "-inf", "nan".
 [[nodiscard]] std::string real_text(float value);
-/// False when `text` is no real of single precision.
-[[nodiscard]] bool read_real(std::string_view text, float& value);
 
 } // namespace velm

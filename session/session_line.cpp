@@ -5,6 +5,8 @@
 #include <rapidjson/writer.h>
 
 #include <cctype>
+#include <charconv>
+#include <system_error>
 
 namespace velm {
 namespace {
@@ -86,7 +88,9 @@ std::int32_t SessionLine::integer(const Value& value) const
 float SessionLine::real(const Value& value) const
 {
     float real = 0;
-    if (!value.IsString() || !read_real({value.GetString(), value.GetStringLength()}, real)) {
+    const std::string_view text = value.IsString() ? std::string_view(value.GetString(), value.GetStringLength()) : "";
+    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), real);
+    if (stop != text.data() + text.size() || error != std::errc()) {
         refuse("expected a single-precision real as a text, such as \"1500\"", value);
     }
     return real;
