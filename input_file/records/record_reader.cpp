@@ -263,6 +263,9 @@ void RecordReader::lose(std::string_view name, const std::string& expected)
     const Line line = line_ahead();
     if (line.bytes == 0) {
         report_at(next_place(), form_rules::file_ends_early, name, "", "the file ends here", expected);
+    } else if (line.end == LineEnd::missing && line.bytes < FileWindow::longest_record) {
+        report_at(next_place(), form_rules::file_ends_early, name, line.text, "is cut by the end of the file",
+                  expected);
     } else {
         const std::string text(line.text); // which the remedy reads over
         const Place place = next_place();

@@ -163,6 +163,9 @@ TEST(CheckInputFile, EachThingThatCanBeWrong)
     std::string lost = replaced(bytes, "    4               Number of Time", "    3               Number of Time");
     lost = replaced(lost, "    2               Boundary Segment", "    9               Boundary Segment");
     EXPECT_EQ(check_bytes(lost).counts.size(), 1U) << "of values, nothing is said behind a section that is lost";
+    EXPECT_EQ(short_report(check_bytes(bytes.substr(0, bytes.find("  1.00000  2.00000\r\n") + 5))),
+              "F:51:1: error V110 file ends early: flow time series, time pair: '  1.0' is cut by the end of the file, "
+              "expected the record 'time pair' of 2 numbers\n");
     EXPECT_EQ(short_report(check_bytes("")),
               "F:1:1: error V110 file ends early: system information, Module Type, Version: the file ends here, "
               "expected the record 'Module Type, Version' of 42 characters\n");
