@@ -141,7 +141,7 @@ if GAUGES.is_dir():
 else:
     print(f"no gauge records in {GAUGES}: their models are left out", file=sys.stderr)
 for one in names:
-    velm("report", FOLDER / f"{one}.db", FOLDER / f"{one}.html")
+    velm("report", FOLDER / f"{one}.db", FOLDER / f"{one}.html", "--title", "W" * 512 if one == "hostile" else one)
 velm("export", FOLDER / "estuary.db", FOLDER / "estuary.inp")
 velm("report", FOLDER / "estuary.inp", FOLDER / "input_file.html")
 (FOLDER / "lake.inp").unlink(missing_ok=True)
