@@ -35,6 +35,6 @@ startTables();
 startFindings();
 startAgainst();
 startPrint();
-if (!location.hash) choose(mostFlow(), { light: false });
+choose(mostFlow(), { light: false });
 startNavigation();
 document.documentElement.dataset.ready = "true";

@@ -24,10 +24,10 @@ export function startNavigation() {
     // the click, not the change of the address: a link may be followed twice
     document.addEventListener("click", (event) => {
         const anchor = event.target.closest?.('a[href^="#"]');
-        if (anchor && go(decodeURIComponent(anchor.getAttribute("href").slice(1)))) {
+        if (anchor && go(anchor.getAttribute("href").slice(1))) {
             event.preventDefault();
             history.replaceState(null, "", anchor.getAttribute("href"));
         }
     });
-    if (location.hash.length > 1) go(decodeURIComponent(location.hash.slice(1)));
+    if (location.hash.length > 1) go(location.hash.slice(1));
 }
