@@ -45,7 +45,7 @@ class Check(Files):
                                       "late.inp:194:3: warning"], "velm: checked 2 files: 1 error, 1 warning, 0 notes\n"),
         (["deep.db", "--fail-on", "never"], 0, ["deep.db: error V101"], "1 error, 0 warnings, 0 notes\n"),
         (["late.inp", "--show", "error"], 0, [], "velm: 1 finding is not shown; --show note lists all\n"),
-        (["late.inp", "--ignore", "V301,V204", "--fail-on", "note"], 0, [], "0 errors, 0 warnings, 0 notes\n"),
+        (["--ignore", "V301,V204", "late.inp", "late.inp", "--fail-on", "note"], 0, [], "0 errors, 0 warnings, 0 notes\n"),
         (["late.inp", "--ignore", "V999"], 2, [], "velm: --ignore: there is no finding V999; velm help check explains\n"),
         (["late.inp", "deep.db", "--most", "0"], 1,
          ["late.inp: 1 of V204 time repeats", "deep.db: 1 of V101 field overflow"], "1 error, 1 warning, 0 notes\n"),

@@ -188,6 +188,7 @@ Command check_command(CLI::App& tool)
     arguments
         ->add_option("--ignore", values->ignored, "Codes of findings to leave out wholly, with commas between them")
         ->delimiter(',')
+        ->allow_extra_args(false) // what follows are files
         ->check(known_code)
         ->type_name("CODE");
     arguments
