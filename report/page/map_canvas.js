@@ -3,6 +3,7 @@ import { segmentCount, segmentTitle } from "./data.js";
 import { h } from "./dom.js";
 import { heightOf, size } from "./layout.js";
 import { isBed, links } from "./network.js";
+import { onPaper, sheet } from "./print.js";
 
 const nearEnough = 0.25; // to read a number
 
@@ -39,14 +40,14 @@ export function drawCanvas(places) {
     function draw() {
         waiting = false;
         const dots = window.devicePixelRatio || 1;
-        const { clientWidth, clientHeight } = canvas;
-        canvas.width = clientWidth * dots;
-        canvas.height = clientHeight * dots;
+        const [width, height] = onPaper() ? [sheet.width, sheet.map] : [canvas.clientWidth, canvas.clientHeight];
+        canvas.width = width * dots;
+        canvas.height = height * dots;
         const style = getComputedStyle(canvas);
         context.setTransform(view.k * dots, 0, 0, view.k * dots, view.x * dots, view.y * dots);
         drawLinks(style);
         const [left, top] = [-view.x / view.k - size.width, -view.y / view.k - size.water];
-        const [right, bottom] = [(clientWidth - view.x) / view.k, (clientHeight - view.y) / view.k];
+        const [right, bottom] = [(width - view.x) / view.k, (height - view.y) / view.k];
         const least = 1.5 / view.k; // a dot that can be seen
         for (let segment = 1; segment <= segmentCount; ++segment) {
             const { x, y } = places[segment];
@@ -76,7 +77,11 @@ export function drawCanvas(places) {
     return {
         element: h("div", { class: "canvas" }, canvas),
         surface: canvas,
-        applyView(next) { view = next; later(); },
+        applyView(next) {
+            view = next;
+            if (onPaper()) draw(); // there is no later
+            else later();
+        },
         paint(colourOf) { colours = colourOf; later(); },
         light(what) {
             lit = what;
