@@ -42,7 +42,7 @@ def run(*arguments: str, findings: bool = False) -> Tuple[str, str]:
     if done.returncode == 0 or (findings and done.returncode == FINDINGS):
         return done.stdout, done.stderr
     said = done.stderr.strip() or f"velm {arguments[0]} ended with exit code {done.returncode}"
-    raise (ModelError if done.returncode == MODEL_UNREADABLE else ProgramError)(said)
+    raise (ModelError if done.returncode in (FINDINGS, MODEL_UNREADABLE) else ProgramError)(said)
 
 
 def run_for_json(*arguments: str) -> Any:

@@ -47,8 +47,7 @@ ARGUMENTS = [  # a call, and argument, position and value of its ArgumentError
     ("m.add_flow(FLOW, through=[1])", "through", None, [1]),
     ("m.add_flow(FLOW, through=pandas.DataFrame({'first_segment': [0]}))", "through", None, None),
     ("m.add_flow({'soon': 1.0}, through=[0, 1, 0])", "series", 0, "soon"),
-    ("m.add_system('S', boundary_conversion_factor=0) and m.add_boundary(3, 1, 1.0) and m.add_boundary(3, 1, 1.0) and "
-     "m.add_boundary(3, 1, 1.0, unit='g/L')", "unit", None, "g/L"),
+    ("m.system.__setitem__('load_conversion_factor', 0) or m.add_load(2, 1, 1.0, unit='g/s')", "unit", None, "g/s"),
     ("m.add_exchange(1.0, between=[1, 2, 0]) and m.add_exchange(1.0, between=[(1, 0, 5)])", "between", 0, (1, 0, 5)),
     ("m.add_segments(0)", "segments", None, 0),
     ("m.add_segments(2, width=[1, 2, 3])", "width", None, None),
@@ -85,6 +84,7 @@ MODELS = [  # a call, and table, row, column and value of its ModelError
     ("m.add_exchange(1.0, between=pandas.DataFrame({'first_segment': [1], 'second_segment': [2], 'area': [3]}))",
      "exchange_pair", "exchange field 1, exchange function 2, number 1", "length", None),
     ("m.remove('segment', 4)", "segment", "number 4", None, None),
+    ("m.set_series('load', 2, 1, series=1e9) or m.export('lost.inp')", None, None, None, None),
     ("velm.open('text.txt')", None, None, None, None),
     ("velm.open('other.db')", None, None, None, None),
 ]
