@@ -56,7 +56,8 @@ struct ModelAnswers::Step {
         return request.pick(items, key.number_value(level));
     }
     template <class Instance>
-    const auto& type(const std::vector<InstanceType<Instance>>& /*types*/, std::size_t isc_argument = 0) const
+    [[nodiscard]] const auto& type(const std::vector<InstanceType<Instance>>& /*types*/,
+                                   std::size_t isc_argument = 0) const
     {
         const auto& types = std::get<TypesByIsc<Instance>>(answers.types_);
         const auto found = types.find(request.integer(isc_argument));

@@ -61,7 +61,7 @@ public:
     /// The item whose number is `argument`, counted from 1. Throws Unanswerable when there is none: "the flow field has
     /// 2 flow functions".
     template <class Item>
-    const Item& pick(const std::vector<Item>& items, std::size_t argument) const
+    [[nodiscard]] const Item& pick(const std::vector<Item>& items, std::size_t argument) const
     {
         const std::int32_t number = integer(argument);
         if (number < 1 || static_cast<std::size_t>(number) > items.size()) {
