@@ -6,7 +6,6 @@ of 0 or more, numbers that fit their fields, existing segments, types of differe
 be given back must be refused.
 """
 
-import argparse
 import itertools
 import os
 import re
@@ -18,8 +17,8 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).parents[1] / "reference"))
 
-from compare_with_plugin import Export, ctypes, follow, load
-from random_models import HIGHEST, ISC_NUMBERS, RandomHost
+from compare_with_plugin import Export, ctypes, follow, load, options_of
+from random_models import ISC_NUMBERS, RandomHost
 from reference_exporter import PlugIn
 
 # not the boundaries: what one of their series leaves in the tables, a load may show in its columns
@@ -118,12 +117,8 @@ def came_back(host, velm, directory, written):
 
 
 def main():
-    arguments = argparse.ArgumentParser(description=__doc__)
-    arguments.add_argument("build", type=Path, help="folder of velm and the libraries")
-    arguments.add_argument("--seed", type=int, default=1, help="of the first hosts (default %(default)s)")
-    arguments.add_argument("--count", type=int, default=10, help="hosts of each kind (default %(default)s)")
-    options = arguments.parse_args()
-    build, size, accepted, start = options.build.resolve(), 0, 0, time.monotonic()
+    options = options_of(__doc__, 10)
+    build, size, accepted, start = options.build, 0, 0, time.monotonic()
     libraries, reference = load(build), PlugIn()
     with tempfile.TemporaryDirectory() as directory:
         for seed in range(options.seed, options.seed + options.count):

@@ -183,14 +183,18 @@ def run(build, seed, count):
     return requests, size
 
 
-def main():
-    arguments = argparse.ArgumentParser(description=__doc__)
-    arguments.add_argument("build", type=Path, help="folder of libprevelmwdll and libvelm_export")
+def options_of(description, count):
+    arguments = argparse.ArgumentParser(description=description)
+    arguments.add_argument("build", type=lambda name: Path(name).resolve(), help="folder of velm and the libraries")
     arguments.add_argument("--seed", type=int, default=1, help="of the first host (default %(default)s)")
-    arguments.add_argument("--count", type=int, default=60, help="exports, one host each (default %(default)s)")
-    options = arguments.parse_args()
+    arguments.add_argument("--count", type=int, default=count, help="hosts of each kind (default %(default)s)")
+    return arguments.parse_args()
+
+
+def main():
+    options = options_of(__doc__, 60)
     start = time.monotonic()
-    requests, size = run(options.build.resolve(), options.seed, options.count)
+    requests, size = run(options.build, options.seed, options.count)
     seconds = time.monotonic() - start
     print(f"{options.count} exports, {requests} requests, {size} bytes compared in {seconds:.1f} s")
 

@@ -21,6 +21,13 @@ struct Digits {
     int k = 0;
 };
 
+/// What is no finite number in a word; "" for others.
+inline std::string_view not_finite(std::uint32_t bits)
+{
+    const std::uint32_t magnitude = bits & 0x7fffffffU;
+    return magnitude < 0x7f800000U ? "" : magnitude > 0x7f800000U ? "NaN" : bits == magnitude ? "INF" : "-INF";
+}
+
 /// The digits of a finite magnitude, the lower 31 bits of a single-precision pattern, from the C library, which writes
 /// all that there are: 112 at most.
 inline Digits digits_of(std::uint32_t magnitude)
@@ -123,13 +130,6 @@ private:
     std::array<char, 112> columns_{};
     int first_digit_;
 };
-
-/// What is no finite number in a word; "" for others.
-inline std::string_view not_finite(std::uint32_t bits)
-{
-    const std::uint32_t magnitude = bits & 0x7fffffffU;
-    return magnitude < 0x7f800000U ? "" : magnitude > 0x7f800000U ? "NaN" : bits == magnitude ? "INF" : "-INF";
-}
 
 inline Text right_justified(std::string_view shown, std::size_t width)
 {
