@@ -28,11 +28,11 @@ inline std::string_view not_finite(std::uint32_t bits)
     return magnitude < 0x7f800000U ? "" : magnitude > 0x7f800000U ? "NaN" : bits == magnitude ? "INF" : "-INF";
 }
 
-/// The digits of a finite magnitude, the lower 31 bits of a single-precision pattern, from the C library, which writes
-/// all that there are: 112 at most.
-inline Digits digits_of(std::uint32_t magnitude)
+/// The digits of a finite number's magnitude, from the C library, which writes all that there are: 112 at most.
+inline Digits digits_of(std::uint32_t bits)
 {
-    if (magnitude == 0) {
+    const std::uint32_t magnitude = bits & 0x7fffffffU;
+    if (magnitude == 0 || !not_finite(bits).empty()) {
         return {};
     }
     std::array<char, 160> text{}; // "1.4012984643248170...e-45"
