@@ -101,6 +101,9 @@ ToolError refusal(const CLI::App& tool, const CLI::ParseError& error)
     const CLI::App& command = called.empty() ? tool : *called.front();
     const std::string asks = called.empty() ? "velm help" : "velm help " + command.get_name();
     const std::string option = unknown_option(command);
+    if (const std::string ahead = unknown_option(tool); option.empty() && !ahead.empty()) {
+        return {ExitCode::usage, ahead + " stands before the command; options follow it; " + asks + " lists all"};
+    }
     if (option.empty()) {
         const std::string what = called.empty() ? "a command is missing" : printable(error.what());
         return {ExitCode::usage, what + "; " + asks + " explains"};

@@ -21,6 +21,7 @@ class Usage(ToolCase):
         (["docs", "../README"], "velm: there is no page ../README; velm docs lists all\n"),
         (["docs", "finding"], "velm: there is no page finding; did you mean findings? velm docs lists all\n"),
         (["export", "m.db", "o.inp", "--strct"], "velm: there is no option --strct; did you mean --strict? velm help export lists all\n"),
+        (["--color", "never", "info", "m.db"], "velm: --color stands before the command; options follow it; velm help info lists all\n"),
         (["export"], "velm: MODEL is required; velm help export explains\n"),
         (["export", "m.db", "o.inp", "extra"], "velm: The following argument was not expected: extra; velm help export explains\n"),
         (["export", "m.db", "o.inp", "--panel"], "velm: --panel: 1 required FILE missing; velm help export explains\n"),
