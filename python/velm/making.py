@@ -38,8 +38,7 @@ class Making(StoredSeries):
                 raise ArgumentError(key, f"has {len(values)} values for {count} segments")
         if {"length", "width", "depth"} <= set(data) and "volume" not in data:
             size = {key: numpy.asarray(pandas.to_numeric(data[key], errors="coerce")) for key in data}
-            volume = numpy.broadcast_to(size["length"] * size["width"] * size["depth"], count)
-            data.update({} if numpy.isnan(volume).any() else {"volume": volume})  # the length or other is refused
+            data["volume"] = numpy.broadcast_to(numpy.nan_to_num(size["length"] * size["width"] * size["depth"]), count)
         data.update({"initial_depth": data.pop("depth")} if "depth" in data else {})
         places = {key: data.pop(key) for key in ("x", "y") if key in data}
         new: List[int] = (self._next("segment") + numpy.arange(count)).tolist()

@@ -117,13 +117,17 @@ class ModelFile:
         return self
 
     def __exit__(self, kind: Any, *_: Any) -> None:
-        if self._target is not None and kind is not None:
-            self._target = None
-            self._discard()
-        elif self._target is not None and self._choose_steps:
-            self.choose_time_steps()
-        self._in_block = False
-        self.close()
+        whole = False
+        try:
+            if kind is None and self._target is not None and self._choose_steps:
+                self.choose_time_steps()
+            whole = kind is None
+        finally:
+            if self._target is not None and not whole:
+                self._target = None
+                self._discard()
+            self._in_block = False
+            self.close()
 
     def _discard(self) -> None:
         self._database.close()
