@@ -59,12 +59,12 @@ def around(steps: Any, segment: int) -> Any:
     """The steps without those at `segment`: what came in from each side goes on to each side that it left to."""
     leaves, enters = (steps[end] == segment for end in ENDS)
     out, left = steps[leaves & ~enters], steps.loc[~leaves & ~enters, [*ENDS, "fraction"]]
-    past = pandas.DataFrame(
+    on = pandas.DataFrame(
         [(before.first_segment, after.second_segment, before.fraction * after.fraction / out["fraction"].sum())
          for before in steps[enters & ~leaves].itertuples() for after in out.itertuples()
          if before.first_segment != after.second_segment and out["fraction"].sum()], columns=left.columns)
-    ahead = left.index < (leaves | enters).idxmax()
-    return pandas.concat([left[ahead], past, left[~ahead]]).groupby(ENDS, sort=False, as_index=False).fraction.sum()
+    at = (left.index < (leaves | enters).idxmax()).sum()
+    return pandas.concat([left[:at], on.astype(left.dtypes), left[at:]]).groupby(ENDS, sort=False, as_index=False).sum()
 
 
 def with_geometry(pairs: Any, segments: Any, argument: str) -> Any:
