@@ -74,7 +74,7 @@ class Check(Files):
         self.assertEqual({name: self.read(name) for name in self.files() if name != "folder"}, before)
 
     def test_a_finding_is_explained_by_its_section(self):
-        code, text, _ = self.velm("explain", "V204")
+        code, text, _ = self.velm("explain", "v204")
         self.assertEqual((code, text.splitlines()[0]), (0, "V204 time repeats (warning)"))
         self.assertIn("*Remedy:* keep one pair", text)
         self.assertNotIn("V205", text)

@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <cctype>
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -125,7 +126,10 @@ Command explain_command(CLI::App& tool)
 {
     auto code = std::make_shared<std::string>();
     CLI::App* const arguments = tool.add_subcommand("explain", "Explain a finding of velm check");
-    arguments->add_option("CODE", *code, "The finding's code")->required();
+    arguments->add_option("CODE", *code, "The finding's code")->required()->transform([](std::string typed) {
+        std::ranges::transform(typed, typed.begin(), [](unsigned char one) { return std::toupper(one); });
+        return typed;
+    });
     arguments->footer("Example:\n"
                       "  velm explain V204");
     return {arguments, [code] {
