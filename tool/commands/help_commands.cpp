@@ -126,15 +126,14 @@ Command explain_command(CLI::App& tool)
 {
     auto code = std::make_shared<std::string>();
     CLI::App* const arguments = tool.add_subcommand("explain", "Explain a finding of velm check");
-    arguments->add_option("CODE", *code, "The finding's code")->required()->transform([](std::string typed) {
-        std::ranges::transform(typed, typed.begin(), [](unsigned char one) { return std::toupper(one); });
-        return typed;
-    });
+    arguments->add_option("CODE", *code, "The finding's code")->required();
     arguments->footer("Example:\n"
                       "  velm explain V204");
     return {arguments, [code] {
                 static_cast<void>(installed_documents());
-                const std::string section = section_of_document("findings", "### " + *code + ' ');
+                std::string capitals = *code;
+                std::ranges::transform(capitals, capitals.begin(), [](unsigned char one) { return std::toupper(one); });
+                const std::string section = section_of_document("findings", "### " + capitals + ' ');
                 if (section.empty()) {
                     throw ToolError(ExitCode::usage,
                                     "there is no finding " + printable(*code) + "; velm docs findings lists all");
