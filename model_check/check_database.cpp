@@ -52,20 +52,13 @@ std::vector<TimeSeries*> series_of(Model& model)
     return all;
 }
 
-/// Leaves the first pairs of each series, about `most_pairs` in all, and of the longest enough for the number of its
-/// pairs to be as wide as it is.
-void shorten(const std::vector<TimeSeries*>& all, std::size_t most_pairs)
+std::size_t pairs_of(const Model& model)
 {
-    constexpr std::size_t too_many_for_a_count = 100'000;
-    const TimeSeries* const longest =
-        *std::max_element(all.begin(), all.end(), [](const TimeSeries* one, const TimeSeries* other) {
-            return one->times.size() < other->times.size();
-        });
-    for (TimeSeries* const one : all) {
-        const std::size_t most = std::max(most_pairs / all.size(), one == longest ? too_many_for_a_count : 1);
-        one->times.resize(std::min(one->times.size(), most));
-        one->values.resize(one->times.size());
+    std::size_t pairs = 0;
+    for (const SeriesItem& item : all_series(model)) {
+        pairs += item.series->times.size();
     }
+    return pairs;
 }
 
 } // namespace
@@ -99,18 +92,40 @@ FileFindings check_database(const std::filesystem::path& file, const WriteInputF
     return result;
 }
 
-FileFindings check_loaded_model(const Model& model, const WriteInputFile& write, const CheckOptions& options)
+Model beginning_of(Model& model, std::size_t most_pairs)
+{
+    constexpr std::size_t too_many_for_a_count = 100'000; // of six digits, which do not fit its field
+    if (pairs_of(model) <= most_pairs) {
+        return model;
+    }
+    std::vector<TimeSeries> whole;
+    for (TimeSeries* const one : series_of(model)) {
+        whole.push_back(std::exchange(*one, {}));
+    }
+    Model beginning = model;
+    const std::vector<TimeSeries*> series = series_of(model);
+    const std::vector<TimeSeries*> begun = series_of(beginning);
+    const auto longest = std::ranges::max_element(whole, {}, [](const TimeSeries& one) { return one.times.size(); });
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+        TimeSeries& one = whole[i];
+        const bool shows_overflow = &one == &*longest && one.times.size() >= too_many_for_a_count;
+        const std::size_t most = std::max(most_pairs / 4 / whole.size(), shows_overflow ? too_many_for_a_count : 1);
+        const auto kept = static_cast<std::ptrdiff_t>(std::min(one.times.size(), most));
+        begun[i]->times.assign(one.times.begin(), one.times.begin() + kept);
+        begun[i]->values.assign(one.values.begin(), one.values.begin() + kept);
+        *series[i] = std::move(one);
+    }
+    return beginning;
+}
+
+FileFindings check_loaded_model(const Model& model, Model& beginning, const WriteInputFile& write,
+                                const CheckOptions& options)
 {
     FileFindings result;
     result.database = true;
     FindingList list(result, options.most_of_a_rule, options.on_finding, options.ignored);
-    std::size_t pairs = 0;
-    for (const SeriesItem& item : all_series(model)) {
-        pairs += item.series->times.size();
-    }
-    if (pairs <= options.most_pairs) {
-        Model copy = model;
-        result.remarks = check_model(list, copy, write, options);
+    if (pairs_of(beginning) == pairs_of(model)) {
+        result.remarks = check_model(list, beginning, write, options);
         return result;
     }
     FileFindings of_values;
@@ -118,9 +133,7 @@ FileFindings check_loaded_model(const Model& model, const WriteInputFile& write,
         FindingList listed(of_values, options.most_of_a_rule, {}, options.ignored);
         return check_values(model, {}, [&](Finding finding) { listed.add(std::move(finding)); });
     });
-    Model copy = model;
-    shorten(series_of(copy), options.most_pairs);
-    const ReadBack found = check_export(list, copy, write, options);
+    const ReadBack found = check_export(list, beginning, write, options);
     result.remarks = remarks.get();
     list.add_all(std::move(of_values));
     add_losses(list, found.losses);

@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
-#include <limits>
 #include <set>
 #include <string>
 #include <string_view>
@@ -20,7 +19,6 @@ struct CheckOptions {
     std::set<std::string, std::less<>> ignored{}; ///< codes of what is neither listed nor counted
     /// Called now and then with what is being done, as one of few texts, and how far that is; 0 of all where unknown.
     std::function<void(std::string_view work, std::uint64_t done, std::uint64_t all)> on_progress{};
-    std::size_t most_pairs = std::numeric_limits<std::size_t>::max(); ///< of a loaded model to look at for losses
 };
 
 /// Checks an input file's form and its values, in the order of the file. Throws std::system_error when it cannot be
@@ -39,9 +37,15 @@ using WriteInputFile = std::function<std::filesystem::path(const Model& model)>;
 [[nodiscard]] FileFindings check_database(const std::filesystem::path& file, const WriteInputFile& write,
                                           const CheckOptions& options = {});
 
-/// The same for a model that was loaded from a database. One of more pairs than the options allow is looked at for
-/// losses in the beginning of each series, and has its values checked as they are stored; a remark says so.
-[[nodiscard]] FileFindings check_loaded_model(const Model& model, const WriteInputFile& write,
+/// A model of more than `most_pairs` with the first pairs of each series, about a quarter of `most_pairs` in all, and
+/// so many of the longest that the file shows when their number is too large for it; another as it is. `model` is as it
+/// was when the call returns.
+[[nodiscard]] Model beginning_of(Model& model, std::size_t most_pairs);
+
+/// The same for a model that was loaded from a database, and its beginning, which gets the values of the export. Where
+/// that lacks pairs, it alone is looked at for losses, and the model's values are checked as they are stored; a remark
+/// says so.
+[[nodiscard]] FileFindings check_loaded_model(const Model& model, Model& beginning, const WriteInputFile& write,
                                               const CheckOptions& options = {});
 
 } // namespace velm

@@ -35,16 +35,15 @@ FileFindings check_bytes(const std::string& bytes)
     return found;
 }
 
-FileFindings check_loaded(const Model& model, std::size_t most_pairs)
+FileFindings check_loaded(Model model, std::size_t most_pairs)
 {
     const TestFolder folder;
-    CheckOptions options;
-    options.most_pairs = most_pairs;
+    Model beginning = beginning_of(model, most_pairs);
     const auto write = [&](const Model& copy) {
         write_file(folder / "a.inp", exported(copy));
         return folder / "a.inp";
     };
-    return check_loaded_model(model, write, options);
+    return check_loaded_model(model, beginning, write);
 }
 
 FileFindings check_as_database(const Model& model)

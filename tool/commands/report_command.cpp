@@ -67,7 +67,7 @@ std::vector<SegmentPlace> segment_places(const std::string& database)
     }
 }
 
-/// Of a model with more pairs, the losses of as many are a matter of a moment.
+/// All losses of a model with so many pairs are a matter of a moment.
 constexpr std::size_t most_pairs_of_a_check = 100'000;
 
 /// Reads the model that a report is about. An input file is checked by the way, a database when the report asks.
@@ -87,12 +87,11 @@ Model read_reported_model(const ReportArguments& arguments, Report& report)
     model = read_model_file(arguments.model, reading).model;
     report.database = true;
     report.places = segment_places(arguments.model);
-    report.check = [&report, quiet = arguments.quiet] {
+    const auto beginning = std::make_shared<Model>(beginning_of(model, most_pairs_of_a_check));
+    report.check = [&report, beginning, quiet = arguments.quiet] {
         std::optional<ExportedModel> exported;
-        CheckOptions options;
-        options.most_pairs = most_pairs_of_a_check;
         const auto write_input_file = [&](const Model& copy) { return exported.emplace(PlugIn(), copy, quiet).file(); };
-        return check_loaded_model(*report.model, write_input_file, options);
+        return check_loaded_model(*report.model, *beginning, write_input_file);
     };
     return model;
 }
