@@ -1,14 +1,16 @@
 #include "model_check/check_file.hpp"
 
+#include "input_file/form_rules.hpp"
 #include "model/items.hpp"
+#include "model/tables.hpp"
 #include "model_check/check_values.hpp"
 #include "model_check/read_back.hpp"
 #include "model_store/model_store.hpp"
-#include "water_balance/series_list.hpp"
 
 #include <algorithm>
 #include <fstream>
 #include <future>
+#include <optional>
 #include <utility>
 
 namespace velm {
@@ -41,24 +43,45 @@ std::vector<std::string> check_model(FindingList& list, Model& model, const Writ
     return remarks;
 }
 
-std::vector<TimeSeries*> series_of(Model& model)
+/// The reals of a series, or of a parameter.
+struct RealLists {
+    std::vector<float>* times; ///< null of a parameter, which has a value for each segment
+    std::vector<float>* values;
+};
+
+std::vector<RealLists> real_lists_of(Model& model)
 {
-    std::vector<TimeSeries*> all;
+    std::vector<RealLists> all;
     for_each_item(model, [&](const auto& /*table*/, const RowNumbers& /*numbers*/, auto& item) {
         if constexpr (requires { item.series; }) {
-            all.push_back(&item.series);
+            all.push_back({&item.series.times, &item.series.values});
+        } else if constexpr (requires { item.values; }) {
+            all.push_back({nullptr, &item.values});
         }
     });
     return all;
 }
 
-std::size_t pairs_of(const Model& model)
+/// How many reals a segment has of its own, but for parameters.
+std::size_t reals_of_a_segment(const Model& model)
 {
-    std::size_t pairs = 0;
-    for (const SeriesItem& item : all_series(model)) {
-        pairs += item.series->times.size();
+    return std::size(tables::segment.columns) + 2 * model.systems.size();
+}
+
+std::vector<float> beginning_of(const std::vector<float>& list, std::size_t most)
+{
+    return {list.begin(), list.begin() + static_cast<std::ptrdiff_t>(std::min(list.size(), most))};
+}
+
+/// A copy with the first of its segments only.
+Model first_segments_of(const Model& model, std::size_t segments)
+{
+    Model first = model;
+    first.segments.resize(std::min(segments, first.segments.size()));
+    for (System& system : first.systems) {
+        system.initial_conditions.resize(first.segments.size());
     }
-    return pairs;
+    return first;
 }
 
 } // namespace
@@ -92,40 +115,50 @@ FileFindings check_database(const std::filesystem::path& file, const WriteInputF
     return result;
 }
 
-Model beginning_of(Model& model, std::size_t most_pairs)
+std::optional<Model> beginning_of(Model& model, std::size_t most_reals)
 {
     constexpr std::size_t too_many_for_a_count = 100'000; // of six digits, which do not fit its field
-    if (pairs_of(model) <= most_pairs) {
-        return model;
+    const std::vector<RealLists> lists = real_lists_of(model);
+    std::size_t reals = model.segments.size() * reals_of_a_segment(model);
+    for (const RealLists& list : lists) {
+        reals += list.values->size() * (list.times == nullptr ? 1 : 2);
+    }
+    if (reals <= most_reals) {
+        return {};
     }
     std::vector<TimeSeries> whole;
-    for (TimeSeries* const one : series_of(model)) {
-        whole.push_back(std::exchange(*one, {}));
+    for (const RealLists& list : lists) {
+        whole.push_back(
+            {list.times == nullptr ? std::vector<float>() : std::move(*list.times), std::move(*list.values)});
     }
-    Model beginning = model;
-    const std::vector<TimeSeries*> series = series_of(model);
-    const std::vector<TimeSeries*> begun = series_of(beginning);
+    const std::size_t room = most_reals / 4;
+    Model beginning = first_segments_of(model, room / (reals_of_a_segment(model) + lists.size()) + 1);
+    const std::vector<RealLists> begun = real_lists_of(beginning);
     const auto longest = std::ranges::max_element(whole, {}, [](const TimeSeries& one) { return one.times.size(); });
-    for (std::size_t i = 0; i < whole.size(); ++i) {
+    for (std::size_t i = 0; i < lists.size(); ++i) {
         TimeSeries& one = whole[i];
-        const bool shows_overflow = &one == &*longest && one.times.size() >= too_many_for_a_count;
-        const std::size_t most = std::max(most_pairs / 4 / whole.size(), shows_overflow ? too_many_for_a_count : 1);
-        const auto kept = static_cast<std::ptrdiff_t>(std::min(one.times.size(), most));
-        begun[i]->times.assign(one.times.begin(), one.times.begin() + kept);
-        begun[i]->values.assign(one.values.begin(), one.values.begin() + kept);
-        *series[i] = std::move(one);
+        if (lists[i].times == nullptr) {
+            *begun[i].values = beginning_of(one.values, beginning.segments.size());
+        } else {
+            const bool shows_overflow = &one == &*longest && one.times.size() >= too_many_for_a_count;
+            const std::size_t most = shows_overflow ? too_many_for_a_count : room / 2 / lists.size() + 1;
+            *begun[i].times = beginning_of(one.times, most);
+            *begun[i].values = beginning_of(one.values, most);
+            *lists[i].times = std::move(one.times);
+        }
+        *lists[i].values = std::move(one.values);
     }
     return beginning;
 }
 
-FileFindings check_loaded_model(const Model& model, Model& beginning, const WriteInputFile& write,
+FileFindings check_loaded_model(const Model& model, std::optional<Model>& beginning, const WriteInputFile& write,
                                 const CheckOptions& options)
 {
     FileFindings result;
     result.database = true;
     FindingList list(result, options.most_of_a_rule, options.on_finding, options.ignored);
-    if (pairs_of(beginning) == pairs_of(model)) {
-        result.remarks = check_model(list, beginning, write, options);
+    if (!beginning) {
+        result.remarks = check_model(list, beginning.emplace(model), write, options);
         return result;
     }
     FileFindings of_values;
@@ -133,11 +166,15 @@ FileFindings check_loaded_model(const Model& model, Model& beginning, const Writ
         FindingList listed(of_values, options.most_of_a_rule, {}, options.ignored);
         return check_values(model, {}, [&](Finding finding) { listed.add(std::move(finding)); });
     });
-    const ReadBack found = check_export(list, beginning, write, options);
+    auto ignored = options.ignored;
+    ignored.emplace(form_rules::missing_segment.code); // what lies behind the first segments
+    FindingList of_export(result, options.most_of_a_rule, options.on_finding, std::move(ignored));
+    const ReadBack found = check_export(of_export, *beginning, write, options);
     result.remarks = remarks.get();
     list.add_all(std::move(of_values));
     add_losses(list, found.losses);
-    result.remarks.emplace_back("only the beginning of each series was looked at for losses; velm check looks at all");
+    result.remarks.emplace_back(
+        "only the first segments and the beginning of each series were looked at for losses; velm check looks at all");
     return result;
 }
 

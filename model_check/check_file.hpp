@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -37,15 +38,14 @@ using WriteInputFile = std::function<std::filesystem::path(const Model& model)>;
 [[nodiscard]] FileFindings check_database(const std::filesystem::path& file, const WriteInputFile& write,
                                           const CheckOptions& options = {});
 
-/// A model of more than `most_pairs` with the first pairs of each series, about a quarter of `most_pairs` in all, and
-/// so many of the longest that the file shows when their number is too large for it; another as it is. `model` is as it
-/// was when the call returns.
-[[nodiscard]] Model beginning_of(Model& model, std::size_t most_pairs);
+/// Of a model with more than `most_reals`, the first segments and the first pairs of each series, a quarter of
+/// `most_reals` in all; and so many pairs of the longest that the file shows when their number is too large for it.
+/// None of a smaller one. `model` is as it was when the call returns.
+[[nodiscard]] std::optional<Model> beginning_of(Model& model, std::size_t most_reals);
 
-/// The same for a model that was loaded from a database, and its beginning, which gets the values of the export. Where
-/// that lacks pairs, it alone is looked at for losses, and the model's values are checked as they are stored; a remark
-/// says so.
-[[nodiscard]] FileFindings check_loaded_model(const Model& model, Model& beginning, const WriteInputFile& write,
-                                              const CheckOptions& options = {});
+/// The same for a model that was loaded from a database. Where it has a beginning, that is looked at for losses, and
+/// the model's values are checked as they are stored; a remark says so. `beginning` is used up.
+[[nodiscard]] FileFindings check_loaded_model(const Model& model, std::optional<Model>& beginning,
+                                              const WriteInputFile& write, const CheckOptions& options = {});
 
 } // namespace velm

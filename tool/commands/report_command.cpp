@@ -67,8 +67,8 @@ std::vector<SegmentPlace> segment_places(const std::string& database)
     }
 }
 
-/// All losses of a model with so many pairs are a matter of a moment.
-constexpr std::size_t most_pairs_of_a_check = 100'000;
+/// All losses of a model with so many reals are a matter of a moment.
+constexpr std::size_t most_reals_of_a_check = 200'000;
 
 /// Reads the model that a report is about. An input file is checked by the way, a database when the report asks.
 Model read_reported_model(const ReportArguments& arguments, Report& report)
@@ -87,7 +87,7 @@ Model read_reported_model(const ReportArguments& arguments, Report& report)
     model = read_model_file(arguments.model, reading).model;
     report.database = true;
     report.places = segment_places(arguments.model);
-    const auto beginning = std::make_shared<Model>(beginning_of(model, most_pairs_of_a_check));
+    const auto beginning = std::make_shared<std::optional<Model>>(beginning_of(model, most_reals_of_a_check));
     report.check = [&report, beginning, quiet = arguments.quiet] {
         std::optional<ExportedModel> exported;
         const auto write_input_file = [&](const Model& copy) { return exported.emplace(PlugIn(), copy, quiet).file(); };
