@@ -55,8 +55,7 @@ std::vector<std::string> check_values(const Model& model, const std::vector<Addr
             continue;
         }
         meaning.look(meant, [&](const Address& address, std::string message, std::string remedy) {
-            // a mark of a missing value is none that such a field reads as, and often why it has none
-            if (meaning.rule.code == "V513" || !rows_with_gaps.contains(row_of(address))) {
+            if (meaning.sees_gaps || !rows_with_gaps.contains(row_of(address))) {
                 report({.rule = &meaning.rule,
                         .address = address,
                         .message = std::move(message),

@@ -29,6 +29,7 @@ struct MeaningRule {
     FindingRule rule;
     void (*look)(const MeantModel& meant, const ReportMeaning& report);
     bool needs_flows = false; ///< left out, with a remark, where flows_are_elsewhere()
+    bool sees_gaps = false;   ///< holds also in a row of which another value could not be read, and is taken for 0
 };
 
 } // namespace velm

@@ -293,8 +293,9 @@ constexpr std::array<MeaningRule, 5> series_rules{{
     {{"V505", "not days of the run", warning, "count the times in days from the start of the run"},
      look_for_other_days},
     {{"V512", "negative series", warning, "give values of 0 or more"}, look_for_negative},
-    {{"V513", "mark of a missing value", warning, "put in the value that was meant, or leave a pair out"},
-     look_for_marks},
+    {.rule = {"V513", "mark of a missing value", warning, "put in the value that was meant, or leave a pair out"},
+     .look = look_for_marks,
+     .sees_gaps = true}, // a field that holds a mark is often too short for it
 }};
 
 } // namespace
