@@ -99,14 +99,17 @@ std::string words_of(const std::vector<std::string>& choices)
 
 } // namespace
 
+std::string in_capitals(std::string text)
+{
+    std::ranges::transform(text, text.begin(), [](unsigned char letter) { return std::toupper(letter); });
+    return text;
+}
+
 std::string manual_page(const CLI::App& tool, const CLI::App* command)
 {
     const CLI::App& page = command == nullptr ? tool : *command;
     const std::string name = tool.get_name() + (command == nullptr ? "" : '-' + command->get_name());
-    std::string title = name;
-    std::transform(title.begin(), title.end(), title.begin(),
-                   [](unsigned char letter) { return std::toupper(letter); });
-    std::string text = ".TH " + title + " 1 \"\" \"velm " VELM_VERSION "\" \"User Commands\"\n.SH NAME\n" +
+    std::string text = ".TH " + in_capitals(name) + " 1 \"\" \"velm " VELM_VERSION "\" \"User Commands\"\n.SH NAME\n" +
                        escaped(name + " - " + page.get_description()) + "\n.SH SYNOPSIS\n.B " + tool.get_name();
     if (command == nullptr) {
         text += "\n.I COMMAND\n[ARGUMENTS]\n.SH COMMANDS\n";

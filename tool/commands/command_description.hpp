@@ -16,4 +16,7 @@ namespace velm {
 /// a tab, what it means. Empty where a file belongs.
 [[nodiscard]] std::string completions(const CLI::App& tool, const std::vector<std::string>& words);
 
+/// Small letters from a to z as capitals.
+[[nodiscard]] std::string in_capitals(std::string text);
+
 } // namespace velm

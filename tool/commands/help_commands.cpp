@@ -7,7 +7,6 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <cctype>
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -131,9 +130,7 @@ Command explain_command(CLI::App& tool)
                       "  velm explain V204");
     return {arguments, [code] {
                 static_cast<void>(installed_documents());
-                std::string capitals = *code;
-                std::ranges::transform(capitals, capitals.begin(), [](unsigned char one) { return std::toupper(one); });
-                const std::string section = section_of_document("findings", "### " + capitals + ' ');
+                const std::string section = section_of_document("findings", "### " + in_capitals(*code) + ' ');
                 if (section.empty()) {
                     throw ToolError(ExitCode::usage,
                                     "there is no finding " + printable(*code) + "; velm docs findings lists all");
